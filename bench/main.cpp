@@ -1,0 +1,57 @@
+#include "BenchCommand.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+
+namespace {
+QList<BenchCommand>& commands() {
+    static QList<BenchCommand> list;
+    return list;
+}
+} // namespace
+
+int registerBenchCommand(const BenchCommand& command) {
+    commands().append(command);
+    return int(commands().size());
+}
+
+QTextStream& benchOut() {
+    static QTextStream out(stdout);
+    return out;
+}
+
+qint64 residentBytes() {
+    QFile status(QStringLiteral("/proc/self/statm"));
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    const QList<QByteArray> fields = status.readAll().split(' ');
+    return fields.size() > 1 ? fields[1].toLongLong() * 4096 : 0;
+}
+
+double timeShell(const QString& command) {
+    QProcess process;
+    process.setStandardOutputFile(QProcess::nullDevice());
+    QElapsedTimer timer;
+    timer.start();
+    process.start(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), command});
+    if (!process.waitForFinished(-1) || process.exitCode() != 0)
+        return -1;
+    return double(timer.nsecsElapsed()) / 1e6;
+}
+
+int main(int argc, char** argv) {
+    QCoreApplication app(argc, argv);
+    QStringList args = app.arguments().mid(1);
+    const QString name = args.isEmpty() ? QString() : args.takeFirst();
+    for (const BenchCommand& command : commands())
+        if (command.name == name)
+            return command.run(args);
+    QTextStream err(stderr);
+    err << "usage:\n";
+    for (const BenchCommand& command : commands())
+        err << "  orvane-bench " << command.name << ' ' << command.usage << '\n';
+    return 2;
+}

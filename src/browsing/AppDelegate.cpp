@@ -1,0 +1,141 @@
+#include "browsing/AppDelegate.h"
+
+#include "browsing/Explorer.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QTableView>
+#include <QTimer>
+
+namespace orvane {
+
+AppDelegate::AppDelegate(QObject* parent) : QObject(parent) {
+    QApplication::setQuitOnLastWindowClosed(false);
+}
+
+AppDelegate::~AppDelegate() = default;
+
+void AppDelegate::applicationDidFinishLaunching() {
+    didFinishLaunching = true;
+    // Queued, so open requests that arrive just after launch are served before a window is made.
+    QTimer::singleShot(0, this, [this] {
+        if (windows.empty())
+            newWindow();
+        if (!windows.empty())
+            windows.back()->activateWindow();
+        emit firstWindowDecided();
+    });
+}
+
+Explorer* AppDelegate::newWindow(const std::optional<QUrl>& initialURL) {
+    auto window = std::make_unique<Explorer>(this, initialURL);
+    Explorer* raw = window.get();
+    makeMenu(raw->menuBar(), raw);
+    connect(raw, &Explorer::closing, this, &AppDelegate::windowWillClose);
+    windows.push_back(std::move(window));
+    raw->show();
+    raw->activateWindow();
+    return raw;
+}
+
+bool AppDelegate::anyWindowBusy() const {
+    for (const auto& window : windows)
+        if (window->busy)
+            return true;
+    return false;
+}
+
+bool AppDelegate::shouldTerminateAfterLastWindowClosed() const {
+    return !defaultBrowserChanging() && !anyWindowBusy();
+}
+
+bool AppDelegate::shouldTerminate() {
+    if (defaultBrowserChanging()) {
+        QApplication::beep();
+        return false;
+    }
+    for (const auto& window : windows) {
+        if (!window->busy)
+            continue;
+        auto* box = new QMessageBox(QMessageBox::Warning, QStringLiteral("A file transfer is still running"),
+                                    QStringLiteral("A file transfer is still running"), QMessageBox::Ok, window.get());
+        box->setInformativeText(QStringLiteral("Wait for it to finish before quitting."));
+        box->setAttribute(Qt::WA_DeleteOnClose);
+        alert = box;
+        box->open();
+        return false;
+    }
+    return true;
+}
+
+void AppDelegate::requestQuit() {
+    if (shouldTerminate())
+        QCoreApplication::quit();
+}
+
+void AppDelegate::windowWillClose(Explorer* window) {
+    auto it = std::find_if(windows.begin(), windows.end(), [window](const auto& w) { return w.get() == window; });
+    if (it == windows.end())
+        return;
+    // The close event is still on the stack of this window; let it unwind before the window goes.
+    it->release()->deleteLater();
+    windows.erase(it);
+    if (windows.empty() && shouldTerminateAfterLastWindowClosed())
+        QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+}
+
+void AppDelegate::routeEdit(int tag, Explorer* window) {
+    if (auto* editor = qobject_cast<QLineEdit*>(QApplication::focusWidget())) {
+        switch (tag) {
+        case 0: editor->cut(); break;
+        case 1: editor->copy(); break;
+        case 2: editor->paste(); break;
+        case 3: editor->selectAll(); break;
+        case 4: editor->undo(); break;
+        }
+        return;
+    }
+    if (tag == 3)
+        window->table()->selectAll();
+}
+
+void AppDelegate::makeMenu(QMenuBar* bar, Explorer* window) {
+    QMenu* appMenu = bar->addMenu(QStringLiteral("Orvane"));
+    appMenu->addAction(QStringLiteral("About Orvane"), window, [window] {
+        QMessageBox::about(window, QStringLiteral("About Orvane"),
+                           QStringLiteral("Orvane %1\nA file browser for one person at a desktop.")
+                               .arg(QCoreApplication::applicationVersion()));
+    });
+    appMenu->addSeparator();
+    appMenu->addAction(QStringLiteral("Check for Updates…"))->setEnabled(false);
+    QAction* defaults = appMenu->addAction(QStringLiteral("Default File Browser…"));
+    defaults->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Comma));
+    defaults->setEnabled(false);
+    appMenu->addAction(QStringLiteral("Full Disk Access…"))->setEnabled(false);
+    appMenu->addSeparator();
+    appMenu->addAction(QStringLiteral("Quit Orvane"), QKeySequence(Qt::CTRL | Qt::Key_Q), this,
+                       &AppDelegate::requestQuit);
+
+    QMenu* file = bar->addMenu(QStringLiteral("File"));
+    file->addAction(QStringLiteral("New Window"), QKeySequence(Qt::CTRL | Qt::Key_N), this, [this] { newWindow(); });
+    file->addAction(QStringLiteral("Close Window"), QKeySequence(Qt::CTRL | Qt::Key_W), window, &QWidget::close);
+
+    QMenu* edit = bar->addMenu(QStringLiteral("Edit"));
+    const struct {
+        const char* title;
+        Qt::Key key;
+    } editItems[] = {{"Cut", Qt::Key_X}, {"Copy", Qt::Key_C}, {"Paste", Qt::Key_V},
+                     {"Select All", Qt::Key_A}, {"Undo File Operation", Qt::Key_Z}};
+    for (int tag = 0; tag < 5; ++tag)
+        edit->addAction(QLatin1String(editItems[tag].title), QKeySequence(Qt::CTRL | editItems[tag].key), window,
+                        [this, tag, window] { routeEdit(tag, window); });
+
+    QMenu* arrange = bar->addMenu(QStringLiteral("Window"));
+    for (const char* title : {"Left half", "Right half", "Maximize", "Restore size", "Top left quarter",
+                              "Top right quarter", "Bottom left quarter", "Bottom right quarter"})
+        arrange->addAction(QLatin1String(title))->setEnabled(false);
+}
+
+} // namespace orvane

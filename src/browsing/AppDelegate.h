@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QUrl>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+class QMenuBar;
+class QMessageBox;
+
+namespace orvane {
+
+class Explorer;
+
+// The one application object: the registry of windows and the guards on closing and quitting.
+class AppDelegate : public QObject {
+    Q_OBJECT
+public:
+    explicit AppDelegate(QObject* parent = nullptr);
+    ~AppDelegate() override;
+
+    // The only owner of windows: a window lives exactly as long as it is listed here.
+    std::vector<std::unique_ptr<Explorer>> windows;
+    bool didFinishLaunching = false;
+    // Answers whether a change of the system's default folder browser is still under way.
+    std::function<bool()> defaultBrowserChanging = [] { return false; };
+
+    void applicationDidFinishLaunching();
+    Explorer* newWindow(const std::optional<QUrl>& initialURL = std::nullopt);
+    bool anyWindowBusy() const;
+    bool shouldTerminateAfterLastWindowClosed() const;
+    // Asked on every quit; refuses with an alert while something still runs.
+    bool shouldTerminate();
+    void requestQuit();
+    void makeMenu(QMenuBar* bar, Explorer* window);
+    QPointer<QMessageBox> lastAlert() const { return alert; }
+
+signals:
+    void firstWindowDecided();
+
+private:
+    void windowWillClose(Explorer* window);
+    void routeEdit(int tag, Explorer* window);
+
+    QPointer<QMessageBox> alert;
+};
+
+} // namespace orvane

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QLineEdit>
+#include <QStackedWidget>
+#include <QUrl>
+
+class QHBoxLayout;
+
+namespace orvane {
+
+// The breadcrumb path bar and the typed address field, sharing one place in the navigation row.
+class EditablePathBox : public QStackedWidget {
+    Q_OBJECT
+public:
+    explicit EditablePathBox(QWidget* parent = nullptr);
+
+    QLineEdit* addressField() const { return field; }
+    void setPath(const QUrl& url);
+    // Shows a bar of fixed elements, as for a phone: clicks report the element's index.
+    void setElements(const QStringList& names);
+    QStringList elements() const { return names; }
+    void showAddress();
+    void showPathBar();
+    bool addressShown() const { return currentIndex() == 1; }
+
+signals:
+    void elementClicked(int index, const QUrl& url);
+    void addressEntered();
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+
+private:
+    void rebuild(const QList<QUrl>& urls);
+
+    QWidget* bar;
+    QHBoxLayout* barLayout;
+    QLineEdit* field;
+    QStringList names;
+};
+
+} // namespace orvane

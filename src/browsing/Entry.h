@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+#include <QUrl>
+
+namespace orvane {
+
+struct RawItem;
+
+// One listed item, local or on a phone. Kept small: a listing may hold 100,000 of them.
+struct Entry {
+    QString location; // absolute local path, or the full android:// address of a phone item
+    QString kind;     // display type; shared text, so equal kinds cost one string
+    qint64 size = 0;  // bytes, 0 when unknown
+    QDateTime modified;
+    QDateTime created;
+    QDateTime added;
+    bool directory = false; // packages count as directories
+    bool package = false;
+
+    // Never fails: an unreadable item still becomes an entry with plain defaults.
+    static Entry fromUrl(const QUrl& url);
+    static Entry fromPath(const QString& path);
+    static Entry fromRaw(const QString& folder, RawItem&& raw);
+
+    QUrl url() const;
+    QString name() const;
+    bool isPhone() const { return location.startsWith(QLatin1String("android:")); }
+    bool isPlainFolder() const { return directory && !package; }
+};
+
+// Display name of a folder: the last path component, the root volume's name, or the phone's.
+QString folderName(const QUrl& url);
+
+} // namespace orvane

@@ -1,0 +1,477 @@
+#include "browsing/Explorer.h"
+
+#include "browsing/AppDelegate.h"
+#include "browsing/EditablePathBox.h"
+#include "browsing/FolderListing.h"
+#include "browsing/Preferences.h"
+#include "views/EntryTableModel.h"
+
+#include <QCloseEvent>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
+#include <QHeaderView>
+#include <QItemSelection>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QTabBar>
+#include <QTableView>
+#include <QToolButton>
+
+namespace orvane {
+
+QUrl Explorer::startURL(const std::optional<QUrl>& initialURL) {
+    QString path;
+    if (initialURL) {
+        if (!initialURL->isLocalFile())
+            return *initialURL;
+        path = initialURL->toLocalFile();
+    } else {
+        path = Preferences::standard()->value(QStringLiteral("lastFolder")).toString();
+    }
+    if (path.isEmpty() || !QFileInfo::exists(path))
+        path = QDir::homePath();
+    return QUrl::fromLocalFile(QDir::cleanPath(path));
+}
+
+Explorer::Explorer(AppDelegate* app, const std::optional<QUrl>& initialURL)
+    : tabs(startURL(initialURL)), app(app), ui(this) {
+    sort.groupByType = Preferences::standard()->value(QStringLiteral("sort.groupByType.v1"), false).toBool();
+    resize(1250, 710);
+    setMinimumSize(600, 320);
+    buildUI();
+    refresh();
+    rebuildTabs();
+    watchDirectory();
+    ui.table->setFocus();
+}
+
+Explorer::~Explorer() = default;
+
+void Explorer::buildUI() {
+    tableModel = new EntryTableModel(&entries, this);
+    ui.table->setModel(tableModel);
+    ui.table->horizontalHeader()->setSortIndicatorShown(true);
+    ui.table->horizontalHeader()->setSortIndicator(0, Qt::AscendingOrder);
+    connectUI();
+    connect(&watcher, &QFileSystemWatcher::directoryChanged, this, &Explorer::onDirectoryChanged);
+}
+
+void Explorer::connectUI() {
+    connect(ui.backButton, &QToolButton::clicked, this, &Explorer::back);
+    connect(ui.forwardButton, &QToolButton::clicked, this, &Explorer::forward);
+    connect(ui.upButton, &QToolButton::clicked, this, &Explorer::up);
+    connect(ui.refreshButton, &QToolButton::clicked, this, &Explorer::refreshAction);
+    connect(ui.newTabButton, &QToolButton::clicked, this, &Explorer::newTab);
+    connect(ui.pathBox, &EditablePathBox::addressEntered, this, &Explorer::addressGo);
+    connect(ui.pathBox, &EditablePathBox::elementClicked, this, &Explorer::pathClicked);
+    connect(ui.searchField, &QLineEdit::textEdited, this, &Explorer::setSearchText);
+    connect(ui.table, &QTableView::doubleClicked, this, [this] { openSelected(); });
+    connect(ui.table->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
+        if (!extendingKeyboardSelection)
+            keyboardFocusRow.reset();
+        updateSelectionStatus();
+    });
+    connect(ui.tabBar, &QTabBar::currentChanged, this, [this](int index) {
+        if (!rebuildingTabs)
+            activateTab(index);
+    });
+    connect(ui.tabBar, &QTabBar::tabCloseRequested, this, [this](int index) { closeTab(index); });
+    connect(ui.table->horizontalHeader(), &QHeaderView::sortIndicatorChanged, this,
+            [this](int section, Qt::SortOrder order) {
+                const QStringList keys = {QStringLiteral("name"), QStringLiteral("modified"), QString(),
+                                          QStringLiteral("kind"), QStringLiteral("size"), QStringLiteral("created")};
+                const QString key = keys.value(section);
+                if (!key.isEmpty())
+                    setSort(key, order == Qt::AscendingOrder);
+            });
+}
+
+std::vector<Entry> Explorer::selected() const {
+    std::vector<Entry> result;
+    QModelIndexList rows = ui.table->selectionModel()->selectedRows();
+    std::sort(rows.begin(), rows.end(), [](const QModelIndex& a, const QModelIndex& b) { return a.row() < b.row(); });
+    for (const QModelIndex& index : rows)
+        if (size_t(index.row()) < entries.size())
+            result.push_back(entries[size_t(index.row())]);
+    return result;
+}
+
+std::vector<Entry> Explorer::commandSelection() const {
+    return selected();
+}
+
+// ---------------------------------------------------------------- listing
+
+void Explorer::refresh() {
+    if (current().scheme() == QLatin1String("android")) {
+        refreshPhone();
+        return;
+    }
+    ui.table->setVisible(viewMode == 6);
+    renameEditor.clear();
+    keyboardFocusRow.reset();
+    QSet<QString> remembered;
+    for (const Entry& e : selected())
+        remembered.insert(e.location);
+    blockedFolder.clear();
+    const QString path = current().toLocalFile();
+    if (listLocal(path))
+        restoreSelection(remembered);
+    updateLocalChrome(path);
+}
+
+bool Explorer::listLocal(const QString& path) {
+    std::vector<Entry> listed;
+    QString error;
+    const QString& query = tabs.current().query;
+    if (!FolderListing::read(path, showHidden, query, listed, error)) {
+        entries.clear();
+        tableModel->reload();
+        ui.emptyLabel->setText(QStringLiteral("Cannot read this folder"));
+        ui.emptyLabel->setVisible(true);
+        ui.status->setText(error);
+        return false;
+    }
+    entries = std::move(listed);
+    sortEntries(entries, sort);
+    tableModel->reload();
+    ui.emptyLabel->setText(query.isEmpty() ? QStringLiteral("This folder is empty")
+                                           : QStringLiteral("No matching items in this folder"));
+    ui.emptyLabel->setVisible(entries.empty());
+    ui.status->setText(QString::number(entries.size()) + QStringLiteral(" items"));
+    ui.countLabel->clear();
+    return true;
+}
+
+// One selection change for the whole set, in contiguous ranges, so a large re-read stays cheap.
+void Explorer::restoreSelection(const QSet<QString>& paths) {
+    QItemSelection selection;
+    if (!paths.isEmpty()) {
+        int start = -1;
+        for (int row = 0; row <= int(entries.size()); ++row) {
+            const bool keep = row < int(entries.size()) && paths.contains(entries[size_t(row)].location);
+            if (keep && start < 0)
+                start = row;
+            if (!keep && start >= 0) {
+                selection.select(tableModel->index(start, 0), tableModel->index(row - 1, tableModel->columnCount() - 1));
+                start = -1;
+            }
+        }
+    }
+    ui.table->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+}
+
+void Explorer::updateLocalChrome(const QString& path) {
+    const QString name = folderName(current());
+    ui.emptyLabel->resize(ui.table->viewport()->size());
+    ui.pathBox->addressField()->setText(path);
+    ui.pathBox->setPath(current());
+    ui.searchField->setPlaceholderText(QStringLiteral("Search ") + name);
+    setWindowTitle(name + QStringLiteral(" — Orvane"));
+    const TabState& tab = tabs.current();
+    ui.backButton->setEnabled(tab.canGoBack());
+    ui.forwardButton->setEnabled(tab.canGoForward());
+    ui.upButton->setEnabled(path != QLatin1String("/"));
+    updateSelectionStatus();
+}
+
+// Phone folders are listed by the phone browser; until it is there the tab shows the phone alone.
+void Explorer::refreshPhone() {
+    entries.clear();
+    tableModel->reload();
+    ui.emptyLabel->hide();
+    ui.pathBox->showPathBar();
+    ui.pathBox->setElements({QStringLiteral("Android USB")});
+    ui.searchField->setPlaceholderText(QStringLiteral("Search phone"));
+    setWindowTitle(QStringLiteral("Android USB — Orvane"));
+    ui.status->setText(QStringLiteral("Android USB"));
+    ui.backButton->setEnabled(tabs.current().canGoBack());
+    ui.forwardButton->setEnabled(tabs.current().canGoForward());
+    ui.upButton->setEnabled(true);
+}
+
+void Explorer::updateSelectionStatus() {
+    const auto chosen = selected();
+    if (chosen.empty()) {
+        ui.countLabel->clear();
+        return;
+    }
+    ui.countLabel->setText(QString::number(chosen.size()) + QStringLiteral(" selected"));
+}
+
+void Explorer::watchDirectory() {
+    const QStringList watched = watcher.directories();
+    if (!watched.isEmpty())
+        watcher.removePaths(watched);
+    if (current().isLocalFile())
+        watcher.addPath(current().toLocalFile());
+}
+
+void Explorer::onDirectoryChanged() {
+    // An open rename editor must survive changes in its folder; the edit's end re-reads.
+    if (renameEditor) {
+        pendingRenameRefresh = true;
+        return;
+    }
+    refresh();
+    // A folder that was removed and made again is a new inode; keep watching the name.
+    if (watcher.directories().isEmpty())
+        watchDirectory();
+}
+
+void Explorer::sortChoice(int tag) {
+    if (tag >= 0 && tag < sortKeys().size())
+        setSort(sortKeys()[tag], sort.ascending);
+}
+
+void Explorer::reverseSort() {
+    setSort(sort.key, !sort.ascending);
+}
+
+void Explorer::setSort(const QString& key, bool ascending) {
+    sort.key = key;
+    sort.ascending = ascending;
+    const QStringList columnKeys = {QStringLiteral("name"), QStringLiteral("modified"), QString(),
+                                    QStringLiteral("kind"), QStringLiteral("size"), QStringLiteral("created")};
+    QHeaderView* header = ui.table->horizontalHeader();
+    const QSignalBlocker block(header);
+    header->setSortIndicator(int(columnKeys.indexOf(key)), ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
+    refresh();
+}
+
+void Explorer::groupChoice(bool group) {
+    sort.groupByType = group;
+    Preferences::standard()->setValue(QStringLiteral("sort.groupByType.v1"), group);
+    refresh();
+}
+
+void Explorer::toggleHidden() {
+    showHidden = !showHidden;
+    refresh();
+}
+
+void Explorer::refreshAction() {
+    refresh();
+}
+
+void Explorer::setSearchText(const QString& text) {
+    tabs.current().query = text;
+    if (ui.searchField->text() != text)
+        ui.searchField->setText(text);
+    refresh();
+}
+
+void Explorer::clearSearch() {
+    setSearchText(QString());
+    ui.searchField->setFocus();
+}
+
+
+// ---------------------------------------------------------------- navigation
+
+bool Explorer::navigate(const QUrl& url, bool history) {
+    TabState& tab = tabs.current();
+    if (url.scheme() == QLatin1String("android")) {
+        tab.query.clear();
+        ui.searchField->clear();
+        tab.url = url;
+        if (history)
+            tab.push(url);
+        refresh();
+        rebuildTabs();
+        watchDirectory();
+        return true;
+    }
+    const QString path = QDir::cleanPath(url.toLocalFile());
+    if (path.isEmpty() || !QFileInfo(path).isDir()) {
+        showError(QStringLiteral("Folder not found"), path.isEmpty() ? url.toString() : path);
+        return false;
+    }
+    const QUrl place = QUrl::fromLocalFile(path);
+    tab.query.clear();
+    ui.searchField->clear();
+    tab.url = place;
+    if (history)
+        tab.push(place);
+    ui.pathBox->showPathBar();
+    ui.table->clearSelection();
+    refresh();
+    rebuildTabs();
+    watchDirectory();
+    focusFileList();
+    if (!Preferences::selfTest())
+        Preferences::standard()->setValue(QStringLiteral("lastFolder"), path);
+    return true;
+}
+
+void Explorer::visitHistory(int index) {
+    TabState& tab = tabs.current();
+    if (index < 0 || index >= tab.history.size())
+        return;
+    const QUrl item = tab.history[index];
+    if (item.isLocalFile() && !QFileInfo(item.toLocalFile()).isDir()) {
+        showError(QStringLiteral("Folder unavailable"), item.toLocalFile());
+        return;
+    }
+    tab.index = index;
+    navigate(item, false);
+}
+
+void Explorer::back() {
+    visitHistory(tabs.current().index - 1);
+}
+
+void Explorer::forward() {
+    visitHistory(tabs.current().index + 1);
+}
+
+void Explorer::up() {
+    if (!current().isLocalFile())
+        return;
+    const QString path = current().toLocalFile();
+    if (path == QLatin1String("/"))
+        return;
+    const qsizetype slash = path.lastIndexOf(u'/');
+    navigate(QUrl::fromLocalFile(slash <= 0 ? QStringLiteral("/") : path.left(slash)));
+}
+
+void Explorer::addressGo() {
+    QString text = ui.pathBox->addressField()->text().trimmed();
+    if (text == QLatin1String("~"))
+        text = QDir::homePath();
+    else if (text.startsWith(QLatin1String("~/")))
+        text = QDir::homePath() + text.mid(1);
+    if (!text.startsWith(u'/'))
+        text = current().toLocalFile() + u'/' + text;
+    if (!navigate(QUrl::fromLocalFile(QDir::cleanPath(text))))
+        ui.pathBox->showAddress();
+}
+
+void Explorer::pathClicked(int, const QUrl& url) {
+    if (url.isValid())
+        navigate(url);
+}
+
+void Explorer::focusAddress() {
+    ui.pathBox->showAddress();
+}
+
+void Explorer::activateTab(int index) {
+    if (!tabs.contains(index))
+        return;
+    tabs.setActive(index);
+    ui.table->clearSelection();
+    ui.searchField->setText(tabs.current().query);
+    ui.pathBox->showPathBar();
+    refresh();
+    rebuildTabs();
+    watchDirectory();
+    focusFileList();
+}
+
+void Explorer::activateTabID(const QUuid& id) {
+    activateTab(tabs.indexOf(id));
+}
+
+void Explorer::closeTabID(const QUuid& id) {
+    const int index = tabs.indexOf(id);
+    if (index >= 0)
+        closeTab(index);
+}
+
+void Explorer::newTab() {
+    activateTab(tabs.append(TabState::at(current())));
+}
+
+void Explorer::closeTab(std::optional<int> index) {
+    const int i = index.value_or(tabs.active());
+    if (!tabs.contains(i))
+        return;
+    if (tabs.count() == 1) {
+        close();
+        return;
+    }
+    activateTab(tabs.remove(i));
+}
+
+void Explorer::openSelected() {
+    const std::vector<Entry> items = commandSelection();
+    if (items.size() == 1 && items.front().isPlainFolder()) {
+        navigate(items.front().url());
+        return;
+    }
+    for (const Entry& item : items)
+        QDesktopServices::openUrl(item.url());
+}
+
+void Explorer::openNewTabSelected() {
+    const std::vector<Entry> items = selected();
+    if (items.empty() || !items.front().isPlainFolder())
+        return;
+    newTab();
+    navigate(items.front().url());
+}
+
+void Explorer::showPackageContents() {
+    const std::vector<Entry> items = selected();
+    if (items.size() == 1 && items.front().directory && items.front().package)
+        navigate(items.front().url());
+}
+
+void Explorer::selectURL(const QUrl& url) {
+    const QString wanted = QFileInfo(url.toLocalFile()).canonicalFilePath();
+    if (wanted.isEmpty())
+        return;
+    for (size_t row = 0; row < entries.size(); ++row) {
+        if (QFileInfo(entries[row].location).canonicalFilePath() != wanted)
+            continue;
+        const QModelIndex index = tableModel->index(int(row), 0);
+        ui.table->selectionModel()->select(index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+        ui.table->scrollTo(index);
+        return;
+    }
+}
+
+void Explorer::focusFileList() {
+    ui.table->setFocus();
+}
+
+void Explorer::rebuildTabs() {
+    rebuildingTabs = true;
+    while (ui.tabBar->count() > tabs.count())
+        ui.tabBar->removeTab(ui.tabBar->count() - 1);
+    for (int i = 0; i < tabs.count(); ++i) {
+        const QString name = folderName(tabs.all()[i].url);
+        if (i < ui.tabBar->count())
+            ui.tabBar->setTabText(i, name);
+        else
+            ui.tabBar->addTab(name);
+    }
+    ui.tabBar->setCurrentIndex(tabs.active());
+    rebuildingTabs = false;
+}
+
+void Explorer::showError(const QString& title, const QString& detail) {
+    auto* box = new QMessageBox(QMessageBox::Warning, title, title, QMessageBox::Ok, this);
+    box->setInformativeText(detail);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setWindowModality(Qt::WindowModal);
+    alert = box;
+    box->open();
+}
+
+void Explorer::closeEvent(QCloseEvent* event) {
+    if (busy) {
+        showError(QStringLiteral("Transfer in progress"),
+                  QStringLiteral("Wait for the current transfer to finish before closing this window."));
+        event->ignore();
+        return;
+    }
+    watcher.removePaths(watcher.directories());
+    event->accept();
+    emit closing(this);
+}
+
+} // namespace orvane

@@ -1,0 +1,116 @@
+#pragma once
+
+#include "browsing/Entry.h"
+#include "browsing/EntrySort.h"
+#include "browsing/ExplorerWidgets.h"
+#include "browsing/TabList.h"
+
+#include <QFileSystemWatcher>
+#include <QMainWindow>
+#include <QPointer>
+#include <memory>
+#include <optional>
+#include <vector>
+
+class QMessageBox;
+
+namespace orvane {
+
+class AppDelegate;
+class EntryTableModel;
+
+// One browser window: its tabs, its listing and everything shown around it.
+class Explorer : public QMainWindow {
+    Q_OBJECT
+public:
+    explicit Explorer(AppDelegate* app, const std::optional<QUrl>& initialURL = std::nullopt);
+    ~Explorer() override;
+
+    // The folder a window starts in: the given one, else "lastFolder", else home, if it exists.
+    static QUrl startURL(const std::optional<QUrl>& initialURL);
+
+    // --- state ---
+    TabList tabs;
+    std::vector<Entry> entries;
+    SortState sort;
+    bool showHidden = false;
+    bool busy = false;
+    int viewMode = 6;
+    int searchScope = 0;
+    bool compact = false;
+    bool detailsVisible = false;
+    bool previewVisible = false;
+    std::optional<int> keyboardFocusRow;
+    bool extendingKeyboardSelection = false;
+    QPointer<QWidget> renameEditor;
+    bool pendingRenameRefresh = false;
+    QString blockedFolder;
+
+    QUrl current() const { return tabs.current().url; }
+    std::vector<Entry> selected() const;
+    std::vector<Entry> commandSelection() const;
+    QTableView* table() const { return ui.table; }
+    const ExplorerWidgets& widgets() const { return ui; }
+    EntryTableModel* model() const { return tableModel; }
+    QPointer<QMessageBox> lastAlert() const { return alert; }
+
+    // --- listing ---
+    void refresh();
+    void watchDirectory();
+    void sortChoice(int tag);
+    void reverseSort();
+    void setSort(const QString& key, bool ascending);
+    void groupChoice(bool group);
+    void toggleHidden();
+    void refreshAction();
+    void setSearchText(const QString& text);
+    void clearSearch();
+
+    // --- tabs and navigation ---
+    bool navigate(const QUrl& url, bool history = true);
+    void visitHistory(int index);
+    void back();
+    void forward();
+    void up();
+    void addressGo();
+    void pathClicked(int index, const QUrl& url);
+    void focusAddress();
+    void activateTab(int index);
+    void activateTabID(const QUuid& id);
+    void closeTabID(const QUuid& id);
+    void newTab();
+    void closeTab(std::optional<int> index = std::nullopt);
+    void openSelected();
+    void openNewTabSelected();
+    void showPackageContents();
+    void selectURL(const QUrl& url);
+    void focusFileList();
+    void rebuildTabs();
+
+    void showError(const QString& title, const QString& detail);
+
+signals:
+    void closing(Explorer* window);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void buildUI();
+    void connectUI();
+    void refreshPhone();
+    bool listLocal(const QString& path);
+    void restoreSelection(const QSet<QString>& paths);
+    void updateLocalChrome(const QString& path);
+    void updateSelectionStatus();
+    void onDirectoryChanged();
+
+    AppDelegate* app;
+    ExplorerWidgets ui;
+    EntryTableModel* tableModel = nullptr;
+    QFileSystemWatcher watcher;
+    QPointer<QMessageBox> alert;
+    bool rebuildingTabs = false;
+};
+
+} // namespace orvane

@@ -1,0 +1,89 @@
+#include "platform/LinuxPlatform.h"
+
+#include <QFile>
+#include <cerrno>
+#include <cstring>
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace orvane {
+
+const Platform& Platform::instance() {
+    static const LinuxPlatform platform;
+    return platform;
+}
+
+namespace {
+
+QDateTime fromStamp(const statx_timestamp& t) {
+    return QDateTime::fromMSecsSinceEpoch(t.tv_sec * 1000 + t.tv_nsec / 1000000, Qt::UTC);
+}
+
+// Follows links so a link to a folder browses like one; a broken link still shows, as itself.
+bool statItem(int dirfd, const char* name, RawItem& out) {
+    struct statx sx;
+    const unsigned mask = STATX_TYPE | STATX_SIZE | STATX_MTIME | STATX_BTIME;
+    if (statx(dirfd, name, AT_NO_AUTOMOUNT, mask, &sx) != 0 &&
+        statx(dirfd, name, AT_NO_AUTOMOUNT | AT_SYMLINK_NOFOLLOW, mask, &sx) != 0)
+        return false;
+    out.directory = S_ISDIR(sx.stx_mode);
+    out.symlink = S_ISLNK(sx.stx_mode);
+    out.size = out.directory ? 0 : qint64(sx.stx_size); // a folder's own block size means nothing to a person
+    out.modified = fromStamp(sx.stx_mtime);
+    if (sx.stx_mask & STATX_BTIME)
+        out.created = fromStamp(sx.stx_btime);
+    return true;
+}
+
+} // namespace
+
+bool LinuxPlatform::listFolder(const QString& path, bool includeHidden, std::vector<RawItem>& out,
+                               QString& error) const {
+    const QByteArray native = QFile::encodeName(path);
+    DIR* dir = opendir(native.constData());
+    if (!dir) {
+        error = QString::fromLocal8Bit(strerror(errno));
+        return false;
+    }
+    const int fd = dirfd(dir);
+    while (dirent* d = readdir(dir)) {
+        const char* n = d->d_name;
+        if (n[0] == '.' && (n[1] == 0 || (n[1] == '.' && n[2] == 0)))
+            continue;
+        const bool hidden = n[0] == '.';
+        if (hidden && !includeHidden)
+            continue;
+        RawItem item;
+        item.name = QFile::decodeName(n);
+        item.hidden = hidden;
+        statItem(fd, n, item);
+        out.push_back(std::move(item));
+    }
+    closedir(dir);
+    return true;
+}
+
+bool LinuxPlatform::readItem(const QString& path, RawItem& out) const {
+    const QByteArray native = QFile::encodeName(path);
+    out.name = path.section(u'/', -1);
+    out.hidden = out.name.startsWith(u'.');
+    return statItem(AT_FDCWD, native.constData(), out);
+}
+
+QString LinuxPlatform::word(PlatformWord word) const {
+    switch (word) {
+    case PlatformWord::RootVolume:
+        return QStringLiteral("File System");
+    case PlatformWord::ShowInFileManager:
+        return QStringLiteral("Show in File Manager");
+    case PlatformWord::CopyToComputer:
+        return QStringLiteral("Copy to Computer");
+    case PlatformWord::FileManager:
+        return QStringLiteral("the file manager");
+    }
+    return {};
+}
+
+} // namespace orvane

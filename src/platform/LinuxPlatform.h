@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/Platform.h"
+
+namespace orvane {
+
+// Dot files are hidden; there are no packages; birth times come from statx where the file system keeps them.
+class LinuxPlatform final : public Platform {
+public:
+    bool listFolder(const QString& path, bool includeHidden, std::vector<RawItem>& out,
+                    QString& error) const override;
+    bool readItem(const QString& path, RawItem& out) const override;
+    QString word(PlatformWord word) const override;
+};
+
+} // namespace orvane

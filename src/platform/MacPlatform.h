@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/Platform.h"
+
+namespace orvane {
+
+// The hidden flag and bundles come from the file system's own attributes.
+class MacPlatform final : public Platform {
+public:
+    bool listFolder(const QString& path, bool includeHidden, std::vector<RawItem>& out,
+                    QString& error) const override;
+    bool readItem(const QString& path, RawItem& out) const override;
+    QString word(PlatformWord word) const override;
+};
+
+} // namespace orvane

@@ -1,0 +1,87 @@
+#include "platform/MacPlatform.h"
+
+#import <Foundation/Foundation.h>
+
+namespace orvane {
+
+const Platform& Platform::instance() {
+    static const MacPlatform platform;
+    return platform;
+}
+
+namespace {
+
+NSArray<NSURLResourceKey>* keys() {
+    return @[ NSURLIsDirectoryKey, NSURLIsPackageKey, NSURLFileSizeKey, NSURLContentModificationDateKey,
+              NSURLCreationDateKey, NSURLAddedToDirectoryDateKey, NSURLIsHiddenKey, NSURLIsSymbolicLinkKey ];
+}
+
+QDateTime toDate(id value) {
+    if (![value isKindOfClass:[NSDate class]])
+        return {};
+    return QDateTime::fromMSecsSinceEpoch(qint64([(NSDate*)value timeIntervalSince1970] * 1000), Qt::UTC);
+}
+
+void fill(NSURL* url, RawItem& out) {
+    NSDictionary* v = [url resourceValuesForKeys:keys() error:nil];
+    out.name = QString::fromNSString(url.lastPathComponent);
+    out.directory = [v[NSURLIsDirectoryKey] boolValue];
+    out.package = [v[NSURLIsPackageKey] boolValue];
+    out.size = [v[NSURLFileSizeKey] longLongValue];
+    out.modified = toDate(v[NSURLContentModificationDateKey]);
+    out.created = toDate(v[NSURLCreationDateKey]);
+    out.added = toDate(v[NSURLAddedToDirectoryDateKey]);
+    out.hidden = [v[NSURLIsHiddenKey] boolValue];
+    out.symlink = [v[NSURLIsSymbolicLinkKey] boolValue];
+}
+
+} // namespace
+
+bool MacPlatform::listFolder(const QString& path, bool includeHidden, std::vector<RawItem>& out,
+                             QString& error) const {
+    @autoreleasepool {
+        NSError* failure = nil;
+        NSDirectoryEnumerationOptions options = includeHidden ? 0 : NSDirectoryEnumerationSkipsHiddenFiles;
+        NSArray<NSURL*>* urls = [NSFileManager.defaultManager
+              contentsOfDirectoryAtURL:[NSURL fileURLWithPath:path.toNSString()]
+            includingPropertiesForKeys:keys()
+                               options:options
+                                 error:&failure];
+        if (!urls) {
+            error = QString::fromNSString(failure.localizedDescription);
+            return false;
+        }
+        for (NSURL* url in urls) {
+            RawItem item;
+            fill(url, item);
+            out.push_back(std::move(item));
+        }
+        return true;
+    }
+}
+
+bool MacPlatform::readItem(const QString& path, RawItem& out) const {
+    @autoreleasepool {
+        NSURL* url = [NSURL fileURLWithPath:path.toNSString()];
+        if (![url checkResourceIsReachableAndReturnError:nil])
+            return false;
+        fill(url, out);
+        return true;
+    }
+}
+
+QString MacPlatform::word(PlatformWord word) const {
+    switch (word) {
+    case PlatformWord::RootVolume:
+        return QStringLiteral("Macintosh HD");
+    case PlatformWord::ShowInFileManager:
+        return QStringLiteral("Show in Finder");
+    case PlatformWord::CopyToComputer:
+        return QStringLiteral("Copy to Mac");
+    case PlatformWord::FileManager:
+        return QStringLiteral("Finder");
+    }
+    return {};
+}
+
+} // namespace orvane

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+#include <vector>
+
+namespace orvane {
+
+// Texts that name the host system itself; everything else in the program is verbatim.
+enum class PlatformWord { RootVolume, ShowInFileManager, CopyToComputer, FileManager };
+
+// What one stat-like request tells about an item, before it becomes an Entry.
+struct RawItem {
+    QString name;
+    qint64 size = 0;
+    QDateTime modified; // invalid when unknown
+    QDateTime created;
+    QDateTime added;
+    bool directory = false;
+    bool package = false;
+    bool hidden = false;
+    bool symlink = false;
+};
+
+// The seam for what differs between Linux and macOS. Everything above it is portable.
+class Platform {
+public:
+    virtual ~Platform() = default;
+    static const Platform& instance();
+
+    // One level of a folder with the attributes of each item, in directory order.
+    // Returns false and fills `error` with the system's text when the folder cannot be read.
+    virtual bool listFolder(const QString& path, bool includeHidden, std::vector<RawItem>& out,
+                            QString& error) const = 0;
+    // Attributes of one item; false when it cannot be read.
+    virtual bool readItem(const QString& path, RawItem& out) const = 0;
+    virtual QString word(PlatformWord word) const = 0;
+
+    // The display type of a file: "File folder" for a plain directory, else the type database's text.
+    static QString typeDescription(const QString& fileName, bool directory, bool package);
+};
+
+} // namespace orvane
