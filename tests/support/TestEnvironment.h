@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QApplication>
+#include <QStandardPaths>
 #include <QTest>
 
 namespace orvane::test {

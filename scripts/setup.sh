@@ -1,0 +1,17 @@
+#!/usr/bin/env bash
+# Installs what Orvane needs to build, run and test on Debian 12, and nothing that is already there.
+set -euo pipefail
+packages=(cmake ninja-build g++ clang clang-format pkg-config qt6-base-dev qt6-multimedia-dev libmtp-dev
+          gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav
+          ffmpeg xvfb xauth imagemagick zip unzip libgl-dev)
+missing=()
+for p in "${packages[@]}"; do
+  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
+done
+if [ ${#missing[@]} -gt 0 ]; then
+  echo "Installing: ${missing[*]}"
+  sudo_cmd=""
+  [ "$(id -u)" -ne 0 ] && sudo_cmd="sudo"
+  $sudo_cmd apt-get update -qq
+  DEBIAN_FRONTEND=noninteractive $sudo_cmd apt-get install -y -qq --no-install-recommends "${missing[@]}"
+fi

@@ -1,0 +1,233 @@
+#include "browsing/AppDelegate.h"
+#include "browsing/EditablePathBox.h"
+#include "browsing/Explorer.h"
+#include "browsing/Preferences.h"
+#include "support/TempTree.h"
+#include "support/TestEnvironment.h"
+
+#include <QDir>
+#include <QItemSelectionModel>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QTableView>
+#include <QToolButton>
+
+using namespace orvane;
+using orvane::test::TempTree;
+
+namespace {
+QStringList names(const Explorer& w) {
+    QStringList list;
+    for (const Entry& e : w.entries)
+        list << e.name();
+    return list;
+}
+
+QUrl url(const QString& path) {
+    return QUrl::fromLocalFile(path);
+}
+
+// Answers the title of the alert the window shows, and dismisses it.
+QString takeAlert(Explorer& w) {
+    QPointer<QMessageBox> box = w.lastAlert();
+    if (!box)
+        return {};
+    const QString text = box->text() + u'|' + box->informativeText();
+    box->close();
+    return text;
+}
+
+void selectNames(Explorer& w, const QStringList& wanted) {
+    for (size_t row = 0; row < w.entries.size(); ++row)
+        if (wanted.contains(w.entries[row].name()))
+            w.table()->selectionModel()->select(w.table()->model()->index(int(row), 0),
+                                                QItemSelectionModel::Select | QItemSelectionModel::Rows);
+}
+} // namespace
+
+class ExplorerTest : public QObject {
+    Q_OBJECT
+    std::unique_ptr<TempTree> tree;
+    std::unique_ptr<AppDelegate> app;
+
+private slots:
+    void init() {
+        tree = std::make_unique<TempTree>();
+        tree->file("a.txt", "a");
+        tree->file("b.txt", "bb");
+        tree->folder("Sub/Deeper");
+        tree->folder("Other");
+        app = std::make_unique<AppDelegate>();
+        Preferences::standard()->remove(QStringLiteral("lastFolder"));
+    }
+    void cleanup() {
+        app.reset();
+        tree.reset();
+    }
+
+    void startFolderFallsBackToHome_data() {
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<bool>("expectStored");
+        QTest::newRow("existing lastFolder") << "Sub" << true;
+        QTest::newRow("vanished lastFolder") << "Gone" << false;
+        QTest::newRow("nothing stored") << "" << false;
+    }
+    void startFolderFallsBackToHome() {
+        QFETCH(QString, stored);
+        QFETCH(bool, expectStored);
+        if (!stored.isEmpty())
+            Preferences::standard()->setValue(QStringLiteral("lastFolder"), tree->path(stored));
+        const QUrl start = Explorer::startURL(std::nullopt);
+        QCOMPARE(start.toLocalFile(), expectStored ? tree->path(stored) : QDir::homePath());
+        QCOMPARE(Explorer::startURL(url(tree->path("Other"))).toLocalFile(), tree->path("Other"));
+        QCOMPARE(Explorer::startURL(url(tree->path("nowhere"))).toLocalFile(), QDir::homePath());
+    }
+
+    void historyBackForwardAndBranching() {
+        Explorer* w = app->newWindow(url(tree->path()));
+        QVERIFY(w->navigate(url(tree->path("Sub"))));
+        QVERIFY(w->navigate(url(tree->path("Sub/Deeper"))));
+        w->back();
+        w->back();
+        QCOMPARE(w->current().toLocalFile(), tree->path());
+        w->forward();
+        QCOMPARE(w->current().toLocalFile(), tree->path("Sub"));
+        QVERIFY(w->widgets().forwardButton->isEnabled());
+        QVERIFY(w->navigate(url(tree->path("Other"))));
+        QVERIFY(!w->widgets().forwardButton->isEnabled());
+        QCOMPARE(w->tabs.current().history.size(), 3);
+        w->forward(); // ignored at the end
+        QCOMPARE(w->current().toLocalFile(), tree->path("Other"));
+        QCOMPARE(Preferences::standard()->value(QStringLiteral("lastFolder")).toString(), tree->path("Other"));
+    }
+
+    void missingFoldersAreReportedAndNothingMoves() {
+        Explorer* w = app->newWindow(url(tree->path()));
+        QVERIFY(!w->navigate(url(tree->path("a.txt"))));
+        QCOMPARE(takeAlert(*w), QStringLiteral("Folder not found|") + tree->path("a.txt"));
+        QVERIFY(w->navigate(url(tree->path("Sub"))));
+        w->up();
+        QVERIFY(QDir(tree->path("Sub")).removeRecursively());
+        w->back();
+        QCOMPARE(takeAlert(*w), QStringLiteral("Folder unavailable|") + tree->path("Sub"));
+        QCOMPARE(w->current().toLocalFile(), tree->path());
+        QCOMPARE(w->tabs.current().index, 2);
+    }
+
+    void addressFieldResolvesRelativeAndTildePaths() {
+        Explorer* w = app->newWindow(url(tree->path()));
+        QLineEdit* field = w->widgets().pathBox->addressField();
+        field->setText(QStringLiteral("Sub/Deeper/.."));
+        w->addressGo();
+        QCOMPARE(w->current().toLocalFile(), tree->path("Sub"));
+        field->setText(QStringLiteral("~"));
+        w->addressGo();
+        QCOMPARE(w->current().toLocalFile(), QDir::homePath());
+        w->focusAddress();
+        field->setText(QStringLiteral("no such place"));
+        w->addressGo();
+        QVERIFY(takeAlert(*w).startsWith(QLatin1String("Folder not found|")));
+        QVERIFY(w->widgets().pathBox->addressShown());
+        QCOMPARE(field->text(), QStringLiteral("no such place"));
+    }
+
+    void searchFiltersAndNavigationClearsIt() {
+        Explorer* w = app->newWindow(url(tree->path()));
+        w->setSearchText(QStringLiteral("B.T"));
+        QCOMPARE(names(*w), QStringList{"b.txt"});
+        w->setSearchText(QStringLiteral("nothing"));
+        QVERIFY(w->entries.empty());
+        QCOMPARE(w->widgets().emptyLabel->text(), QStringLiteral("No matching items in this folder"));
+        w->navigate(url(tree->path("Other")));
+        QVERIFY(w->tabs.current().query.isEmpty());
+        QCOMPARE(w->widgets().emptyLabel->text(), QStringLiteral("This folder is empty"));
+        QVERIFY(w->widgets().emptyLabel->isVisibleTo(w));
+    }
+
+    void hiddenItemsFollowTheToggle() {
+        tree->file(".secret");
+        Explorer* w = app->newWindow(url(tree->path()));
+        QVERIFY(!names(*w).contains(".secret"));
+        w->toggleHidden();
+        QVERIFY(names(*w).contains(".secret"));
+        QCOMPARE(w->widgets().status->text(), QStringLiteral("5 items"));
+    }
+
+    void refreshKeepsTheSelectionOfWhatRemains() {
+        Explorer* w = app->newWindow(url(tree->path()));
+        selectNames(*w, {"a.txt", "b.txt"});
+        QFile::remove(tree->path("a.txt"));
+        tree->file("0-new.txt");
+        w->refresh();
+        QCOMPARE(w->selected().size(), size_t(1));
+        QCOMPARE(w->selected().front().name(), QStringLiteral("b.txt"));
+    }
+
+    void watcherRefreshesAndWaitsForAnOpenRename() {
+        Explorer* w = app->newWindow(url(tree->path()));
+        tree->file("c.txt");
+        QTRY_VERIFY(names(*w).contains("c.txt"));
+        QLineEdit editor;
+        w->renameEditor = &editor;
+        tree->file("d.txt");
+        QTRY_VERIFY(w->pendingRenameRefresh);
+        QVERIFY(!names(*w).contains("d.txt"));
+        QVERIFY(w->renameEditor);
+    }
+
+    void tabsOpenOnTheCurrentFolderWithoutSelection() {
+        Explorer* w = app->newWindow(url(tree->path()));
+        selectNames(*w, {"a.txt"});
+        w->newTab();
+        QCOMPARE(w->tabs.count(), 2);
+        QCOMPARE(w->tabs.active(), 1);
+        QCOMPARE(w->current().toLocalFile(), tree->path());
+        QVERIFY(w->selected().empty());
+        w->navigate(url(tree->path("Sub")));
+        w->activateTab(0);
+        QCOMPARE(w->current().toLocalFile(), tree->path());
+        w->closeTab(1);
+        QCOMPARE(w->tabs.count(), 1);
+        QVERIFY(w->isVisible());
+        w->closeTab();
+        QVERIFY(app->windows.empty());
+    }
+
+    void openingAFolderNavigatesAndNewTabOpensIt() {
+        Explorer* w = app->newWindow(url(tree->path()));
+        selectNames(*w, {"Sub"});
+        w->openNewTabSelected();
+        QCOMPARE(w->tabs.count(), 2);
+        QCOMPARE(w->current().toLocalFile(), tree->path("Sub"));
+        selectNames(*w, {"Deeper"});
+        w->openSelected();
+        QCOMPARE(w->current().toLocalFile(), tree->path("Sub/Deeper"));
+        w->showPackageContents(); // nothing selected and no packages here: nothing happens
+        QCOMPARE(w->current().toLocalFile(), tree->path("Sub/Deeper"));
+    }
+
+    void selectURLResolvesLinks() {
+        QVERIFY(QFile::link(tree->path("b.txt"), tree->path("Other/link-to-b")));
+        Explorer* w = app->newWindow(url(tree->path()));
+        w->selectURL(url(tree->path("Other/link-to-b")));
+        QCOMPARE(w->selected().size(), size_t(1));
+        QCOMPARE(w->selected().front().name(), QStringLiteral("b.txt"));
+    }
+
+    void sortStateSurvivesTabsAndGroupingPersists() {
+        Explorer* w = app->newWindow(url(tree->path()));
+        w->setSort(QStringLiteral("size"), false);
+        QCOMPARE(names(*w).first(), QStringLiteral("b.txt"));
+        w->newTab();
+        QCOMPARE(w->sort.key, QStringLiteral("size"));
+        w->groupChoice(true);
+        QCOMPARE(names(*w).mid(0, 2), QStringList({"Sub", "Other"}));
+        Explorer* second = app->newWindow(url(tree->path()));
+        QVERIFY(second->sort.groupByType);
+        QCOMPARE(second->sort.key, QStringLiteral("name"));
+    }
+};
+
+ORVANE_TEST_MAIN(ExplorerTest)
+#include "ExplorerTest.moc"
