@@ -79,6 +79,24 @@ SortKeys buildKeys(const std::vector<Entry>& entries, Key key, bool group) {
     return keys;
 }
 
+// Moves entries into the given order in place, cycle by cycle, so no second array is needed.
+void applyOrder(std::vector<Entry>& entries, std::vector<size_t>& order) {
+    for (size_t start = 0; start < order.size(); ++start) {
+        if (order[start] == start)
+            continue;
+        Entry held = std::move(entries[start]);
+        size_t at = start;
+        while (order[at] != start) {
+            const size_t from = order[at];
+            entries[at] = std::move(entries[from]);
+            order[at] = at;
+            at = from;
+        }
+        entries[at] = std::move(held);
+        order[at] = at;
+    }
+}
+
 } // namespace
 
 void sortEntries(std::vector<Entry>& entries, const SortState& state) {
@@ -100,11 +118,7 @@ void sortEntries(std::vector<Entry>& entries, const SortState& state) {
             v = sign(QString::compare(entries[a].location, entries[b].location));
         return state.ascending ? v < 0 : v > 0;
     });
-    std::vector<Entry> sorted;
-    sorted.reserve(entries.size());
-    for (size_t i : order)
-        sorted.push_back(std::move(entries[i]));
-    entries.swap(sorted);
+    applyOrder(entries, order);
 }
 
 bool entryBefore(const Entry& lhs, const Entry& rhs, const SortState& state) {

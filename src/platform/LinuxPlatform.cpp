@@ -39,7 +39,7 @@ bool statItem(int dirfd, const char* name, RawItem& out) {
 
 } // namespace
 
-bool LinuxPlatform::listFolder(const QString& path, bool includeHidden, std::vector<RawItem>& out,
+bool LinuxPlatform::listFolder(const QString& path, bool includeHidden, const ItemSink& sink,
                                QString& error) const {
     const QByteArray native = QFile::encodeName(path);
     DIR* dir = opendir(native.constData());
@@ -59,7 +59,7 @@ bool LinuxPlatform::listFolder(const QString& path, bool includeHidden, std::vec
         item.name = QFile::decodeName(n);
         item.hidden = hidden;
         statItem(fd, n, item);
-        out.push_back(std::move(item));
+        sink(std::move(item));
     }
     closedir(dir);
     return true;

@@ -7,7 +7,7 @@ namespace orvane {
 // Dot files are hidden; there are no packages; birth times come from statx where the file system keeps them.
 class LinuxPlatform final : public Platform {
 public:
-    bool listFolder(const QString& path, bool includeHidden, std::vector<RawItem>& out,
+    bool listFolder(const QString& path, bool includeHidden, const ItemSink& sink,
                     QString& error) const override;
     bool readItem(const QString& path, RawItem& out) const override;
     QString word(PlatformWord word) const override;

@@ -7,7 +7,7 @@ namespace orvane {
 // The hidden flag and bundles come from the file system's own attributes.
 class MacPlatform final : public Platform {
 public:
-    bool listFolder(const QString& path, bool includeHidden, std::vector<RawItem>& out,
+    bool listFolder(const QString& path, bool includeHidden, const ItemSink& sink,
                     QString& error) const override;
     bool readItem(const QString& path, RawItem& out) const override;
     QString word(PlatformWord word) const override;

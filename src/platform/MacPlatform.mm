@@ -37,7 +37,7 @@ void fill(NSURL* url, RawItem& out) {
 
 } // namespace
 
-bool MacPlatform::listFolder(const QString& path, bool includeHidden, std::vector<RawItem>& out,
+bool MacPlatform::listFolder(const QString& path, bool includeHidden, const ItemSink& sink,
                              QString& error) const {
     @autoreleasepool {
         NSError* failure = nil;
@@ -54,7 +54,7 @@ bool MacPlatform::listFolder(const QString& path, bool includeHidden, std::vecto
         for (NSURL* url in urls) {
             RawItem item;
             fill(url, item);
-            out.push_back(std::move(item));
+            sink(std::move(item));
         }
         return true;
     }

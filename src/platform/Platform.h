@@ -2,7 +2,7 @@
 
 #include <QDateTime>
 #include <QString>
-#include <vector>
+#include <functional>
 
 namespace orvane {
 
@@ -28,9 +28,11 @@ public:
     virtual ~Platform() = default;
     static const Platform& instance();
 
-    // One level of a folder with the attributes of each item, in directory order.
+    using ItemSink = std::function<void(RawItem&& item)>;
+    // Hands over one level of a folder with the attributes of each item, in directory order, one
+    // item at a time so a large folder never exists twice in memory.
     // Returns false and fills `error` with the system's text when the folder cannot be read.
-    virtual bool listFolder(const QString& path, bool includeHidden, std::vector<RawItem>& out,
+    virtual bool listFolder(const QString& path, bool includeHidden, const ItemSink& sink,
                             QString& error) const = 0;
     // Attributes of one item; false when it cannot be read.
     virtual bool readItem(const QString& path, RawItem& out) const = 0;
