@@ -19,5 +19,6 @@ qint64 residentBytes();
 // Milliseconds of wall time that `command` takes as a child process, or -1 if it failed.
 double timeShell(const QString& command);
 
-#define ORVANE_BENCH_COMMAND(id, name, usage, fn) \
-    static const int orvaneBench_##id = registerBenchCommand({QStringLiteral(name), QStringLiteral(usage), fn});
+#define ORVANE_BENCH_COMMAND(id, name, usage, fn)                                                            \
+    static const int orvaneBench_##id =                                                                      \
+        registerBenchCommand({QStringLiteral(name), QStringLiteral(usage), fn});

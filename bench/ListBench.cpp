@@ -29,8 +29,7 @@ double perEntry(qint64 bytes, size_t count) {
 
 // Exactly the disk side of a refresh: list with attributes, build entries, filter, sort by name.
 int listFolder(const QStringList& args) {
-    if (args.size() != 1)
-        return 2;
+    if (args.size() != 1) return 2;
     // The type index and the collator are built once per process; they are not the listing's cost.
     Platform::typeDescription(QStringLiteral("warm.txt"), false, false);
     NaturalOrder::shared().compare(QStringLiteral("a"), QStringLiteral("b"));
@@ -55,7 +54,8 @@ int listFolder(const QStringList& args) {
     const double ls = timeShell(QStringLiteral("ls -l '%1' > /dev/null").arg(args[0]));
     benchOut() << "entries " << entries.size() << "\nlist ms " << ms << "\nls -l ms " << ls << "\nratio "
                << (ls > 0 ? ms / ls : 0) << "\nheap bytes per entry beyond path characters "
-               << perEntry(held - nameBytes, entries.size()) << "\nresident bytes per entry beyond path characters "
+               << perEntry(held - nameBytes, entries.size())
+               << "\nresident bytes per entry beyond path characters "
                << perEntry(grown - nameBytes, entries.size()) << Qt::endl;
     return 0;
 }
@@ -64,19 +64,18 @@ const char* const stems[] = {"report", "IMG_", "Notes ", "track", "data-", "مس
 const char* const suffixes[] = {".txt", ".jpg", ".pdf", ".mp3", ".tar.gz", "", ".md", ".cpp"};
 
 int makeFolder(const QStringList& args) {
-    if (args.size() != 2)
-        return 2;
+    if (args.size() != 2) return 2;
     const QString dir = args[0];
     const int count = args[1].toInt();
     QDir().mkpath(dir);
     QRandomGenerator random(42);
     const QByteArray filler(4096, 'x');
     for (int i = 0; i < count; ++i) {
-        const QString name = QString::fromUtf8(stems[i % 8]) + QString::number(i) + QLatin1String(suffixes[(i / 8) % 8]);
+        const QString name =
+            QString::fromUtf8(stems[i % 8]) + QString::number(i) + QLatin1String(suffixes[(i / 8) % 8]);
         const QString path = dir + u'/' + name;
         QFile f(path);
-        if (!f.open(QIODevice::WriteOnly))
-            return 1;
+        if (!f.open(QIODevice::WriteOnly)) return 1;
         f.write(filler.constData(), random.bounded(4096));
         f.close();
         const time_t when = time_t(1500000000 + random.bounded(200000000));

@@ -25,8 +25,7 @@ QTextStream& benchOut() {
 
 qint64 residentBytes() {
     QFile status(QStringLiteral("/proc/self/statm"));
-    if (!status.open(QIODevice::ReadOnly))
-        return 0;
+    if (!status.open(QIODevice::ReadOnly)) return 0;
     const QList<QByteArray> fields = status.readAll().split(' ');
     return fields.size() > 1 ? fields[1].toLongLong() * 4096 : 0;
 }
@@ -37,8 +36,7 @@ double timeShell(const QString& command) {
     QElapsedTimer timer;
     timer.start();
     process.start(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), command});
-    if (!process.waitForFinished(-1) || process.exitCode() != 0)
-        return -1;
+    if (!process.waitForFinished(-1) || process.exitCode() != 0) return -1;
     return double(timer.nsecsElapsed()) / 1e6;
 }
 
@@ -47,8 +45,7 @@ int main(int argc, char** argv) {
     QStringList args = app.arguments().mid(1);
     const QString name = args.isEmpty() ? QString() : args.takeFirst();
     for (const BenchCommand& command : commands())
-        if (command.name == name)
-            return command.run(args);
+        if (command.name == name) return command.run(args);
     QTextStream err(stderr);
     err << "usage:\n";
     for (const BenchCommand& command : commands())

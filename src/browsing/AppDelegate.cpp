@@ -21,10 +21,8 @@ void AppDelegate::applicationDidFinishLaunching() {
     didFinishLaunching = true;
     // Queued, so open requests that arrive just after launch are served before a window is made.
     QTimer::singleShot(0, this, [this] {
-        if (windows.empty())
-            newWindow();
-        if (!windows.empty())
-            windows.back()->activateWindow();
+        if (windows.empty()) newWindow();
+        if (!windows.empty()) windows.back()->activateWindow();
         emit firstWindowDecided();
     });
 }
@@ -42,8 +40,7 @@ Explorer* AppDelegate::newWindow(const std::optional<QUrl>& initialURL) {
 
 bool AppDelegate::anyWindowBusy() const {
     for (const auto& window : windows)
-        if (window->busy)
-            return true;
+        if (window->busy) return true;
     return false;
 }
 
@@ -57,10 +54,10 @@ bool AppDelegate::shouldTerminate() {
         return false;
     }
     for (const auto& window : windows) {
-        if (!window->busy)
-            continue;
+        if (!window->busy) continue;
         auto* box = new QMessageBox(QMessageBox::Warning, QStringLiteral("A file transfer is still running"),
-                                    QStringLiteral("A file transfer is still running"), QMessageBox::Ok, window.get());
+                                    QStringLiteral("A file transfer is still running"), QMessageBox::Ok,
+                                    window.get());
         box->setInformativeText(QStringLiteral("Wait for it to finish before quitting."));
         box->setAttribute(Qt::WA_DeleteOnClose);
         alert = box;
@@ -71,14 +68,13 @@ bool AppDelegate::shouldTerminate() {
 }
 
 void AppDelegate::requestQuit() {
-    if (shouldTerminate())
-        QCoreApplication::quit();
+    if (shouldTerminate()) QCoreApplication::quit();
 }
 
 void AppDelegate::windowWillClose(Explorer* window) {
-    auto it = std::find_if(windows.begin(), windows.end(), [window](const auto& w) { return w.get() == window; });
-    if (it == windows.end())
-        return;
+    auto it =
+        std::find_if(windows.begin(), windows.end(), [window](const auto& w) { return w.get() == window; });
+    if (it == windows.end()) return;
     // The close event is still on the stack of this window; let it unwind before the window goes.
     it->release()->deleteLater();
     windows.erase(it);
@@ -89,16 +85,25 @@ void AppDelegate::windowWillClose(Explorer* window) {
 void AppDelegate::routeEdit(int tag, Explorer* window) {
     if (auto* editor = qobject_cast<QLineEdit*>(QApplication::focusWidget())) {
         switch (tag) {
-        case 0: editor->cut(); break;
-        case 1: editor->copy(); break;
-        case 2: editor->paste(); break;
-        case 3: editor->selectAll(); break;
-        case 4: editor->undo(); break;
+        case 0:
+            editor->cut();
+            break;
+        case 1:
+            editor->copy();
+            break;
+        case 2:
+            editor->paste();
+            break;
+        case 3:
+            editor->selectAll();
+            break;
+        case 4:
+            editor->undo();
+            break;
         }
         return;
     }
-    if (tag == 3)
-        window->table()->selectAll();
+    if (tag == 3) window->table()->selectAll();
 }
 
 void AppDelegate::makeMenu(QMenuBar* bar, Explorer* window) {
@@ -119,18 +124,23 @@ void AppDelegate::makeMenu(QMenuBar* bar, Explorer* window) {
                        &AppDelegate::requestQuit);
 
     QMenu* file = bar->addMenu(QStringLiteral("File"));
-    file->addAction(QStringLiteral("New Window"), QKeySequence(Qt::CTRL | Qt::Key_N), this, [this] { newWindow(); });
-    file->addAction(QStringLiteral("Close Window"), QKeySequence(Qt::CTRL | Qt::Key_W), window, &QWidget::close);
+    file->addAction(QStringLiteral("New Window"), QKeySequence(Qt::CTRL | Qt::Key_N), this,
+                    [this] { newWindow(); });
+    file->addAction(QStringLiteral("Close Window"), QKeySequence(Qt::CTRL | Qt::Key_W), window,
+                    &QWidget::close);
 
     QMenu* edit = bar->addMenu(QStringLiteral("Edit"));
     const struct {
         const char* title;
         Qt::Key key;
-    } editItems[] = {{"Cut", Qt::Key_X}, {"Copy", Qt::Key_C}, {"Paste", Qt::Key_V},
-                     {"Select All", Qt::Key_A}, {"Undo File Operation", Qt::Key_Z}};
+    } editItems[] = {{"Cut", Qt::Key_X},
+                     {"Copy", Qt::Key_C},
+                     {"Paste", Qt::Key_V},
+                     {"Select All", Qt::Key_A},
+                     {"Undo File Operation", Qt::Key_Z}};
     for (int tag = 0; tag < 5; ++tag)
-        edit->addAction(QLatin1String(editItems[tag].title), QKeySequence(Qt::CTRL | editItems[tag].key), window,
-                        [this, tag, window] { routeEdit(tag, window); });
+        edit->addAction(QLatin1String(editItems[tag].title), QKeySequence(Qt::CTRL | editItems[tag].key),
+                        window, [this, tag, window] { routeEdit(tag, window); });
 
     QMenu* arrange = bar->addMenu(QStringLiteral("Window"));
     for (const char* title : {"Left half", "Right half", "Maximize", "Restore size", "Top left quarter",

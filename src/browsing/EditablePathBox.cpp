@@ -10,7 +10,8 @@
 namespace orvane {
 
 EditablePathBox::EditablePathBox(QWidget* parent)
-    : QStackedWidget(parent), bar(new QWidget(this)), barLayout(new QHBoxLayout(bar)), field(new QLineEdit(this)) {
+    : QStackedWidget(parent), bar(new QWidget(this)), barLayout(new QHBoxLayout(bar)),
+      field(new QLineEdit(this)) {
     barLayout->setContentsMargins(6, 0, 6, 0);
     barLayout->setSpacing(0);
     addWidget(bar);
@@ -26,8 +27,7 @@ void EditablePathBox::setPath(const QUrl& url) {
     for (;;) {
         urls.prepend(QUrl::fromLocalFile(path));
         names.prepend(folderName(QUrl::fromLocalFile(path)));
-        if (path == QLatin1String("/") || path.isEmpty())
-            break;
+        if (path == QLatin1String("/") || path.isEmpty()) break;
         const qsizetype slash = path.lastIndexOf(u'/');
         path = slash <= 0 ? QStringLiteral("/") : path.left(slash);
     }
@@ -72,8 +72,7 @@ void EditablePathBox::showPathBar() {
 
 // A click on the empty part of the bar turns it into the address field, as in most file browsers.
 void EditablePathBox::mousePressEvent(QMouseEvent* event) {
-    if (currentIndex() == 0 && event->button() == Qt::LeftButton)
-        showAddress();
+    if (currentIndex() == 0 && event->button() == Qt::LeftButton) showAddress();
     QStackedWidget::mousePressEvent(event);
 }
 

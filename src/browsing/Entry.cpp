@@ -6,8 +6,7 @@
 namespace orvane {
 
 Entry Entry::fromUrl(const QUrl& url) {
-    if (url.isLocalFile())
-        return fromPath(url.toLocalFile());
+    if (url.isLocalFile()) return fromPath(url.toLocalFile());
     Entry entry;
     entry.location = url.toString();
     entry.kind = QStringLiteral("File");
@@ -50,14 +49,12 @@ QUrl Entry::url() const {
 }
 
 QString Entry::name() const {
-    if (isPhone())
-        return phoneItemName(location);
+    if (isPhone()) return phoneItemName(location);
     return location.mid(location.lastIndexOf(u'/') + 1);
 }
 
 QString folderName(const QUrl& url) {
-    if (url.scheme() == QLatin1String("android"))
-        return phoneFolderName(url);
+    if (url.scheme() == QLatin1String("android")) return phoneFolderName(url);
     const QString path = url.toLocalFile();
     const QString last = path.section(u'/', -1, -1, QString::SectionSkipEmpty);
     if (path == QLatin1String("/") || last.isEmpty())

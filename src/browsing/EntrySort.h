@@ -14,8 +14,9 @@ struct SortState {
 };
 
 inline const QStringList& sortKeys() {
-    static const QStringList keys = {QStringLiteral("name"), QStringLiteral("modified"), QStringLiteral("kind"),
-                                     QStringLiteral("size"), QStringLiteral("created")};
+    static const QStringList keys = {QStringLiteral("name"), QStringLiteral("modified"),
+                                     QStringLiteral("kind"), QStringLiteral("size"),
+                                     QStringLiteral("created")};
     return keys;
 }
 

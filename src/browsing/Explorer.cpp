@@ -5,6 +5,7 @@
 #include "browsing/FolderListing.h"
 #include "browsing/Preferences.h"
 #include "views/EntryTableModel.h"
+#include "views/ExplorerColumns.h"
 
 #include <QCloseEvent>
 #include <QDesktopServices>
@@ -24,14 +25,12 @@ namespace orvane {
 QUrl Explorer::startURL(const std::optional<QUrl>& initialURL) {
     QString path;
     if (initialURL) {
-        if (!initialURL->isLocalFile())
-            return *initialURL;
+        if (!initialURL->isLocalFile()) return *initialURL;
         path = initialURL->toLocalFile();
     } else {
         path = Preferences::standard()->value(QStringLiteral("lastFolder")).toString();
     }
-    if (path.isEmpty() || !QFileInfo::exists(path))
-        path = QDir::homePath();
+    if (path.isEmpty() || !QFileInfo::exists(path)) path = QDir::homePath();
     return QUrl::fromLocalFile(QDir::cleanPath(path));
 }
 
@@ -53,6 +52,10 @@ void Explorer::buildUI() {
     tableModel = new EntryTableModel(&entries, this);
     ui.table->setModel(tableModel);
     ui.table->horizontalHeader()->setSortIndicatorShown(true);
+    const auto& columns = explorerColumns();
+    for (int i = 0; i < columns.size(); ++i)
+        ui.table->setColumnWidth(i, columns[i].width);
+    ui.table->setColumnHidden(explorerColumnIndex(QStringLiteral("created")), true);
     ui.table->horizontalHeader()->setSortIndicator(0, Qt::AscendingOrder);
     connectUI();
     connect(&watcher, &QFileSystemWatcher::directoryChanged, this, &Explorer::onDirectoryChanged);
@@ -69,32 +72,30 @@ void Explorer::connectUI() {
     connect(ui.searchField, &QLineEdit::textEdited, this, &Explorer::setSearchText);
     connect(ui.table, &QTableView::doubleClicked, this, [this] { openSelected(); });
     connect(ui.table->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
-        if (!extendingKeyboardSelection)
-            keyboardFocusRow.reset();
+        if (!extendingKeyboardSelection) keyboardFocusRow.reset();
         updateSelectionStatus();
     });
     connect(ui.tabBar, &QTabBar::currentChanged, this, [this](int index) {
-        if (!rebuildingTabs)
-            activateTab(index);
+        if (!rebuildingTabs) activateTab(index);
     });
     connect(ui.tabBar, &QTabBar::tabCloseRequested, this, [this](int index) { closeTab(index); });
     connect(ui.table->horizontalHeader(), &QHeaderView::sortIndicatorChanged, this,
             [this](int section, Qt::SortOrder order) {
-                const QStringList keys = {QStringLiteral("name"), QStringLiteral("modified"), QString(),
-                                          QStringLiteral("kind"), QStringLiteral("size"), QStringLiteral("created")};
+                const QStringList keys = {
+                    QStringLiteral("name"), QStringLiteral("modified"), QString(),
+                    QStringLiteral("kind"), QStringLiteral("size"),     QStringLiteral("created")};
                 const QString key = keys.value(section);
-                if (!key.isEmpty())
-                    setSort(key, order == Qt::AscendingOrder);
+                if (!key.isEmpty()) setSort(key, order == Qt::AscendingOrder);
             });
 }
 
 std::vector<Entry> Explorer::selected() const {
     std::vector<Entry> result;
     QModelIndexList rows = ui.table->selectionModel()->selectedRows();
-    std::sort(rows.begin(), rows.end(), [](const QModelIndex& a, const QModelIndex& b) { return a.row() < b.row(); });
+    std::sort(rows.begin(), rows.end(),
+              [](const QModelIndex& a, const QModelIndex& b) { return a.row() < b.row(); });
     for (const QModelIndex& index : rows)
-        if (size_t(index.row()) < entries.size())
-            result.push_back(entries[size_t(index.row())]);
+        if (size_t(index.row()) < entries.size()) result.push_back(entries[size_t(index.row())]);
     return result;
 }
 
@@ -117,8 +118,7 @@ void Explorer::refresh() {
         remembered.insert(e.location);
     blockedFolder.clear();
     const QString path = current().toLocalFile();
-    if (listLocal(path))
-        restoreSelection(remembered);
+    if (listLocal(path)) restoreSelection(remembered);
     updateLocalChrome(path);
 }
 
@@ -152,10 +152,10 @@ void Explorer::restoreSelection(const QSet<QString>& paths) {
         int start = -1;
         for (int row = 0; row <= int(entries.size()); ++row) {
             const bool keep = row < int(entries.size()) && paths.contains(entries[size_t(row)].location);
-            if (keep && start < 0)
-                start = row;
+            if (keep && start < 0) start = row;
             if (!keep && start >= 0) {
-                selection.select(tableModel->index(start, 0), tableModel->index(row - 1, tableModel->columnCount() - 1));
+                selection.select(tableModel->index(start, 0),
+                                 tableModel->index(row - 1, tableModel->columnCount() - 1));
                 start = -1;
             }
         }
@@ -165,7 +165,6 @@ void Explorer::restoreSelection(const QSet<QString>& paths) {
 
 void Explorer::updateLocalChrome(const QString& path) {
     const QString name = folderName(current());
-    ui.emptyLabel->resize(ui.table->viewport()->size());
     ui.pathBox->addressField()->setText(path);
     ui.pathBox->setPath(current());
     ui.searchField->setPlaceholderText(QStringLiteral("Search ") + name);
@@ -203,10 +202,8 @@ void Explorer::updateSelectionStatus() {
 
 void Explorer::watchDirectory() {
     const QStringList watched = watcher.directories();
-    if (!watched.isEmpty())
-        watcher.removePaths(watched);
-    if (current().isLocalFile())
-        watcher.addPath(current().toLocalFile());
+    if (!watched.isEmpty()) watcher.removePaths(watched);
+    if (current().isLocalFile()) watcher.addPath(current().toLocalFile());
 }
 
 void Explorer::onDirectoryChanged() {
@@ -217,13 +214,11 @@ void Explorer::onDirectoryChanged() {
     }
     refresh();
     // A folder that was removed and made again is a new inode; keep watching the name.
-    if (watcher.directories().isEmpty())
-        watchDirectory();
+    if (watcher.directories().isEmpty()) watchDirectory();
 }
 
 void Explorer::sortChoice(int tag) {
-    if (tag >= 0 && tag < sortKeys().size())
-        setSort(sortKeys()[tag], sort.ascending);
+    if (tag >= 0 && tag < sortKeys().size()) setSort(sortKeys()[tag], sort.ascending);
 }
 
 void Explorer::reverseSort() {
@@ -233,11 +228,13 @@ void Explorer::reverseSort() {
 void Explorer::setSort(const QString& key, bool ascending) {
     sort.key = key;
     sort.ascending = ascending;
-    const QStringList columnKeys = {QStringLiteral("name"), QStringLiteral("modified"), QString(),
-                                    QStringLiteral("kind"), QStringLiteral("size"), QStringLiteral("created")};
+    const QStringList columnKeys = {
+        QStringLiteral("name"), QStringLiteral("modified"), QString(),
+        QStringLiteral("kind"), QStringLiteral("size"),     QStringLiteral("created")};
     QHeaderView* header = ui.table->horizontalHeader();
     const QSignalBlocker block(header);
-    header->setSortIndicator(int(columnKeys.indexOf(key)), ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
+    header->setSortIndicator(int(columnKeys.indexOf(key)),
+                             ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
     refresh();
 }
 
@@ -258,8 +255,7 @@ void Explorer::refreshAction() {
 
 void Explorer::setSearchText(const QString& text) {
     tabs.current().query = text;
-    if (ui.searchField->text() != text)
-        ui.searchField->setText(text);
+    if (ui.searchField->text() != text) ui.searchField->setText(text);
     refresh();
 }
 
@@ -267,7 +263,6 @@ void Explorer::clearSearch() {
     setSearchText(QString());
     ui.searchField->setFocus();
 }
-
 
 // ---------------------------------------------------------------- navigation
 
@@ -277,8 +272,7 @@ bool Explorer::navigate(const QUrl& url, bool history) {
         tab.query.clear();
         ui.searchField->clear();
         tab.url = url;
-        if (history)
-            tab.push(url);
+        if (history) tab.push(url);
         refresh();
         rebuildTabs();
         watchDirectory();
@@ -293,23 +287,20 @@ bool Explorer::navigate(const QUrl& url, bool history) {
     tab.query.clear();
     ui.searchField->clear();
     tab.url = place;
-    if (history)
-        tab.push(place);
+    if (history) tab.push(place);
     ui.pathBox->showPathBar();
     ui.table->clearSelection();
     refresh();
     rebuildTabs();
     watchDirectory();
     focusFileList();
-    if (!Preferences::selfTest())
-        Preferences::standard()->setValue(QStringLiteral("lastFolder"), path);
+    if (!Preferences::selfTest()) Preferences::standard()->setValue(QStringLiteral("lastFolder"), path);
     return true;
 }
 
 void Explorer::visitHistory(int index) {
     TabState& tab = tabs.current();
-    if (index < 0 || index >= tab.history.size())
-        return;
+    if (index < 0 || index >= tab.history.size()) return;
     const QUrl item = tab.history[index];
     if (item.isLocalFile() && !QFileInfo(item.toLocalFile()).isDir()) {
         showError(QStringLiteral("Folder unavailable"), item.toLocalFile());
@@ -328,11 +319,9 @@ void Explorer::forward() {
 }
 
 void Explorer::up() {
-    if (!current().isLocalFile())
-        return;
+    if (!current().isLocalFile()) return;
     const QString path = current().toLocalFile();
-    if (path == QLatin1String("/"))
-        return;
+    if (path == QLatin1String("/")) return;
     const qsizetype slash = path.lastIndexOf(u'/');
     navigate(QUrl::fromLocalFile(slash <= 0 ? QStringLiteral("/") : path.left(slash)));
 }
@@ -343,15 +332,12 @@ void Explorer::addressGo() {
         text = QDir::homePath();
     else if (text.startsWith(QLatin1String("~/")))
         text = QDir::homePath() + text.mid(1);
-    if (!text.startsWith(u'/'))
-        text = current().toLocalFile() + u'/' + text;
-    if (!navigate(QUrl::fromLocalFile(QDir::cleanPath(text))))
-        ui.pathBox->showAddress();
+    if (!text.startsWith(u'/')) text = current().toLocalFile() + u'/' + text;
+    if (!navigate(QUrl::fromLocalFile(QDir::cleanPath(text)))) ui.pathBox->showAddress();
 }
 
 void Explorer::pathClicked(int, const QUrl& url) {
-    if (url.isValid())
-        navigate(url);
+    if (url.isValid()) navigate(url);
 }
 
 void Explorer::focusAddress() {
@@ -359,8 +345,7 @@ void Explorer::focusAddress() {
 }
 
 void Explorer::activateTab(int index) {
-    if (!tabs.contains(index))
-        return;
+    if (!tabs.contains(index)) return;
     tabs.setActive(index);
     ui.table->clearSelection();
     ui.searchField->setText(tabs.current().query);
@@ -377,8 +362,7 @@ void Explorer::activateTabID(const QUuid& id) {
 
 void Explorer::closeTabID(const QUuid& id) {
     const int index = tabs.indexOf(id);
-    if (index >= 0)
-        closeTab(index);
+    if (index >= 0) closeTab(index);
 }
 
 void Explorer::newTab() {
@@ -387,8 +371,7 @@ void Explorer::newTab() {
 
 void Explorer::closeTab(std::optional<int> index) {
     const int i = index.value_or(tabs.active());
-    if (!tabs.contains(i))
-        return;
+    if (!tabs.contains(i)) return;
     if (tabs.count() == 1) {
         close();
         return;
@@ -408,27 +391,24 @@ void Explorer::openSelected() {
 
 void Explorer::openNewTabSelected() {
     const std::vector<Entry> items = selected();
-    if (items.empty() || !items.front().isPlainFolder())
-        return;
+    if (items.empty() || !items.front().isPlainFolder()) return;
     newTab();
     navigate(items.front().url());
 }
 
 void Explorer::showPackageContents() {
     const std::vector<Entry> items = selected();
-    if (items.size() == 1 && items.front().directory && items.front().package)
-        navigate(items.front().url());
+    if (items.size() == 1 && items.front().directory && items.front().package) navigate(items.front().url());
 }
 
 void Explorer::selectURL(const QUrl& url) {
     const QString wanted = QFileInfo(url.toLocalFile()).canonicalFilePath();
-    if (wanted.isEmpty())
-        return;
+    if (wanted.isEmpty()) return;
     for (size_t row = 0; row < entries.size(); ++row) {
-        if (QFileInfo(entries[row].location).canonicalFilePath() != wanted)
-            continue;
+        if (QFileInfo(entries[row].location).canonicalFilePath() != wanted) continue;
         const QModelIndex index = tableModel->index(int(row), 0);
-        ui.table->selectionModel()->select(index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+        ui.table->selectionModel()->select(index,
+                                           QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
         ui.table->scrollTo(index);
         return;
     }

@@ -3,6 +3,7 @@
 #include "browsing/EditablePathBox.h"
 #include "browsing/Palette.h"
 
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -18,7 +19,8 @@ namespace orvane {
 
 namespace {
 
-QToolButton* navButton(QWidget* parent, const char* themeName, QStyle::StandardPixmap fallback, const char* tip) {
+QToolButton* navButton(QWidget* parent, const char* themeName, QStyle::StandardPixmap fallback,
+                       const char* tip) {
     auto* button = new QToolButton(parent);
     button->setIcon(QIcon::fromTheme(QLatin1String(themeName), parent->style()->standardIcon(fallback)));
     button->setToolTip(QLatin1String(tip));
@@ -81,12 +83,17 @@ ExplorerWidgets::ExplorerWidgets(QMainWindow* window) {
     navRow->addWidget(searchField);
     column->addLayout(navRow);
 
+    // The empty label floats over the table in the same grid cell, so it stays centred at any size.
+    auto* fileArea = new QGridLayout;
     table = makeTable(central);
-    emptyLabel = new QLabel(table);
+    emptyLabel = new QLabel(central);
     emptyLabel->setAlignment(Qt::AlignCenter);
     emptyLabel->setForegroundRole(QPalette::PlaceholderText);
+    emptyLabel->setAttribute(Qt::WA_TransparentForMouseEvents);
     emptyLabel->hide();
-    column->addWidget(table, 1);
+    fileArea->addWidget(table, 0, 0);
+    fileArea->addWidget(emptyLabel, 0, 0, Qt::AlignCenter);
+    column->addLayout(fileArea, 1);
 
     auto* statusRow = new QHBoxLayout;
     status = new QLabel(central);

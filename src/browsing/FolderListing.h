@@ -14,7 +14,8 @@ bool matches(const QString& name, const QString& query);
 
 // Lists `folder` one level deep, filtered by the hidden rule and the query, unsorted.
 // Returns false with the system's text in `error` when the folder cannot be read.
-bool read(const QString& folder, bool showHidden, const QString& query, std::vector<Entry>& out, QString& error);
+bool read(const QString& folder, bool showHidden, const QString& query, std::vector<Entry>& out,
+          QString& error);
 
 } // namespace FolderListing
 

@@ -11,11 +11,21 @@ namespace Palette {
 inline QColor fromWhite(double white, double alpha = 1.0) {
     return QColor::fromRgbF(float(white), float(white), float(white), float(alpha));
 }
-inline QColor ink() { return fromWhite(0.94); }
-inline QColor muted() { return fromWhite(0.74); }
-inline QColor accent() { return QColor::fromRgbF(0.65f, 0.63f, 1.0f); }
-inline QColor canvas() { return QColor::fromRgbF(0.085f, 0.09f, 0.12f); }
-inline QColor chrome() { return QColor::fromRgbF(0.15f, 0.105f, 0.13f); }
+inline QColor ink() {
+    return fromWhite(0.94);
+}
+inline QColor muted() {
+    return fromWhite(0.74);
+}
+inline QColor accent() {
+    return QColor::fromRgbF(0.65f, 0.63f, 1.0f);
+}
+inline QColor canvas() {
+    return QColor::fromRgbF(0.085f, 0.09f, 0.12f);
+}
+inline QColor chrome() {
+    return QColor::fromRgbF(0.15f, 0.105f, 0.13f);
+}
 
 // A dark palette and style for the whole application, so no default grey look shows through.
 void apply(QApplication& app);

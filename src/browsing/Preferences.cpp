@@ -13,8 +13,7 @@ std::unique_ptr<QSettings> Preferences::standard() {
 }
 
 std::unique_ptr<QSettings> Preferences::pins() {
-    if (!selfTestMode)
-        return standard();
+    if (!selfTestMode) return standard();
     return std::make_unique<QSettings>(QCoreApplication::organizationName(),
                                        QStringLiteral("local.tevrin.quilland.testsession"));
 }

@@ -15,8 +15,7 @@ namespace orvane {
 namespace {
 void touch(const QString& path, qint64 size) {
     QFile f(path);
-    if (f.open(QIODevice::WriteOnly))
-        f.write(QByteArray(int(size), 'x'));
+    if (f.open(QIODevice::WriteOnly)) f.write(QByteArray(int(size), 'x'));
 }
 
 QStringList names(const Explorer& w) {
@@ -36,15 +35,14 @@ bool SelfTest::check(const QString& label, bool ok) {
 
 int SelfTest::run() {
     Preferences::setSelfTest(true);
-    root = QDir::tempPath() + QStringLiteral("/Quilland-QA-") + QUuid::createUuid().toString(QUuid::WithoutBraces);
-    if (!check(QStringLiteral("fresh battery folder"), QDir().mkpath(root)))
-        return 1;
+    root = QDir::tempPath() + QStringLiteral("/Quilland-QA-") +
+           QUuid::createUuid().toString(QUuid::WithoutBraces);
+    if (!check(QStringLiteral("fresh battery folder"), QDir().mkpath(root))) return 1;
     AppDelegate app;
     delegate = &app;
     const bool ok = runBrowsingChecks();
     app.windows.clear();
-    if (!ok)
-        return 1;
+    if (!ok) return 1;
     out << "ALL TESTS PASSED — " << root << Qt::endl;
     return 0;
 }
@@ -58,11 +56,9 @@ bool SelfTest::runBrowsingChecks() {
     Explorer* w = delegate->newWindow(QUrl::fromLocalFile(root));
     if (!check(QStringLiteral("window opens on the battery folder"), w->current().toLocalFile() == root))
         return false;
-    if (!check(QStringLiteral("hidden files stay hidden"), w->entries.size() == 4))
-        return false;
+    if (!check(QStringLiteral("hidden files stay hidden"), w->entries.size() == 4)) return false;
     w->toggleHidden();
-    if (!check(QStringLiteral("hidden files show when asked"), w->entries.size() == 5))
-        return false;
+    if (!check(QStringLiteral("hidden files show when asked"), w->entries.size() == 5)) return false;
     w->toggleHidden();
     if (!check(QStringLiteral("names sort with numbers as numbers"),
                names(*w) == QStringList({"A.txt", "file2.txt", "file10.txt", "Folder"})))
@@ -72,28 +68,24 @@ bool SelfTest::runBrowsingChecks() {
         return false;
     w->setSort(QStringLiteral("name"), true);
     w->setSearchText(QStringLiteral("FILE"));
-    if (!check(QStringLiteral("search keeps matching names"), w->entries.size() == 2))
-        return false;
+    if (!check(QStringLiteral("search keeps matching names"), w->entries.size() == 2)) return false;
     w->navigate(QUrl::fromLocalFile(root + QStringLiteral("/Folder")));
-    if (!check(QStringLiteral("navigation clears the search"), w->tabs.current().query.isEmpty() &&
-                                                                     w->entries.size() == 1))
+    if (!check(QStringLiteral("navigation clears the search"),
+               w->tabs.current().query.isEmpty() && w->entries.size() == 1))
         return false;
     w->back();
-    if (!check(QStringLiteral("back returns"), w->current().toLocalFile() == root))
-        return false;
+    if (!check(QStringLiteral("back returns"), w->current().toLocalFile() == root)) return false;
     w->forward();
-    if (!check(QStringLiteral("forward returns"), w->current().toLocalFile().endsWith(QLatin1String("/Folder"))))
+    if (!check(QStringLiteral("forward returns"),
+               w->current().toLocalFile().endsWith(QLatin1String("/Folder"))))
         return false;
     w->navigate(QUrl::fromLocalFile(root + QStringLiteral("/missing")));
     const bool reported = w->lastAlert() && w->lastAlert()->text() == QLatin1String("Folder not found");
-    if (w->lastAlert())
-        w->lastAlert()->close();
-    if (!check(QStringLiteral("a missing folder is reported"), reported))
-        return false;
+    if (w->lastAlert()) w->lastAlert()->close();
+    if (!check(QStringLiteral("a missing folder is reported"), reported)) return false;
     w->newTab();
     w->closeTab();
-    if (!check(QStringLiteral("a second tab opens and closes"), w->tabs.count() == 1))
-        return false;
+    if (!check(QStringLiteral("a second tab opens and closes"), w->tabs.count() == 1)) return false;
     return check(QStringLiteral("byte counts read as a file browser writes them"),
                  byteCountText(1500000) == QLatin1String("1.5 MB"));
 }

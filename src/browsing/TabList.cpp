@@ -4,8 +4,7 @@ namespace orvane {
 
 int TabList::indexOf(const QUuid& id) const {
     for (int i = 0; i < list.size(); ++i)
-        if (list[i].id == id)
-            return i;
+        if (list[i].id == id) return i;
     return -1;
 }
 
@@ -15,16 +14,13 @@ int TabList::append(const TabState& tab) {
 }
 
 void TabList::setActive(int index) {
-    if (contains(index))
-        activeIndex = index;
+    if (contains(index)) activeIndex = index;
 }
 
 int TabList::remove(int index) {
-    if (!contains(index) || list.size() < 2)
-        return activeIndex;
+    if (!contains(index) || list.size() < 2) return activeIndex;
     list.removeAt(index);
-    if (index < activeIndex)
-        --activeIndex;
+    if (index < activeIndex) --activeIndex;
     activeIndex = qMin(activeIndex, int(list.size()) - 1);
     return activeIndex;
 }

@@ -11,10 +11,8 @@ int main(int argc, char** argv) {
     QApplication::setApplicationVersion(QStringLiteral("0.1"));
     orvane::Palette::apply(app);
     const QStringList args = QApplication::arguments();
-    if (args.contains(QStringLiteral("--self-test")))
-        return orvane::SelfTest().run();
-    if (args.contains(QStringLiteral("--phone-parity-test")))
-        return orvane::runPhoneParityTest();
+    if (args.contains(QStringLiteral("--self-test"))) return orvane::SelfTest().run();
+    if (args.contains(QStringLiteral("--phone-parity-test"))) return orvane::runPhoneParityTest();
     orvane::AppDelegate delegate;
     delegate.applicationDidFinishLaunching();
     return app.exec();

@@ -32,8 +32,7 @@ bool statItem(int dirfd, const char* name, RawItem& out) {
     out.symlink = S_ISLNK(sx.stx_mode);
     out.size = out.directory ? 0 : qint64(sx.stx_size); // a folder's own block size means nothing to a person
     out.modified = fromStamp(sx.stx_mtime);
-    if (sx.stx_mask & STATX_BTIME)
-        out.created = fromStamp(sx.stx_btime);
+    if (sx.stx_mask & STATX_BTIME) out.created = fromStamp(sx.stx_btime);
     return true;
 }
 
@@ -50,11 +49,9 @@ bool LinuxPlatform::listFolder(const QString& path, bool includeHidden, const It
     const int fd = dirfd(dir);
     while (dirent* d = readdir(dir)) {
         const char* n = d->d_name;
-        if (n[0] == '.' && (n[1] == 0 || (n[1] == '.' && n[2] == 0)))
-            continue;
+        if (n[0] == '.' && (n[1] == 0 || (n[1] == '.' && n[2] == 0))) continue;
         const bool hidden = n[0] == '.';
-        if (hidden && !includeHidden)
-            continue;
+        if (hidden && !includeHidden) continue;
         RawItem item;
         item.name = QFile::decodeName(n);
         item.hidden = hidden;

@@ -7,8 +7,7 @@ namespace orvane {
 QString Platform::typeDescription(const QString& fileName, bool directory, bool package) {
     static const QString folder = QStringLiteral("File folder");
     static const QString file = QStringLiteral("File");
-    if (directory && !package)
-        return folder;
+    if (directory && !package) return folder;
     static const TypeIndex index;
     const QString text = index.describe(fileName);
     return text.isEmpty() ? file : text;

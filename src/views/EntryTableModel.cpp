@@ -18,8 +18,7 @@ int EntryTableModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant EntryTableModel::data(const QModelIndex& index, int role) const {
-    if (!index.isValid() || size_t(index.row()) >= entries->size())
-        return {};
+    if (!index.isValid() || size_t(index.row()) >= entries->size()) return {};
     const Entry& entry = (*entries)[size_t(index.row())];
     const QString& key = explorerColumns()[index.column()].key;
     switch (role) {
@@ -29,7 +28,7 @@ QVariant EntryTableModel::data(const QModelIndex& index, int role) const {
         return key == QLatin1String("name") ? QVariant(FileIcons::shared().icon(entry)) : QVariant();
     case Qt::TextAlignmentRole:
         return key == QLatin1String("size") ? QVariant(int(Qt::AlignRight | Qt::AlignVCenter))
-                                             : QVariant(int(Qt::AlignLeft | Qt::AlignVCenter));
+                                            : QVariant(int(Qt::AlignLeft | Qt::AlignVCenter));
     case Qt::ToolTipRole:
         return key == QLatin1String("name") ? QVariant(entry.name()) : QVariant();
     case EntryLocationRole:

@@ -17,8 +17,7 @@ const QList<ExplorerColumn>& explorerColumns() {
 int explorerColumnIndex(const QString& key) {
     const auto& columns = explorerColumns();
     for (int i = 0; i < columns.size(); ++i)
-        if (columns[i].key == key)
-            return i;
+        if (columns[i].key == key) return i;
     return -1;
 }
 

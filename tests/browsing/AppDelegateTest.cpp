@@ -35,7 +35,8 @@ private slots:
         QVERIFY(!app.shouldTerminate());
         QVERIFY(app.lastAlert());
         QCOMPARE(app.lastAlert()->text(), QStringLiteral("A file transfer is still running"));
-        QCOMPARE(app.lastAlert()->informativeText(), QStringLiteral("Wait for it to finish before quitting."));
+        QCOMPARE(app.lastAlert()->informativeText(),
+                 QStringLiteral("Wait for it to finish before quitting."));
         app.lastAlert()->close();
 
         QVERIFY(!working->close());

@@ -12,8 +12,7 @@ Entry make(const QString& path, const QString& kind = QStringLiteral("Plain text
     e.kind = directory ? QStringLiteral("File folder") : kind;
     e.size = size;
     e.directory = directory;
-    if (modifiedSecs >= 0)
-        e.modified = QDateTime::fromSecsSinceEpoch(modifiedSecs, Qt::UTC);
+    if (modifiedSecs >= 0) e.modified = QDateTime::fromSecsSinceEpoch(modifiedSecs, Qt::UTC);
     return e;
 }
 
@@ -31,8 +30,7 @@ QStringList sortedBoth(std::vector<Entry> entries, const SortState& state) {
                      [&](const Entry& a, const Entry& b) { return entryBefore(a, b, state); });
     sortEntries(entries, state);
     const QStringList keyed = namesOf(entries);
-    if (keyed != namesOf(pairwise))
-        qWarning() << "keyed" << keyed << "pairwise" << namesOf(pairwise);
+    if (keyed != namesOf(pairwise)) qWarning() << "keyed" << keyed << "pairwise" << namesOf(pairwise);
     return keyed;
 }
 } // namespace
@@ -44,12 +42,18 @@ private slots:
         QTest::addColumn<QString>("a");
         QTest::addColumn<QString>("b");
         QTest::addColumn<int>("expected");
-        QTest::newRow("digits as numbers") << "file2" << "file10" << -1;
-        QTest::newRow("case ignored") << "apple" << "Banana" << -1;
-        QTest::newRow("equal but for case") << "Readme" << "README" << 0;
-        QTest::newRow("leading zeros equal") << "v01" << "v1" << 0;
-        QTest::newRow("long digit runs") << "img99999999999" << "img100000000000" << -1;
-        QTest::newRow("arabic letters") << "ب" << "ا" << 1;
+        QTest::newRow("digits as numbers") << "file2"
+                                           << "file10" << -1;
+        QTest::newRow("case ignored") << "apple"
+                                      << "Banana" << -1;
+        QTest::newRow("equal but for case") << "Readme"
+                                            << "README" << 0;
+        QTest::newRow("leading zeros equal") << "v01"
+                                             << "v1" << 0;
+        QTest::newRow("long digit runs") << "img99999999999"
+                                         << "img100000000000" << -1;
+        QTest::newRow("arabic letters") << "ب"
+                                        << "ا" << 1;
     }
     void naturalOrder() {
         QFETCH(QString, a);
@@ -79,8 +83,9 @@ private slots:
     void byName() {
         QFETCH(bool, ascending);
         QFETCH(QStringList, expected);
-        std::vector<Entry> entries = {make("/x/track10"), make("/x/D folder", {}, 0, -1, true), make("/x/A.txt"),
-                                      make("/x/track2"), make("/x/C.txt"), make("/x/B folder", {}, 0, -1, true)};
+        std::vector<Entry> entries = {make("/x/track10"), make("/x/D folder", {}, 0, -1, true),
+                                      make("/x/A.txt"),   make("/x/track2"),
+                                      make("/x/C.txt"),   make("/x/B folder", {}, 0, -1, true)};
         QCOMPARE(sortedBoth(entries, {QStringLiteral("name"), ascending, false}), expected);
     }
 
@@ -93,7 +98,8 @@ private slots:
         QTest::newRow("modified up, absent first") << "modified" << true << QStringList{"c", "b", "a"};
         QTest::newRow("modified down") << "modified" << false << QStringList{"a", "b", "c"};
         QTest::newRow("created absent ties break by name") << "created" << true << QStringList{"a", "b", "c"};
-        QTest::newRow("created down reverses the tie-break") << "created" << false << QStringList{"c", "b", "a"};
+        QTest::newRow("created down reverses the tie-break")
+            << "created" << false << QStringList{"c", "b", "a"};
         QTest::newRow("kind up") << "kind" << true << QStringList{"b", "c", "a"};
         QTest::newRow("kind down") << "kind" << false << QStringList{"a", "c", "b"};
         QTest::newRow("unknown key sorts by name") << "bogus" << true << QStringList{"a", "b", "c"};

@@ -1,6 +1,6 @@
+#include "browsing/Explorer.h"
 #include "browsing/AppDelegate.h"
 #include "browsing/EditablePathBox.h"
-#include "browsing/Explorer.h"
 #include "browsing/Preferences.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
@@ -31,8 +31,7 @@ QUrl url(const QString& path) {
 // Answers the title of the alert the window shows, and dismisses it.
 QString takeAlert(Explorer& w) {
     QPointer<QMessageBox> box = w.lastAlert();
-    if (!box)
-        return {};
+    if (!box) return {};
     const QString text = box->text() + u'|' + box->informativeText();
     box->close();
     return text;
@@ -99,7 +98,8 @@ private slots:
         QCOMPARE(w->tabs.current().history.size(), 3);
         w->forward(); // ignored at the end
         QCOMPARE(w->current().toLocalFile(), tree->path("Other"));
-        QCOMPARE(Preferences::standard()->value(QStringLiteral("lastFolder")).toString(), tree->path("Other"));
+        QCOMPARE(Preferences::standard()->value(QStringLiteral("lastFolder")).toString(),
+                 tree->path("Other"));
     }
 
     void missingFoldersAreReportedAndNothingMoves() {

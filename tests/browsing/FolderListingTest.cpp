@@ -24,10 +24,12 @@ private slots:
         QTest::addColumn<bool>("showHidden");
         QTest::addColumn<QString>("query");
         QTest::addColumn<QStringList>("expected");
-        QTest::newRow("plain") << false << "" << QStringList{"Photos", "Report.pdf", "report-old.txt", "تقرير.txt"};
-        QTest::newRow("hidden shown") << true << ""
-                                      << QStringList{".config", "Photos", "Report.pdf", "report-old.txt", "تقرير.txt"};
-        QTest::newRow("query ignores case") << false << "REPORT" << QStringList{"Report.pdf", "report-old.txt"};
+        QTest::newRow("plain") << false << ""
+                               << QStringList{"Photos", "Report.pdf", "report-old.txt", "تقرير.txt"};
+        QTest::newRow("hidden shown")
+            << true << "" << QStringList{".config", "Photos", "Report.pdf", "report-old.txt", "تقرير.txt"};
+        QTest::newRow("query ignores case")
+            << false << "REPORT" << QStringList{"Report.pdf", "report-old.txt"};
         QTest::newRow("query in arabic") << false << "تقرير" << QStringList{"تقرير.txt"};
         QTest::newRow("query matches hidden only when shown") << false << "config" << QStringList{};
         QTest::newRow("nothing matches") << false << "zzz" << QStringList{};

@@ -16,8 +16,7 @@ QString TempTree::file(const QString& relative, const QByteArray& content) {
     const QString full = path(relative);
     QDir().mkpath(QFileInfo(full).absolutePath());
     QFile f(full);
-    if (f.open(QIODevice::WriteOnly))
-        f.write(content);
+    if (f.open(QIODevice::WriteOnly)) f.write(content);
     return full;
 }
 
@@ -30,8 +29,7 @@ QString TempTree::folder(const QString& relative) {
 QString TempTree::sizedFile(const QString& relative, qint64 size) {
     const QString full = file(relative);
     QFile f(full);
-    if (!f.open(QIODevice::WriteOnly))
-        return full;
+    if (!f.open(QIODevice::WriteOnly)) return full;
     QByteArray block(1 << 16, '\0');
     for (int i = 0; i < block.size(); ++i)
         block[i] = char(i * 31 + 7);
@@ -42,8 +40,7 @@ QString TempTree::sizedFile(const QString& relative, qint64 size) {
 
 void TempTree::setModified(const QString& relative, const QDateTime& when) {
     QFile f(path(relative));
-    if (f.open(QIODevice::ReadWrite))
-        f.setFileTime(when, QFileDevice::FileModificationTime);
+    if (f.open(QIODevice::ReadWrite)) f.setFileTime(when, QFileDevice::FileModificationTime);
 }
 
 } // namespace orvane::test

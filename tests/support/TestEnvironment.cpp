@@ -8,8 +8,7 @@
 namespace orvane::test {
 
 void prepareEnvironment() {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     // Lives for the whole process; removed at exit by its destructor.
     static QTemporaryDir root(QDir::tempPath() + QStringLiteral("/orvane-test-XXXXXX"));
     const QString base = root.path();
@@ -26,8 +25,8 @@ void prepareEnvironment() {
         QDir().mkpath(path);
         qputenv(f.name, QFile::encodeName(path));
     }
-    QFile::setPermissions(base + QStringLiteral("/runtime"), QFileDevice::ReadOwner | QFileDevice::WriteOwner |
-                                                                  QFileDevice::ExeOwner);
+    QFile::setPermissions(base + QStringLiteral("/runtime"),
+                          QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
 }
 
 } // namespace orvane::test
