@@ -30,7 +30,7 @@ void AppDelegate::applicationDidFinishLaunching() {
 Explorer* AppDelegate::newWindow(const std::optional<QUrl>& initialURL) {
     auto window = std::make_unique<Explorer>(this, initialURL);
     Explorer* raw = window.get();
-    makeMenu(raw->menuBar(), raw);
+    makeMenu(raw->widgets().menuBar, raw);
     connect(raw, &Explorer::closing, this, &AppDelegate::windowWillClose);
     windows.push_back(std::move(window));
     raw->show();

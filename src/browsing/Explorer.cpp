@@ -1,21 +1,30 @@
 #include "browsing/Explorer.h"
 
 #include "browsing/AppDelegate.h"
+#include "browsing/DetailsPane.h"
 #include "browsing/EditablePathBox.h"
+#include "browsing/EntryText.h"
+#include "browsing/ExplorerMenus.h"
 #include "browsing/FolderListing.h"
 #include "browsing/Preferences.h"
+#include "chrome/TitleRow.h"
 #include "views/EntryTableModel.h"
 #include "views/ExplorerColumns.h"
 
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QItemSelection>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
+#include <QMimeData>
+#include <QSplitter>
 #include <QTabBar>
 #include <QTableView>
 #include <QToolButton>
@@ -37,6 +46,7 @@ QUrl Explorer::startURL(const std::optional<QUrl>& initialURL) {
 Explorer::Explorer(AppDelegate* app, const std::optional<QUrl>& initialURL)
     : tabs(startURL(initialURL)), app(app), ui(this) {
     sort.groupByType = Preferences::standard()->value(QStringLiteral("sort.groupByType.v1"), false).toBool();
+    setWindowFlags(windowFlags() | Qt::FramelessWindowHint);
     resize(1250, 710);
     setMinimumSize(600, 320);
     buildUI();
@@ -58,6 +68,9 @@ void Explorer::buildUI() {
     ui.table->setColumnHidden(explorerColumnIndex(QStringLiteral("created")), true);
     ui.table->horizontalHeader()->setSortIndicator(0, Qt::AscendingOrder);
     connectUI();
+    connectChrome();
+    ui.split->setSizes({sidebarWidth(), 1250 - sidebarWidth(), 0});
+    registerOperation(QStringLiteral("copyPathAction"), [this] { copyPathAction(); });
     connect(&watcher, &QFileSystemWatcher::directoryChanged, this, &Explorer::onDirectoryChanged);
 }
 
@@ -111,6 +124,9 @@ void Explorer::refresh() {
         return;
     }
     ui.table->setVisible(viewMode == 6);
+    ui.detailsPane->setVisible(detailsVisible);
+    ui.action("send")->hide();
+    ui.action("save")->hide();
     renameEditor.clear();
     keyboardFocusRow.reset();
     QSet<QString> remembered;
@@ -142,6 +158,7 @@ bool Explorer::listLocal(const QString& path) {
     ui.emptyLabel->setVisible(entries.empty());
     ui.status->setText(QString::number(entries.size()) + QStringLiteral(" items"));
     ui.countLabel->clear();
+    ui.clearSearchButton->setVisible(!query.isEmpty());
     return true;
 }
 
@@ -181,6 +198,9 @@ void Explorer::refreshPhone() {
     entries.clear();
     tableModel->reload();
     ui.emptyLabel->hide();
+    ui.detailsPane->hide();
+    ui.action("send")->show();
+    ui.action("save")->show();
     ui.pathBox->showPathBar();
     ui.pathBox->setElements({QStringLiteral("Android USB")});
     ui.searchField->setPlaceholderText(QStringLiteral("Search phone"));
@@ -189,15 +209,7 @@ void Explorer::refreshPhone() {
     ui.backButton->setEnabled(tabs.current().canGoBack());
     ui.forwardButton->setEnabled(tabs.current().canGoForward());
     ui.upButton->setEnabled(true);
-}
-
-void Explorer::updateSelectionStatus() {
-    const auto chosen = selected();
-    if (chosen.empty()) {
-        ui.countLabel->clear();
-        return;
-    }
-    ui.countLabel->setText(QString::number(chosen.size()) + QStringLiteral(" selected"));
+    updateActionState();
 }
 
 void Explorer::watchDirectory() {
@@ -440,6 +452,159 @@ void Explorer::showError(const QString& title, const QString& detail) {
     box->setWindowModality(Qt::WindowModal);
     alert = box;
     box->open();
+}
+
+// ---------------------------------------------------------------- window state and chrome
+
+void Explorer::connectChrome() {
+    connect(ui.minimizeButton, &QToolButton::clicked, this, &QWidget::showMinimized);
+    auto zoom = [this] { isMaximized() ? showNormal() : showMaximized(); };
+    connect(ui.zoomButton, &QToolButton::clicked, this, zoom);
+    connect(ui.titleRow, &TitleRow::zoomRequested, this, zoom);
+    connect(ui.closeButton, &QToolButton::clicked, this, &QWidget::close);
+    connect(ui.editAddressButton, &QToolButton::clicked, this, &Explorer::focusAddress);
+    connect(ui.clearSearchButton, &QToolButton::clicked, this, &Explorer::clearSearch);
+    connect(ui.action("details"), &QToolButton::clicked, this, &Explorer::toggleDetails);
+    connect(ui.detailsPane, &DetailsPane::closeRequested, this, &Explorer::toggleDetails);
+    connect(ui.split, &QSplitter::splitterMoved, this, [this] {
+        Preferences::standard()->setValue(QStringLiteral("sidebar.width.v2"), ui.split->sizes().value(0));
+    });
+    const struct {
+        const char* key;
+        void (*fill)(QMenu*, Explorer*);
+    } menus[] = {{"new", ExplorerMenus::fillNewMenu},
+                 {"sort", ExplorerMenus::fillSortMenu},
+                 {"view", ExplorerMenus::fillViewMenu},
+                 {"more", ExplorerMenus::fillMoreMenu}};
+    for (const auto& m : menus) {
+        auto* menu = new QMenu(this);
+        connect(menu, &QMenu::aboutToShow, this, [this, menu, fill = m.fill] { fill(menu, this); });
+        ui.action(m.key)->setMenu(menu);
+        ui.action(m.key)->setPopupMode(QToolButton::InstantPopup);
+    }
+    ui.table->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(ui.table, &QWidget::customContextMenuRequested, this, &Explorer::showContextMenu);
+    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &Explorer::updateActionState);
+}
+
+void Explorer::showContextMenu(const QPoint& at) {
+    const QModelIndex index = ui.table->indexAt(at);
+    if (!index.isValid())
+        ui.table->clearSelection();
+    else if (!ui.table->selectionModel()->isRowSelected(index.row(), {}))
+        ui.table->selectionModel()->select(index,
+                                           QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    QMenu menu(this);
+    ExplorerMenus::fillContextMenu(&menu, this);
+    menu.exec(ui.table->viewport()->mapToGlobal(at));
+}
+
+int Explorer::sidebarWidth() const {
+    const int stored = Preferences::standard()->value(QStringLiteral("sidebar.width.v2"), 0).toInt();
+    return stored > 0 ? qBound(180, stored, 480) : 240;
+}
+
+// Selected plain folders, or the current folder when none is selected.
+std::vector<Entry> Explorer::pinTargets() const {
+    std::vector<Entry> targets;
+    for (const Entry& e : commandSelection())
+        if (e.isPlainFolder()) targets.push_back(e);
+    if (targets.empty() && commandSelection().empty()) targets.push_back(Entry::fromUrl(current()));
+    return targets;
+}
+
+SelectionFacts Explorer::selectionFacts() const {
+    const std::vector<Entry> chosen = selected();
+    SelectionFacts f;
+    f.count = int(chosen.size());
+    f.busy = busy;
+    const QMimeData* clip = QGuiApplication::clipboard()->mimeData();
+    f.canPaste = clip && (clip->hasUrls() || clip->hasFormat(QStringLiteral("local.belcove.phone-items")));
+    f.singlePlainFolder = chosen.size() == 1 && chosen.front().isPlainFolder();
+    f.singlePackage = chosen.size() == 1 && chosen.front().directory && chosen.front().package;
+    const std::vector<Entry> targets = pinTargets();
+    f.pinTargets = int(targets.size());
+    f.allTargetsPinned =
+        std::all_of(targets.begin(), targets.end(), [this](const Entry& e) { return isPinned(e.location); });
+    return f;
+}
+
+void Explorer::updateActionState() {
+    const SelectionFacts f = selectionFacts();
+    const struct {
+        const char* key;
+        bool on;
+    } states[] = {{"cut", ActionState::cut(f)},     {"copy", ActionState::copy(f)},
+                  {"trash", ActionState::trash(f)}, {"rename", ActionState::rename(f)},
+                  {"paste", ActionState::paste(f)}, {"new", ActionState::create(f)},
+                  {"pin", ActionState::pin(f)}};
+    for (const auto& s : states)
+        ui.action(s.key)->setEnabled(s.on);
+    ui.action("pin")->setText(ActionState::pinButtonTitle(f));
+    ui.action("pin")->setToolTip(ActionState::pinTitle(f));
+    ui.action("details")->setChecked(detailsVisible);
+    ui.action("trash")->setToolTip(QStringLiteral("Move to Trash · Delete"));
+}
+
+void Explorer::updateSelectionStatus() {
+    updateActionState();
+    updateDetails();
+    const std::vector<Entry> chosen = selected();
+    if (chosen.empty()) {
+        ui.countLabel->setText(QStringLiteral("Ctrl+L  Path    •    F1  Shortcuts"));
+        return;
+    }
+    qint64 total = 0;
+    for (const Entry& e : chosen)
+        total += e.size;
+    ui.countLabel->setText(QString::number(chosen.size()) + QStringLiteral(" selected  ·  ") +
+                           byteCountText(total));
+}
+
+void Explorer::updateDetails() {
+    if (!detailsVisible) return;
+    std::vector<Entry> items = selected();
+    if (items.empty()) items.push_back(Entry::fromUrl(current()));
+    ui.detailsPane->showItems(items, current().toLocalFile());
+}
+
+void Explorer::toggleDetails() {
+    detailsVisible = !detailsVisible;
+    if (detailsVisible) previewVisible = false;
+    ui.detailsPane->setVisible(detailsVisible);
+    if (detailsVisible) {
+        QList<int> sizes = ui.split->sizes();
+        const int pane = qMax(260, sizes.value(2));
+        sizes[1] = qMax(200, sizes[1] - pane);
+        sizes[2] = pane;
+        ui.split->setSizes(sizes);
+    }
+    updateDetails();
+    updateActionState();
+}
+
+// The preview pane itself comes with media; the flag already excludes the details pane.
+void Explorer::togglePreview() {
+    previewVisible = !previewVisible;
+    if (previewVisible && detailsVisible) {
+        detailsVisible = false;
+        ui.detailsPane->hide();
+    }
+    updateActionState();
+}
+
+void Explorer::setCompact(bool on) {
+    compact = on;
+    ui.table->verticalHeader()->setDefaultSectionSize(on ? 24 : 32);
+}
+
+void Explorer::copyPathAction() {
+    std::vector<Entry> items = commandSelection();
+    if (items.empty()) items.push_back(Entry::fromUrl(current()));
+    QStringList lines;
+    for (const Entry& e : items)
+        lines << u'"' + e.location + u'"';
+    QGuiApplication::clipboard()->setText(lines.join(u'\n'));
 }
 
 void Explorer::closeEvent(QCloseEvent* event) {

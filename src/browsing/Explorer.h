@@ -1,13 +1,16 @@
 #pragma once
 
+#include "browsing/ActionState.h"
 #include "browsing/Entry.h"
 #include "browsing/EntrySort.h"
 #include "browsing/ExplorerWidgets.h"
 #include "browsing/TabList.h"
 
 #include <QFileSystemWatcher>
+#include <QHash>
 #include <QMainWindow>
 #include <QPointer>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -89,6 +92,25 @@ public:
 
     void showError(const QString& title, const QString& detail);
 
+    // --- window state and chrome ---
+    SelectionFacts selectionFacts() const;
+    void updateActionState();
+    void updateSelectionStatus();
+    void updateDetails();
+    void toggleDetails();
+    void togglePreview();
+    void setCompact(bool on);
+    // Copies the quoted paths of the command selection, or of the current folder, one per line.
+    void copyPathAction();
+    int sidebarWidth() const;
+
+    // Operations by name, so menus and keys reach commands that other parts of the program add.
+    using Operation = std::function<void()>;
+    void registerOperation(const QString& name, Operation run) { operations.insert(name, std::move(run)); }
+    Operation operation(const QString& name) const { return operations.value(name); }
+    // Whether a folder is pinned to Quick access; answered by the pin store once it is wired.
+    std::function<bool(const QString& path)> isPinned = [](const QString&) { return false; };
+
 signals:
     void closing(Explorer* window);
 
@@ -102,8 +124,10 @@ private:
     bool listLocal(const QString& path);
     void restoreSelection(const QSet<QString>& paths);
     void updateLocalChrome(const QString& path);
-    void updateSelectionStatus();
     void onDirectoryChanged();
+    void connectChrome();
+    void showContextMenu(const QPoint& at);
+    std::vector<Entry> pinTargets() const;
 
     AppDelegate* app;
     ExplorerWidgets ui;
@@ -111,6 +135,7 @@ private:
     QFileSystemWatcher watcher;
     QPointer<QMessageBox> alert;
     bool rebuildingTabs = false;
+    QHash<QString, Operation> operations;
 };
 
 } // namespace orvane

@@ -1,15 +1,20 @@
 #include "browsing/ExplorerWidgets.h"
 
+#include "browsing/DetailsPane.h"
 #include "browsing/EditablePathBox.h"
 #include "browsing/Palette.h"
+#include "chrome/Symbols.h"
+#include "chrome/TitleRow.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMainWindow>
-#include <QStyle>
+#include <QMenuBar>
+#include <QSplitter>
 #include <QTabBar>
 #include <QTableView>
 #include <QToolButton>
@@ -19,14 +24,25 @@ namespace orvane {
 
 namespace {
 
-QToolButton* navButton(QWidget* parent, const char* themeName, QStyle::StandardPixmap fallback,
-                       const char* tip) {
+QToolButton* symbolButton(QWidget* parent, const char* symbol, const char* tip, const char* title = nullptr) {
     auto* button = new QToolButton(parent);
-    button->setIcon(QIcon::fromTheme(QLatin1String(themeName), parent->style()->standardIcon(fallback)));
-    button->setToolTip(QLatin1String(tip));
+    button->setIcon(symbolIcon(QLatin1String(symbol)));
+    button->setIconSize(QSize(16, 16));
     button->setAutoRaise(true);
-    button->setIconSize(QSize(18, 18));
+    button->setFocusPolicy(Qt::NoFocus);
+    if (tip) button->setToolTip(QString::fromUtf8(tip));
+    if (title) {
+        button->setText(QString::fromUtf8(title));
+        button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    }
     return button;
+}
+
+QHBoxLayout* row(QWidget* owner, int left, int spacing) {
+    auto* layout = new QHBoxLayout(owner);
+    layout->setContentsMargins(left, 0, 8, 0);
+    layout->setSpacing(spacing);
+    return layout;
 }
 
 QTableView* makeTable(QWidget* parent) {
@@ -35,7 +51,6 @@ QTableView* makeTable(QWidget* parent) {
     table->setSelectionMode(QAbstractItemView::ExtendedSelection);
     table->setShowGrid(false);
     table->setWordWrap(false);
-    table->setSortingEnabled(false);
     table->setIconSize(QSize(18, 18));
     table->verticalHeader()->hide();
     table->verticalHeader()->setDefaultSectionSize(32);
@@ -51,60 +66,184 @@ QTableView* makeTable(QWidget* parent) {
 
 ExplorerWidgets::ExplorerWidgets(QMainWindow* window) {
     auto* central = new QWidget(window);
+    central->setObjectName(QStringLiteral("explorerShell"));
     auto* column = new QVBoxLayout(central);
-    column->setContentsMargins(8, 4, 8, 4);
-    column->setSpacing(6);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(buildTitleRow(central));
+    column->addWidget(buildNavigationRow(central));
+    column->addWidget(buildActionRow(central));
+    column->addWidget(buildSplit(central), 1);
+    column->addWidget(buildStatusRow(central));
+    window->setCentralWidget(central);
+}
 
-    auto* tabRow = new QHBoxLayout;
-    tabBar = new QTabBar(central);
+QWidget* ExplorerWidgets::buildTitleRow(QWidget* parent) {
+    titleRow = new TitleRow(parent);
+    QHBoxLayout* layout = row(titleRow, 8, 2);
+    tabBar = new QTabBar(titleRow);
     tabBar->setTabsClosable(true);
     tabBar->setExpanding(false);
     tabBar->setDocumentMode(true);
-    newTabButton = navButton(central, "tab-new", QStyle::SP_FileDialogNewFolder, "New tab");
-    tabRow->addWidget(tabBar);
-    tabRow->addWidget(newTabButton);
-    tabRow->addStretch(1);
-    column->addLayout(tabRow);
+    tabBar->setDrawBase(false);
+    tabBar->setFocusPolicy(Qt::NoFocus);
+    scrollTabsLeft = symbolButton(titleRow, "chevron.left", "Scroll tabs left");
+    scrollTabsRight = symbolButton(titleRow, "chevron.right", "Scroll tabs right");
+    newTabButton = symbolButton(titleRow, "plus", "New tab · Ctrl+T");
+    minimizeButton = symbolButton(titleRow, "minus", "Minimize");
+    zoomButton = symbolButton(titleRow, "square", "Maximize / Restore");
+    closeButton = symbolButton(titleRow, "xmark", "Close window");
+    closeButton->setObjectName(QStringLiteral("closeWindowButton"));
+    // The application menu lives in the title row; on a Mac it becomes the system's menu bar.
+    menuBar = new QMenuBar(titleRow);
+    layout->addWidget(menuBar, 0, Qt::AlignVCenter);
+    layout->addSpacing(8);
+    scrollTabsLeft->hide();
+    scrollTabsRight->hide();
+    layout->addWidget(scrollTabsLeft);
+    layout->addWidget(tabBar, 0, Qt::AlignBottom);
+    layout->addWidget(scrollTabsRight);
+    layout->addWidget(newTabButton);
+    layout->addStretch(1);
+    for (QToolButton* b : {minimizeButton, zoomButton, closeButton})
+        layout->addWidget(b);
+    return titleRow;
+}
 
-    auto* navRow = new QHBoxLayout;
-    backButton = navButton(central, "go-previous", QStyle::SP_ArrowBack, "Back");
-    forwardButton = navButton(central, "go-next", QStyle::SP_ArrowForward, "Forward");
-    upButton = navButton(central, "go-up", QStyle::SP_ArrowUp, "Up");
-    refreshButton = navButton(central, "view-refresh", QStyle::SP_BrowserReload, "Refresh");
-    pathBox = new EditablePathBox(central);
-    searchField = new QLineEdit(central);
-    searchField->setClearButtonEnabled(true);
+QWidget* ExplorerWidgets::buildNavigationRow(QWidget* parent) {
+    auto* owner = new QWidget(parent);
+    owner->setObjectName(QStringLiteral("navigationRow"));
+    owner->setFixedHeight(48);
+    QHBoxLayout* layout = row(owner, 10, 4);
+    backButton = symbolButton(owner, "arrow.left", "Back · Alt+Left");
+    forwardButton = symbolButton(owner, "arrow.right", "Forward · Alt+Right");
+    upButton = symbolButton(owner, "arrow.up", "Up one level · Alt+Up");
+    refreshButton = symbolButton(owner, "arrow.clockwise", "Refresh · F5");
+    for (QToolButton* b : {backButton, forwardButton, upButton, refreshButton})
+        layout->addWidget(b);
+    layout->addSpacing(6);
+    pathBox = new EditablePathBox(owner);
+    pathBox->setObjectName(QStringLiteral("pathBox"));
+    pathBox->setFixedHeight(34);
+    pathBox->addressField()->setPlaceholderText(QStringLiteral("Enter a folder path · Ctrl+L"));
+    editAddressButton = symbolButton(owner, "chevron.down", "Edit address · Ctrl+L");
+    layout->addWidget(pathBox, 1);
+    layout->addWidget(editAddressButton);
+    layout->addSpacing(6);
+    searchField = new QLineEdit(owner);
+    searchField->setObjectName(QStringLiteral("searchField"));
+    searchField->setPlaceholderText(QStringLiteral("Search this folder"));
     searchField->setMinimumWidth(140);
     searchField->setMaximumWidth(270);
-    for (QWidget* w : {static_cast<QWidget*>(backButton), static_cast<QWidget*>(forwardButton),
-                       static_cast<QWidget*>(upButton), static_cast<QWidget*>(refreshButton)})
-        navRow->addWidget(w);
-    navRow->addWidget(pathBox, 1);
-    navRow->addWidget(searchField);
-    column->addLayout(navRow);
+    searchField->setFixedHeight(34);
+    searchField->addAction(symbolIcon(QStringLiteral("magnifyingglass"), Palette::muted()),
+                           QLineEdit::LeadingPosition);
+    clearSearchButton = symbolButton(owner, "xmark.circle.fill", "Clear search");
+    clearSearchButton->hide();
+    searchScopeButton = symbolButton(owner, "slider.horizontal.3", "Search scope");
+    layout->addWidget(searchField, 1);
+    layout->addWidget(clearSearchButton);
+    layout->addWidget(searchScopeButton);
+    return owner;
+}
+
+QWidget* ExplorerWidgets::buildActionRow(QWidget* parent) {
+    auto* owner = new QWidget(parent);
+    owner->setObjectName(QStringLiteral("actionRow"));
+    owner->setFixedHeight(42);
+    QHBoxLayout* layout = row(owner, 10, 2);
+    const struct {
+        const char* key;
+        const char* symbol;
+        const char* tip;
+        const char* title;
+        bool separatorBefore;
+    } buttons[] = {
+        {"new", "plus.circle", "New folder · Ctrl+Shift+N", "New  ⌄", false},
+        {"cut", "scissors", "Cut · Ctrl+X", nullptr, true},
+        {"copy", "square.on.square", "Copy · Ctrl+C", nullptr, false},
+        {"paste", "doc.on.clipboard", "Paste · Ctrl+V", nullptr, false},
+        {"rename", "character.cursor.ibeam", "Rename · F2", nullptr, false},
+        {"trash", "trash", "Move to Trash · Delete", nullptr, false},
+        {"sort", "arrow.up.arrow.down", nullptr, "Sort  ⌄", true},
+        {"view", "list.bullet", nullptr, "View  ⌄", false},
+        {"more", "ellipsis", "More options", nullptr, false},
+        {"send", "arrow.up.doc", nullptr, "Send files", true},
+        {"save", "arrow.down.doc", nullptr, "Copy to Mac", false},
+    };
+    for (const auto& b : buttons) {
+        if (b.separatorBefore) layout->addSpacing(14);
+        actionButtons.insert(QLatin1String(b.key), symbolButton(owner, b.symbol, b.tip, b.title));
+        layout->addWidget(actionButtons.value(QLatin1String(b.key)));
+    }
+    layout->addStretch(1);
+    actionButtons.insert(QStringLiteral("customize"), symbolButton(owner, "gearshape", "Customize Orvane"));
+    actionButtons.insert(QStringLiteral("details"),
+                         symbolButton(owner, "sidebar.right", "Show / hide details pane", "Details"));
+    actionButtons.insert(QStringLiteral("pin"),
+                         symbolButton(owner, "pin",
+                                      "Pin selected folders or the current folder to Quick access",
+                                      "Pin folder"));
+    for (const char* key : {"customize", "pin", "details"})
+        layout->addWidget(action(key));
+    action("details")->setCheckable(true);
+    action("send")->hide();
+    action("save")->hide();
+    return owner;
+}
+
+QWidget* ExplorerWidgets::buildSplit(QWidget* parent) {
+    split = new QSplitter(Qt::Horizontal, parent);
+    split->setChildrenCollapsible(false);
+    split->setHandleWidth(1);
+    navigationPane = new QWidget(split);
+    navigationPane->setObjectName(QStringLiteral("navigationPane"));
+    auto* paneColumn = new QVBoxLayout(navigationPane);
+    paneColumn->setContentsMargins(6, 6, 6, 6);
+    places = new QListWidget(navigationPane);
+    places->setFrameShape(QFrame::NoFrame);
+    storageButton =
+        symbolButton(navigationPane, "internaldrive", "View storage on all connected drives", "Storage");
+    paneColumn->addWidget(places, 1);
+    paneColumn->addWidget(storageButton, 0, Qt::AlignLeft);
 
     // The empty label floats over the table in the same grid cell, so it stays centred at any size.
-    auto* fileArea = new QGridLayout;
-    table = makeTable(central);
-    emptyLabel = new QLabel(central);
+    auto* fileArea = new QWidget(split);
+    auto* grid = new QGridLayout(fileArea);
+    grid->setContentsMargins(0, 0, 0, 0);
+    table = makeTable(fileArea);
+    emptyLabel = new QLabel(fileArea);
     emptyLabel->setAlignment(Qt::AlignCenter);
     emptyLabel->setForegroundRole(QPalette::PlaceholderText);
     emptyLabel->setAttribute(Qt::WA_TransparentForMouseEvents);
     emptyLabel->hide();
-    fileArea->addWidget(table, 0, 0);
-    fileArea->addWidget(emptyLabel, 0, 0, Qt::AlignCenter);
-    column->addLayout(fileArea, 1);
+    grid->addWidget(table, 0, 0);
+    grid->addWidget(emptyLabel, 0, 0, Qt::AlignCenter);
 
-    auto* statusRow = new QHBoxLayout;
-    status = new QLabel(central);
-    countLabel = new QLabel(central);
+    detailsPane = new DetailsPane(split);
+    detailsPane->setObjectName(QStringLiteral("detailsPane"));
+    detailsPane->hide();
+    split->addWidget(navigationPane);
+    split->addWidget(fileArea);
+    split->addWidget(detailsPane);
+    split->setStretchFactor(0, 0);
+    split->setStretchFactor(1, 1);
+    split->setStretchFactor(2, 0);
+    return split;
+}
+
+QWidget* ExplorerWidgets::buildStatusRow(QWidget* parent) {
+    auto* owner = new QWidget(parent);
+    owner->setObjectName(QStringLiteral("statusRow"));
+    owner->setFixedHeight(28);
+    QHBoxLayout* layout = row(owner, 14, 6);
+    status = new QLabel(owner);
+    countLabel = new QLabel(owner);
     countLabel->setForegroundRole(QPalette::PlaceholderText);
-    statusRow->addWidget(status);
-    statusRow->addStretch(1);
-    statusRow->addWidget(countLabel);
-    column->addLayout(statusRow);
-
-    window->setCentralWidget(central);
+    layout->addWidget(status);
+    layout->addStretch(1);
+    layout->addWidget(countLabel);
+    return owner;
 }
 
 } // namespace orvane

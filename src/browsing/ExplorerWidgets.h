@@ -1,8 +1,14 @@
 #pragma once
 
+#include <QMap>
+#include <QString>
+
 class QLabel;
 class QLineEdit;
+class QListWidget;
 class QMainWindow;
+class QMenuBar;
+class QSplitter;
 class QTabBar;
 class QTableView;
 class QToolButton;
@@ -10,24 +16,57 @@ class QWidget;
 
 namespace orvane {
 
+class DetailsPane;
 class EditablePathBox;
+class TitleRow;
 
 // The widgets of one window, built once; the window controller wires them to its operations.
 struct ExplorerWidgets {
     explicit ExplorerWidgets(QMainWindow* window);
 
+    // title row
+    TitleRow* titleRow;
+    QMenuBar* menuBar;
+    QToolButton* minimizeButton;
+    QToolButton* zoomButton;
+    QToolButton* closeButton;
     QTabBar* tabBar;
     QToolButton* newTabButton;
+    QToolButton* scrollTabsLeft;
+    QToolButton* scrollTabsRight;
+    // navigation row
     QToolButton* backButton;
     QToolButton* forwardButton;
     QToolButton* upButton;
     QToolButton* refreshButton;
     EditablePathBox* pathBox;
+    QToolButton* editAddressButton;
     QLineEdit* searchField;
+    QToolButton* clearSearchButton;
+    QToolButton* searchScopeButton;
+    // action row: "new", "cut", "copy", "paste", "rename", "trash", "sort", "view", "more",
+    // "customize", "details", "pin", "send", "save"
+    QMap<QString, QToolButton*> actionButtons;
+    // the split
+    QSplitter* split;
+    QWidget* navigationPane;
+    QListWidget* places;
+    QToolButton* storageButton;
     QTableView* table;
     QLabel* emptyLabel;
+    DetailsPane* detailsPane;
+    // status row
     QLabel* status;
     QLabel* countLabel;
+
+    QToolButton* action(const char* key) const { return actionButtons.value(QLatin1String(key)); }
+
+private:
+    QWidget* buildTitleRow(QWidget* parent);
+    QWidget* buildNavigationRow(QWidget* parent);
+    QWidget* buildActionRow(QWidget* parent);
+    QWidget* buildSplit(QWidget* parent);
+    QWidget* buildStatusRow(QWidget* parent);
 };
 
 } // namespace orvane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QString>
 
 class QApplication;
 
@@ -29,6 +30,7 @@ inline QColor chrome() {
 
 // A dark palette and style for the whole application, so no default grey look shows through.
 void apply(QApplication& app);
+QString styleSheet();
 } // namespace Palette
 
 } // namespace orvane
