@@ -1,0 +1,159 @@
+#include "browsing/AppDelegate.h"
+#include "browsing/DetailsPane.h"
+#include "browsing/Explorer.h"
+#include "browsing/ExplorerMenus.h"
+#include "browsing/Preferences.h"
+#include "support/TempTree.h"
+#include "support/TestEnvironment.h"
+
+#include <QClipboard>
+#include <QItemSelectionModel>
+#include <QLabel>
+#include <QMenu>
+#include <QMimeData>
+#include <QTableView>
+#include <QToolButton>
+
+using namespace orvane;
+using orvane::test::TempTree;
+
+namespace {
+void selectNames(Explorer& w, const QStringList& wanted) {
+    w.table()->clearSelection();
+    for (size_t row = 0; row < w.entries.size(); ++row)
+        if (wanted.contains(w.entries[row].name()))
+            w.table()->selectionModel()->select(w.table()->model()->index(int(row), 0),
+                                                QItemSelectionModel::Select | QItemSelectionModel::Rows);
+}
+
+QString enabledButtons(const Explorer& w) {
+    QStringList on;
+    for (const char* key : {"new", "cut", "copy", "paste", "rename", "trash", "pin"})
+        if (w.widgets().action(key)->isEnabled()) on << QLatin1String(key);
+    return on.join(u',');
+}
+
+QMap<QString, bool> contextItems(Explorer& w) {
+    QMenu menu;
+    ExplorerMenus::fillContextMenu(&menu, &w);
+    QMap<QString, bool> items;
+    for (QAction* a : menu.actions())
+        if (!a->isSeparator()) items.insert(a->text(), a->isEnabled());
+    return items;
+}
+} // namespace
+
+class ExplorerChromeTest : public QObject {
+    Q_OBJECT
+    TempTree tree;
+    std::unique_ptr<AppDelegate> app;
+    Explorer* w = nullptr;
+
+private slots:
+    void initTestCase() {
+        tree.sizedFile("one.txt", 1500);
+        tree.sizedFile("two.txt", 2500);
+        tree.folder("Folder");
+    }
+    void init() {
+        QGuiApplication::clipboard()->clear();
+        app = std::make_unique<AppDelegate>();
+        w = app->newWindow(QUrl::fromLocalFile(tree.path()));
+    }
+    void cleanup() { app.reset(); }
+
+    void toolbarFollowsTheSelection_data() {
+        QTest::addColumn<QStringList>("selection");
+        QTest::addColumn<bool>("busy");
+        QTest::addColumn<QString>("enabled");
+        QTest::newRow("nothing selected") << QStringList{} << false << "new,pin";
+        QTest::newRow("one file") << QStringList{"one.txt"} << false << "new,cut,copy,rename,trash";
+        QTest::newRow("two files") << QStringList{"one.txt", "two.txt"} << false << "new,cut,copy,trash";
+        QTest::newRow("one folder") << QStringList{"Folder"} << false << "new,cut,copy,rename,trash,pin";
+        QTest::newRow("busy") << QStringList{"one.txt"} << true << "";
+    }
+    void toolbarFollowsTheSelection() {
+        QFETCH(QStringList, selection);
+        QFETCH(bool, busy);
+        QFETCH(QString, enabled);
+        w->busy = busy;
+        selectNames(*w, selection);
+        w->updateActionState();
+        QCOMPARE(enabledButtons(*w), enabled);
+    }
+
+    void pasteFollowsTheClipboard() {
+        auto* data = new QMimeData;
+        data->setUrls({QUrl::fromLocalFile(tree.path("one.txt"))});
+        QGuiApplication::clipboard()->setMimeData(data);
+        QTRY_VERIFY(w->widgets().action("paste")->isEnabled());
+        QGuiApplication::clipboard()->setText(QStringLiteral("just text"));
+        QTRY_VERIFY(!w->widgets().action("paste")->isEnabled());
+    }
+
+    void contextMenuRules() {
+        selectNames(*w, {"Folder"});
+        QMap<QString, bool> items = contextItems(*w);
+        QVERIFY(items.value("Open"));
+        QVERIFY(items.value("Open in new tab"));
+        QVERIFY(!items.contains("Show Package Contents"));
+        QVERIFY(items.value("Copy as path"));
+        selectNames(*w, {"one.txt", "two.txt"});
+        items = contextItems(*w);
+        QVERIFY(!items.value("Open in new tab"));
+        selectNames(*w, {});
+        items = contextItems(*w);
+        QVERIFY(!items.value("Open"));
+        QVERIFY(items.contains("Properties"));
+        QCOMPARE(items.size(), 13);
+    }
+
+    void statusLineCountsAndSums() {
+        QCOMPARE(w->widgets().countLabel->text(), QStringLiteral("Ctrl+L  Path    •    F1  Shortcuts"));
+        selectNames(*w, {"one.txt", "two.txt"});
+        QCOMPARE(w->widgets().countLabel->text(), QStringLiteral("2 selected  ·  4 KB"));
+        QCOMPARE(w->widgets().status->text(), QStringLiteral("3 items"));
+    }
+
+    void detailsAndPreviewExcludeEachOther() {
+        w->toggleDetails();
+        QVERIFY(w->detailsVisible);
+        QVERIFY(w->widgets().detailsPane->isVisibleTo(w));
+        QVERIFY(w->widgets().detailsPane->width() >= 260 || w->widgets().detailsPane->minimumWidth() >= 260);
+        QCOMPARE(w->widgets().detailsPane->title(), QFileInfo(tree.path()).fileName());
+        selectNames(*w, {"one.txt", "two.txt"});
+        QCOMPARE(w->widgets().detailsPane->title(), QStringLiteral("2 items selected"));
+        QCOMPARE(w->widgets().detailsPane->meta(), QStringLiteral("Files total\n4 KB"));
+        w->togglePreview();
+        QVERIFY(w->previewVisible);
+        QVERIFY(!w->detailsVisible);
+        QVERIFY(!w->widgets().detailsPane->isVisibleTo(w));
+        w->toggleDetails();
+        QVERIFY(!w->previewVisible);
+    }
+
+    void copyPathQuotesEachPath() {
+        selectNames(*w, {"one.txt", "two.txt"});
+        w->copyPathAction();
+        QCOMPARE(QGuiApplication::clipboard()->text(),
+                 QStringLiteral("\"%1\"\n\"%2\"").arg(tree.path("one.txt"), tree.path("two.txt")));
+    }
+
+    void sidebarWidthIsClamped_data() {
+        QTest::addColumn<int>("stored");
+        QTest::addColumn<int>("width");
+        QTest::newRow("absent") << 0 << 240;
+        QTest::newRow("too wide") << 900 << 480;
+        QTest::newRow("too narrow") << 50 << 180;
+        QTest::newRow("inside") << 300 << 300;
+    }
+    void sidebarWidthIsClamped() {
+        QFETCH(int, stored);
+        QFETCH(int, width);
+        Preferences::standard()->setValue(QStringLiteral("sidebar.width.v2"), stored);
+        QCOMPARE(w->sidebarWidth(), width);
+    }
+};
+
+ORVANE_TEST_MAIN(ExplorerChromeTest)
+#include "ExplorerChromeTest.moc"
