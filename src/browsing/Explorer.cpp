@@ -6,10 +6,13 @@
 #include "browsing/EntryText.h"
 #include "browsing/ExplorerMenus.h"
 #include "browsing/FolderListing.h"
+#include "browsing/NotificationCenter.h"
 #include "browsing/Preferences.h"
 #include "chrome/TitleRow.h"
+#include "navigation/PinnedStore.h"
 #include "views/EntryTableModel.h"
 #include "views/ExplorerColumns.h"
+#include "views/FileIcons.h"
 
 #include <QClipboard>
 #include <QCloseEvent>
@@ -21,6 +24,7 @@
 #include <QItemSelection>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
@@ -44,12 +48,14 @@ QUrl Explorer::startURL(const std::optional<QUrl>& initialURL) {
 }
 
 Explorer::Explorer(AppDelegate* app, const std::optional<QUrl>& initialURL)
-    : tabs(startURL(initialURL)), app(app), ui(this) {
+    : tabs(startURL(initialURL)), pins(std::make_unique<PinnedStore>(Preferences::pins())), app(app),
+      ui(this) {
     sort.groupByType = Preferences::standard()->value(QStringLiteral("sort.groupByType.v1"), false).toBool();
     setWindowFlags(windowFlags() | Qt::FramelessWindowHint);
     resize(1250, 710);
     setMinimumSize(600, 320);
     buildUI();
+    setupPlaces();
     refresh();
     rebuildTabs();
     watchDirectory();
@@ -71,6 +77,19 @@ void Explorer::buildUI() {
     connectChrome();
     ui.split->setSizes({sidebarWidth(), 1250 - sidebarWidth(), 0});
     registerOperation(QStringLiteral("copyPathAction"), [this] { copyPathAction(); });
+    registerOperation(QStringLiteral("pinAction"), [this] { pinAction(); });
+    connect(ui.action("pin"), &QToolButton::clicked, this, &Explorer::pinAction);
+    connect(&NotificationCenter::shared(), &NotificationCenter::posted, this, [this](const QString& name) {
+        if (name != QLatin1String(PinnedStore::panePinsChanged)) return;
+        pins->reload();
+        setupPlaces();
+        updateActionState();
+    });
+    connect(ui.places, &QListWidget::itemActivated, this, [this](QListWidgetItem* item) {
+        const QUrl url = item->data(Qt::UserRole).toUrl();
+        if (url.isValid()) navigate(url);
+    });
+    connect(ui.places, &QListWidget::itemClicked, ui.places, &QListWidget::itemActivated);
     connect(&watcher, &QFileSystemWatcher::directoryChanged, this, &Explorer::onDirectoryChanged);
 }
 
@@ -504,6 +523,42 @@ int Explorer::sidebarWidth() const {
     return stored > 0 ? qBound(180, stored, 480) : 240;
 }
 
+bool Explorer::isPinned(const QUrl& url) const {
+    return pins->contains(url);
+}
+
+QString Explorer::pinActionTitle() const {
+    return ActionState::pinTitle(selectionFacts());
+}
+
+// Unpins when every target is pinned, otherwise pins the ones that are not.
+void Explorer::pinAction() {
+    const std::vector<Entry> targets = pinTargets();
+    if (targets.empty()) return;
+    const bool unpinning = pinActionTitle().startsWith(QLatin1String("Unpin"));
+    for (const Entry& target : targets) {
+        if (unpinning)
+            pins->unpin(target.url());
+        else if (!pins->contains(target.url()))
+            pins->pin(target.url());
+    }
+}
+
+// Until the navigation tree arrives, the pane is a plain list: Home, then the pins.
+void Explorer::setupPlaces() {
+    ui.places->clear();
+    auto add = [this](const QString& title, const QUrl& url) {
+        auto* item = new QListWidgetItem(FileIcons::shared().folder(), title, ui.places);
+        item->setData(Qt::UserRole, url);
+        item->setToolTip(url.isLocalFile() ? url.toLocalFile() : title);
+    };
+    add(QStringLiteral("Home"), QUrl::fromLocalFile(QDir::homePath()));
+    auto* header = new QListWidgetItem(QStringLiteral("Quick access"), ui.places);
+    header->setFlags(Qt::NoItemFlags);
+    for (const QUrl& url : pins->urls())
+        add(folderName(url), url);
+}
+
 // Selected plain folders, or the current folder when none is selected.
 std::vector<Entry> Explorer::pinTargets() const {
     std::vector<Entry> targets;
@@ -525,7 +580,7 @@ SelectionFacts Explorer::selectionFacts() const {
     const std::vector<Entry> targets = pinTargets();
     f.pinTargets = int(targets.size());
     f.allTargetsPinned =
-        std::all_of(targets.begin(), targets.end(), [this](const Entry& e) { return isPinned(e.location); });
+        std::all_of(targets.begin(), targets.end(), [this](const Entry& e) { return isPinned(e.url()); });
     return f;
 }
 

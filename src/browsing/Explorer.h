@@ -21,6 +21,7 @@ namespace orvane {
 
 class AppDelegate;
 class EntryTableModel;
+class PinnedStore;
 
 // One browser window: its tabs, its listing and everything shown around it.
 class Explorer : public QMainWindow {
@@ -108,8 +109,13 @@ public:
     using Operation = std::function<void()>;
     void registerOperation(const QString& name, Operation run) { operations.insert(name, std::move(run)); }
     Operation operation(const QString& name) const { return operations.value(name); }
-    // Whether a folder is pinned to Quick access; answered by the pin store once it is wired.
-    std::function<bool(const QString& path)> isPinned = [](const QString&) { return false; };
+    // --- Quick access ---
+    std::unique_ptr<PinnedStore> pins;
+    bool isPinned(const QUrl& url) const;
+    std::vector<Entry> pinTargets() const;
+    QString pinActionTitle() const;
+    void pinAction();
+    void setupPlaces();
 
 signals:
     void closing(Explorer* window);
@@ -127,7 +133,6 @@ private:
     void onDirectoryChanged();
     void connectChrome();
     void showContextMenu(const QPoint& at);
-    std::vector<Entry> pinTargets() const;
 
     AppDelegate* app;
     ExplorerWidgets ui;
