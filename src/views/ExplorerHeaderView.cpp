@@ -33,6 +33,13 @@ QSize ExplorerHeaderView::sizeHint() const {
     return QSize(QHeaderView::sizeHint().width(), headerHeight);
 }
 
+void ExplorerHeaderView::setSortColumn(int logicalIndex, bool sortAscending) {
+    if (logicalIndex == sortSection && sortAscending == ascending) return;
+    sortSection = logicalIndex;
+    ascending = sortAscending;
+    viewport()->update();
+}
+
 void ExplorerHeaderView::paintEvent(QPaintEvent* event) {
     QPainter painter(viewport());
     QLinearGradient shade(0, 0, 0, height());
@@ -49,7 +56,7 @@ void ExplorerHeaderView::paintEvent(QPaintEvent* event) {
 
 void ExplorerHeaderView::paintSection(QPainter* painter, const QRect& rect, int logicalIndex) const {
     painter->fillRect(rect, QColor::fromRgbF(1, 1, 1, 0.025f));
-    const bool sorted = logicalIndex == sortIndicatorSection();
+    const bool sorted = logicalIndex == sortSection;
     const int markRoom = sorted ? sortMarkRight + 12 : 0;
     const QRect title = rect.adjusted(titleLeft, titleTop, -titleLeft - markRoom, 0);
     const QString text = model() ? model()->headerData(logicalIndex, orientation()).toString() : QString();
@@ -67,7 +74,7 @@ void ExplorerHeaderView::paintSection(QPainter* painter, const QRect& rect, int 
 void ExplorerHeaderView::paintSortMark(QPainter* painter, const QRect& rect) const {
     const qreal cx = rect.right() - sortMarkRight - 3.5;
     const qreal cy = rect.center().y() + 0.5;
-    const qreal dy = sortIndicatorOrder() == Qt::AscendingOrder ? -1.75 : 1.75;
+    const qreal dy = ascending ? -1.75 : 1.75;
     const QPointF points[] = {{cx - 3.5, cy - dy}, {cx, cy + dy}, {cx + 3.5, cy - dy}};
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);

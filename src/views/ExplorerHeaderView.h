@@ -5,8 +5,8 @@
 namespace orvane {
 
 // The details table's header: 34 high over a dark gradient, each title in a faint cell with a thin
-// separator, and the sort mark only on the column the listing is sorted by. The sort state is the
-// header's own sort indicator; Qt's built-in indicator stays off so clicks never flip it by themselves.
+// separator, and the sort mark only on the column the listing is sorted by. The sort state is kept
+// here rather than in Qt's sort indicator, which flips itself on every click.
 class ExplorerHeaderView : public QHeaderView {
     Q_OBJECT
 public:
@@ -15,6 +15,11 @@ public:
     explicit ExplorerHeaderView(QWidget* parent = nullptr);
 
     QSize sizeHint() const override;
+
+    // The column the listing is sorted by (-1 for none) and its direction; only drawn, never acted on.
+    void setSortColumn(int logicalIndex, bool ascending);
+    int sortColumn() const { return sortSection; }
+    bool sortAscending() const { return ascending; }
 
 signals:
     // A right click anywhere on the header: the columns menu belongs there.
@@ -27,6 +32,9 @@ protected:
 
 private:
     void paintSortMark(QPainter* painter, const QRect& rect) const;
+
+    int sortSection = -1;
+    bool ascending = true;
 };
 
 } // namespace orvane

@@ -57,6 +57,7 @@ FileTable::FileTable(QWidget* parent)
     verticalHeader()->setMinimumSectionSize(1);
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setDefaultSectionSize(standardRowHeight);
+    setSortIndicator(nameKey, true);
     connect(headerView, &QHeaderView::sectionClicked, this, &FileTable::headerClicked);
     connect(headerView, &QHeaderView::sectionResized, this, &FileTable::sectionResized);
     connect(headerView, &ExplorerHeaderView::columnsMenuRequested, this, [this](const QPoint& at) {
@@ -90,7 +91,6 @@ void FileTable::configureColumns() {
         if (!isColumnHidden(i) && headerView->sectionSize(i) < all[i].minimumWidth)
             headerView->resizeSection(i, all[i].minimumWidth);
     }
-    if (state.isEmpty()) setSortIndicator(nameKey, true);
     adjustingColumns = false;
     fillSpareWidth();
 }
@@ -171,6 +171,7 @@ void FileTable::autosizeColumns(const std::function<QStringList(const QString& k
             all[column].key == QLatin1String("dimensions") ? QStringList() : textsForColumn(all[column].key);
         setColumnWidth(column, fittedWidth(all[column].key, texts));
     }
+    fillSpareWidth();
     saveHeaderState();
 }
 
@@ -201,25 +202,24 @@ void FileTable::setKeyboardFocusRow(std::optional<int> row) {
 void FileTable::setSortIndicator(const QString& key, bool ascending) {
     const int column = explorerColumnIndex(key);
     if (column < 0) return;
-    headerView->setSortIndicator(column, ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
+    headerView->setSortColumn(column, ascending);
 }
 
 QString FileTable::sortKey() const {
-    const int column = headerView->sortIndicatorSection();
+    const int column = headerView->sortColumn();
     return column >= 0 && column < explorerColumns().size() ? explorerColumns()[column].key : QString();
 }
 
 bool FileTable::sortAscending() const {
-    return headerView->sortIndicatorOrder() == Qt::AscendingOrder;
+    return headerView->sortAscending();
 }
 
 void FileTable::headerClicked(int logicalIndex) {
     if (logicalIndex < 0 || logicalIndex >= explorerColumns().size()) return;
     const ExplorerColumn& column = explorerColumns()[logicalIndex];
     if (!column.sortable) return;
-    const bool ascending = logicalIndex == headerView->sortIndicatorSection() ? !sortAscending() : true;
+    const bool ascending = logicalIndex == headerView->sortColumn() ? !sortAscending() : true;
     setSortIndicator(column.key, ascending);
-    saveHeaderState();
     emit sortRequested(column.key, ascending);
 }
 
