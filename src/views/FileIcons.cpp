@@ -1,8 +1,8 @@
 #include "views/FileIcons.h"
 
-#include <QApplication>
+#include "chrome/Symbols.h"
+
 #include <QMimeDatabase>
-#include <QStyle>
 
 namespace orvane {
 
@@ -12,10 +12,13 @@ FileIcons& FileIcons::shared() {
 }
 
 QIcon FileIcons::folder() {
-    if (folderIcon.isNull())
-        folderIcon =
-            QIcon::fromTheme(QStringLiteral("folder"), qApp->style()->standardIcon(QStyle::SP_DirIcon));
+    if (folderIcon.isNull()) folderIcon = symbolIcon(QStringLiteral("folder"));
     return folderIcon;
+}
+
+QIcon FileIcons::document() {
+    if (documentIcon.isNull()) documentIcon = symbolIcon(QStringLiteral("doc"), Palette::muted());
+    return documentIcon;
 }
 
 QIcon FileIcons::icon(const Entry& entry) {
@@ -26,7 +29,7 @@ QIcon FileIcons::icon(const Entry& entry) {
     if (it != byType.constEnd()) return *it;
     QIcon icon = QIcon::fromTheme(type.iconName());
     if (icon.isNull()) icon = QIcon::fromTheme(type.genericIconName());
-    if (icon.isNull()) icon = qApp->style()->standardIcon(QStyle::SP_FileIcon);
+    if (icon.isNull()) icon = document();
     byType.insert(type.name(), icon);
     return icon;
 }

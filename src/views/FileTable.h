@@ -1,0 +1,124 @@
+#pragma once
+
+#include <QTableView>
+#include <functional>
+#include <memory>
+#include <optional>
+
+class QMenu;
+class QSettings;
+
+namespace orvane {
+
+class ColumnSettings;
+class ExplorerHeaderView;
+class ExplorerRowDelegate;
+
+// The details table. Its selected rows are the one truth about the selection in every view mode.
+// The window plugs in through the hooks and signals below; the table itself knows nothing of files
+// beyond the column keys.
+class FileTable : public QTableView {
+    Q_OBJECT
+public:
+    static constexpr int standardRowHeight = 32;
+    static constexpr int compactRowHeight = 24;
+
+    explicit FileTable(QWidget* parent = nullptr);
+    ~FileTable() override;
+
+    // Also lays out the columns from the saved widths and the visible list.
+    void setModel(QAbstractItemModel* model) override;
+
+    // --- columns ---
+    bool isColumnVisible(const QString& key) const;
+    // Flips a column and saves the visible list; "name" is refused.
+    void toggleColumn(const QString& key);
+    // Brings a column to a state without flipping, for a twin table kept in step.
+    void setColumnVisible(const QString& key, bool visible);
+    // "Columns": one checkable item per column, then "Size columns to fit". The caller owns it.
+    QMenu* columnsMenu(QWidget* parent = nullptr);
+    // "Size columns to fit" is offered only while the details view shows.
+    bool detailsMode = true;
+    // Fits every visible column to its texts (the model's, or the given ones) and its title.
+    void autosizeColumns();
+    void autosizeColumns(const std::function<QStringList(const QString& key)>& textsForColumn);
+    // The fitted width of one column: widest text plus room, never below the column's minimum.
+    static int fittedWidth(const QString& key, const QStringList& texts);
+
+    // --- rows ---
+    bool compact() const { return compactRows; }
+    void setCompact(bool compact);
+    std::optional<int> keyboardFocusRow() const { return focusRow; }
+    void setKeyboardFocusRow(std::optional<int> row);
+    // Set while the window moves the selection from the keyboard, so the focus ring stays.
+    bool extendingKeyboardSelection = false;
+    std::optional<int> hoverRow() const { return hoveredRow; }
+
+    // --- sorting ---
+    // Shows the sort state; emits nothing.
+    void setSortIndicator(const QString& key, bool ascending);
+    QString sortKey() const;
+    bool sortAscending() const;
+
+    // --- hooks ---
+    // Offered every key press first; the table handles the key only when this answers false.
+    std::function<bool(QKeyEvent*)> keyHandler;
+    // Makes the context menu after a right click has settled the selection. The table shows the
+    // menu and deletes it when it closes.
+    std::function<QMenu*()> contextMenuProvider;
+    // Rows of cut items, drawn faint.
+    std::function<bool(int row)> isCutRow;
+
+    ExplorerHeaderView* explorerHeader() const { return headerView; }
+    ExplorerRowDelegate* rowDelegate() const { return delegate; }
+
+signals:
+    // A click on a sortable column's title: ascending on a new column, flipped on the same one.
+    void sortRequested(const QString& key, bool ascending);
+    void clickedOnNoRow();
+    void selectionStatusChanged();
+    void columnVisibilityChanged(const QString& key, bool visible);
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void changeEvent(QEvent* event) override;
+    void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+
+private:
+    void configureColumns();
+    void applyColumnVisibility(const QString& key, bool visible);
+    void headerClicked(int logicalIndex);
+    void sectionResized(int logicalIndex, int oldSize, int newSize);
+    void viewportResized(int oldWidth, int newWidth);
+    void fillSpareWidth();
+    void saveHeaderState();
+    bool isToggleClick(const QMouseEvent* event) const;
+    void selectOnly(int row);
+    QRect rowRect(int row) const;
+    void updateRow(std::optional<int> row);
+    void setHoverRow(std::optional<int> row);
+    void scheduleHoverRefresh();
+    void paintRows(const QRect& area);
+
+    std::unique_ptr<QSettings> settings;
+    std::unique_ptr<ColumnSettings> columns;
+    ExplorerHeaderView* headerView;
+    ExplorerRowDelegate* delegate;
+    bool compactRows = false;
+    std::optional<int> focusRow;
+    std::optional<int> hoveredRow;
+    bool hoverRefreshQueued = false;
+    bool toggleClickInProgress = false;
+    bool suppressContextMenu = false;
+    bool adjustingColumns = false;
+};
+
+} // namespace orvane

@@ -1,0 +1,111 @@
+#include "views/ColumnSettings.h"
+#include "support/TestEnvironment.h"
+
+#include <QSettings>
+#include <QTemporaryDir>
+#include <memory>
+
+using namespace orvane;
+
+class ColumnSettingsTest : public QObject {
+    Q_OBJECT
+    std::unique_ptr<QTemporaryDir> dir;
+
+    // A fresh reader of the same file, as the next launch would have.
+    std::unique_ptr<QSettings> open() const {
+        return std::make_unique<QSettings>(dir->filePath("prefs.ini"), QSettings::IniFormat);
+    }
+
+private slots:
+    void init() { dir = std::make_unique<QTemporaryDir>(); }
+
+    void firstRead_data() {
+        QTest::addColumn<QVariant>("stored");
+        QTest::addColumn<bool>("introduced");
+        QTest::addColumn<QStringList>("expected");
+        const QStringList fresh{"name", "modified", "dimensions", "kind", "size"};
+        QTest::newRow("fresh install") << QVariant() << false << fresh;
+        QTest::newRow("upgrade keeps the user's list and adds dimensions")
+            << QVariant(QStringList{"size", "name", "created"}) << false
+            << QStringList{"name", "dimensions", "size", "created"};
+        QTest::newRow("after the migration nothing is added")
+            << QVariant(QStringList{"name", "kind"}) << true << QStringList{"name", "kind"};
+        QTest::newRow("name shows even when the list lacks it")
+            << QVariant(QStringList{"size"}) << true << QStringList{"name", "size"};
+        QTest::newRow("a damaged value falls back to the defaults")
+            << QVariant(42) << true << QStringList{"name", "modified", "kind", "size"};
+        QTest::newRow("unknown keys are dropped")
+            << QVariant(QStringList{"added", "kind"}) << true << QStringList{"name", "kind"};
+    }
+    void firstRead() {
+        QFETCH(QVariant, stored);
+        QFETCH(bool, introduced);
+        QFETCH(QStringList, expected);
+        {
+            auto settings = open();
+            if (stored.isValid()) settings->setValue(ColumnSettings::visibleKey, stored);
+            if (introduced) settings->setValue(ColumnSettings::dimensionsIntroducedKey, true);
+        }
+        auto settings = open();
+        ColumnSettings columns(*settings);
+        QCOMPARE(columns.visibleColumns(), expected);
+        QVERIFY(settings->value(ColumnSettings::dimensionsIntroducedKey).toBool());
+    }
+
+    void migrationRunsOnceAndHidingSticks() {
+        {
+            auto settings = open();
+            ColumnSettings columns(*settings);
+            QVERIFY(columns.isVisible("dimensions"));
+            QVERIFY(columns.toggle("dimensions"));
+            QVERIFY(!columns.isVisible("dimensions"));
+        }
+        for (int launch = 0; launch < 2; ++launch) {
+            auto settings = open();
+            ColumnSettings columns(*settings);
+            QVERIFY(!columns.isVisible("dimensions"));
+            QCOMPARE(settings->value(ColumnSettings::visibleKey).toStringList(),
+                     (QStringList{"name", "modified", "kind", "size"}));
+        }
+    }
+
+    void toggleWritesInColumnOrder() {
+        auto settings = open();
+        ColumnSettings columns(*settings);
+        QVERIFY(columns.toggle("created"));
+        QVERIFY(columns.toggle("modified"));
+        QVERIFY(columns.toggle("modified"));
+        const QStringList expected{"name", "modified", "dimensions", "kind", "size", "created"};
+        QCOMPARE(columns.visibleColumns(), expected);
+        QCOMPARE(open()->value(ColumnSettings::visibleKey).toStringList(), expected);
+    }
+
+    void refusesNameAndUnknownKeys() {
+        auto settings = open();
+        ColumnSettings columns(*settings);
+        const QStringList before = settings->value(ColumnSettings::visibleKey).toStringList();
+        settings->remove(ColumnSettings::visibleKey);
+        QVERIFY(!columns.toggle("name"));
+        QVERIFY(!columns.setVisible("name", false));
+        QVERIFY(!columns.toggle("added"));
+        QVERIFY(!columns.toggle(QString()));
+        QVERIFY(columns.isVisible("name"));
+        QCOMPARE(columns.visibleColumns(), before);
+        QVERIFY(!settings->contains(ColumnSettings::visibleKey)); // nothing was written
+    }
+
+    void headerStateSurvivesAFreshRead() {
+        QByteArray state("\x00\xff\x10state\n@ByteArray(", 19);
+        {
+            auto settings = open();
+            ColumnSettings columns(*settings);
+            QVERIFY(columns.headerState().isEmpty());
+            columns.saveHeaderState(state);
+        }
+        auto settings = open();
+        QCOMPARE(ColumnSettings(*settings).headerState(), state);
+    }
+};
+
+ORVANE_TEST_MAIN(ColumnSettingsTest)
+#include "ColumnSettingsTest.moc"
