@@ -2,11 +2,11 @@
 
 #include "browsing/Explorer.h"
 
+#include "views/FileTable.h"
 #include <QApplication>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QTableView>
 #include <QTimer>
 
 namespace orvane {

@@ -11,8 +11,8 @@
 #include "chrome/TitleRow.h"
 #include "navigation/PinnedStore.h"
 #include "views/EntryTableModel.h"
-#include "views/ExplorerColumns.h"
 #include "views/FileIcons.h"
+#include "views/FileTable.h"
 
 #include <QClipboard>
 #include <QCloseEvent>
@@ -67,12 +67,12 @@ Explorer::~Explorer() = default;
 void Explorer::buildUI() {
     tableModel = new EntryTableModel(&entries, this);
     ui.table->setModel(tableModel);
-    ui.table->horizontalHeader()->setSortIndicatorShown(true);
-    const auto& columns = explorerColumns();
-    for (int i = 0; i < columns.size(); ++i)
-        ui.table->setColumnWidth(i, columns[i].width);
-    ui.table->setColumnHidden(explorerColumnIndex(QStringLiteral("created")), true);
-    ui.table->horizontalHeader()->setSortIndicator(0, Qt::AscendingOrder);
+    ui.table->setSortIndicator(sort.key, sort.ascending);
+    ui.table->contextMenuProvider = [this] {
+        auto* menu = new QMenu(this);
+        ExplorerMenus::fillContextMenu(menu, this);
+        return menu;
+    };
     connectUI();
     connectChrome();
     ui.split->setSizes({sidebarWidth(), 1250 - sidebarWidth(), 0});
@@ -103,22 +103,12 @@ void Explorer::connectUI() {
     connect(ui.pathBox, &EditablePathBox::elementClicked, this, &Explorer::pathClicked);
     connect(ui.searchField, &QLineEdit::textEdited, this, &Explorer::setSearchText);
     connect(ui.table, &QTableView::doubleClicked, this, [this] { openSelected(); });
-    connect(ui.table->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
-        if (!extendingKeyboardSelection) keyboardFocusRow.reset();
-        updateSelectionStatus();
-    });
+    connect(ui.table, &FileTable::selectionStatusChanged, this, &Explorer::updateSelectionStatus);
+    connect(ui.table, &FileTable::sortRequested, this, &Explorer::setSort);
     connect(ui.tabBar, &QTabBar::currentChanged, this, [this](int index) {
         if (!rebuildingTabs) activateTab(index);
     });
     connect(ui.tabBar, &QTabBar::tabCloseRequested, this, [this](int index) { closeTab(index); });
-    connect(ui.table->horizontalHeader(), &QHeaderView::sortIndicatorChanged, this,
-            [this](int section, Qt::SortOrder order) {
-                const QStringList keys = {
-                    QStringLiteral("name"), QStringLiteral("modified"), QString(),
-                    QStringLiteral("kind"), QStringLiteral("size"),     QStringLiteral("created")};
-                const QString key = keys.value(section);
-                if (!key.isEmpty()) setSort(key, order == Qt::AscendingOrder);
-            });
 }
 
 std::vector<Entry> Explorer::selected() const {
@@ -147,7 +137,7 @@ void Explorer::refresh() {
     ui.action("send")->hide();
     ui.action("save")->hide();
     renameEditor.clear();
-    keyboardFocusRow.reset();
+    ui.table->setKeyboardFocusRow(std::nullopt);
     QSet<QString> remembered;
     for (const Entry& e : selected())
         remembered.insert(e.location);
@@ -259,13 +249,7 @@ void Explorer::reverseSort() {
 void Explorer::setSort(const QString& key, bool ascending) {
     sort.key = key;
     sort.ascending = ascending;
-    const QStringList columnKeys = {
-        QStringLiteral("name"), QStringLiteral("modified"), QString(),
-        QStringLiteral("kind"), QStringLiteral("size"),     QStringLiteral("created")};
-    QHeaderView* header = ui.table->horizontalHeader();
-    const QSignalBlocker block(header);
-    header->setSortIndicator(int(columnKeys.indexOf(key)),
-                             ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
+    ui.table->setSortIndicator(key, ascending);
     refresh();
 }
 
@@ -501,21 +485,7 @@ void Explorer::connectChrome() {
         ui.action(m.key)->setMenu(menu);
         ui.action(m.key)->setPopupMode(QToolButton::InstantPopup);
     }
-    ui.table->setContextMenuPolicy(Qt::CustomContextMenu);
-    connect(ui.table, &QWidget::customContextMenuRequested, this, &Explorer::showContextMenu);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &Explorer::updateActionState);
-}
-
-void Explorer::showContextMenu(const QPoint& at) {
-    const QModelIndex index = ui.table->indexAt(at);
-    if (!index.isValid())
-        ui.table->clearSelection();
-    else if (!ui.table->selectionModel()->isRowSelected(index.row(), {}))
-        ui.table->selectionModel()->select(index,
-                                           QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-    QMenu menu(this);
-    ExplorerMenus::fillContextMenu(&menu, this);
-    menu.exec(ui.table->viewport()->mapToGlobal(at));
 }
 
 int Explorer::sidebarWidth() const {
@@ -650,7 +620,7 @@ void Explorer::togglePreview() {
 
 void Explorer::setCompact(bool on) {
     compact = on;
-    ui.table->verticalHeader()->setDefaultSectionSize(on ? 24 : 32);
+    ui.table->setCompact(on);
 }
 
 void Explorer::copyPathAction() {

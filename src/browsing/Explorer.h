@@ -21,6 +21,7 @@ namespace orvane {
 
 class AppDelegate;
 class EntryTableModel;
+class FileTable;
 class PinnedStore;
 
 // One browser window: its tabs, its listing and everything shown around it.
@@ -44,8 +45,6 @@ public:
     bool compact = false;
     bool detailsVisible = false;
     bool previewVisible = false;
-    std::optional<int> keyboardFocusRow;
-    bool extendingKeyboardSelection = false;
     QPointer<QWidget> renameEditor;
     bool pendingRenameRefresh = false;
     QString blockedFolder;
@@ -53,7 +52,7 @@ public:
     QUrl current() const { return tabs.current().url; }
     std::vector<Entry> selected() const;
     std::vector<Entry> commandSelection() const;
-    QTableView* table() const { return ui.table; }
+    FileTable* table() const { return ui.table; }
     const ExplorerWidgets& widgets() const { return ui; }
     EntryTableModel* model() const { return tableModel; }
     QPointer<QMessageBox> lastAlert() const { return alert; }
@@ -132,7 +131,6 @@ private:
     void updateLocalChrome(const QString& path);
     void onDirectoryChanged();
     void connectChrome();
-    void showContextMenu(const QPoint& at);
 
     AppDelegate* app;
     ExplorerWidgets ui;

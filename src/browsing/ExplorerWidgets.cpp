@@ -5,6 +5,7 @@
 #include "browsing/Palette.h"
 #include "chrome/Symbols.h"
 #include "chrome/TitleRow.h"
+#include "views/FileTable.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -16,7 +17,6 @@
 #include <QMenuBar>
 #include <QSplitter>
 #include <QTabBar>
-#include <QTableView>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -43,23 +43,6 @@ QHBoxLayout* row(QWidget* owner, int left, int spacing) {
     layout->setContentsMargins(left, 0, 8, 0);
     layout->setSpacing(spacing);
     return layout;
-}
-
-QTableView* makeTable(QWidget* parent) {
-    auto* table = new QTableView(parent);
-    table->setSelectionBehavior(QAbstractItemView::SelectRows);
-    table->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    table->setShowGrid(false);
-    table->setWordWrap(false);
-    table->setIconSize(QSize(18, 18));
-    table->verticalHeader()->hide();
-    table->verticalHeader()->setDefaultSectionSize(32);
-    table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    table->horizontalHeader()->setHighlightSections(false);
-    table->horizontalHeader()->setStretchLastSection(true);
-    table->setFrameShape(QFrame::NoFrame);
-    table->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    return table;
 }
 
 } // namespace
@@ -211,7 +194,7 @@ QWidget* ExplorerWidgets::buildSplit(QWidget* parent) {
     auto* fileArea = new QWidget(split);
     auto* grid = new QGridLayout(fileArea);
     grid->setContentsMargins(0, 0, 0, 0);
-    table = makeTable(fileArea);
+    table = new FileTable(fileArea);
     emptyLabel = new QLabel(fileArea);
     emptyLabel->setAlignment(Qt::AlignCenter);
     emptyLabel->setForegroundRole(QPalette::PlaceholderText);

@@ -10,7 +10,6 @@ class QMainWindow;
 class QMenuBar;
 class QSplitter;
 class QTabBar;
-class QTableView;
 class QToolButton;
 class QWidget;
 
@@ -18,6 +17,7 @@ namespace orvane {
 
 class DetailsPane;
 class EditablePathBox;
+class FileTable;
 class TitleRow;
 
 // The widgets of one window, built once; the window controller wires them to its operations.
@@ -52,7 +52,7 @@ struct ExplorerWidgets {
     QWidget* navigationPane;
     QListWidget* places;
     QToolButton* storageButton;
-    QTableView* table;
+    FileTable* table;
     QLabel* emptyLabel;
     DetailsPane* detailsPane;
     // status row

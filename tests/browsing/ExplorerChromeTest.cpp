@@ -5,6 +5,7 @@
 #include "browsing/Preferences.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
+#include "views/FileTable.h"
 
 #include <QClipboard>
 #include <QItemSelectionModel>

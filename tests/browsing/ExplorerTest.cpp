@@ -4,6 +4,7 @@
 #include "browsing/Preferences.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
+#include "views/FileTable.h"
 
 #include <QDir>
 #include <QItemSelectionModel>
