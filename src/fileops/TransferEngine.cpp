@@ -42,13 +42,12 @@ public:
     }
 
 private:
+    // Measures at least once, even when the jobs end before this thread is first scheduled.
     void loop(const TransferProgressSnapshot& snapshot, const std::function<void(double)>& tick) {
-        std::unique_lock lock(mutex);
-        while (!stopping) {
-            lock.unlock();
+        for (;;) {
             tick(snapshot.fraction());
-            lock.lock();
-            wake.wait_for(lock, std::chrono::milliseconds(250), [this] { return stopping; });
+            std::unique_lock lock(mutex);
+            if (wake.wait_for(lock, std::chrono::milliseconds(250), [this] { return stopping; })) return;
         }
     }
 
