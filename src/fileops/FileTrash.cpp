@@ -32,7 +32,12 @@ bool FileTrash::moveToTrash(const QString& path, QString& trashed, QString& erro
         return false;
     }
     trashed = file.fileName();
-    return true;
+    if (QDir::isAbsolutePath(trashed)) return true;
+    // The Trash was not reached and the item went to a folder of Qt's choosing: put it back.
+    QString ignored;
+    FileTree::move(trashed, path, ignored);
+    error = QStringLiteral("The Trash could not be reached.");
+    return false;
 }
 
 bool FileTrash::restore(const TrashedItem& item, QString& error) {

@@ -48,7 +48,8 @@ double TransferProgressSnapshot::fraction() const {
     for (const Item& item : list) {
         struct stat st;
         if (!lstatPath(item.destination, st)) continue;
-        done += item.regular ? std::clamp<qint64>(st.st_size, 0, item.weight) : item.weight;
+        // Being there counts one unit, which is all an empty file weighs, so such a run moves item by item.
+        done += item.regular ? std::clamp<qint64>(st.st_size, 1, item.weight) : item.weight;
     }
     return std::min(0.99, double(done) / double(sum));
 }
