@@ -43,8 +43,13 @@ std::string join(const std::string& parent, const char* name) {
     return parent.empty() ? std::string(name) : parent + '/' + name;
 }
 
-// Names of a folder's items, read before any of them is copied so the descriptor is not held.
-bool readNames(int dirFd, std::vector<std::string>& names) {
+struct Name {
+    std::string text;
+    unsigned char type; // DT_UNKNOWN where the file system does not tell
+};
+
+// A folder's items, read before any of them is copied so the listing's descriptor is not held.
+bool readNames(int dirFd, std::vector<Name>& names) {
     const int dup = fcntl(dirFd, F_DUPFD_CLOEXEC, 0);
     if (dup < 0) return false;
     DIR* dir = fdopendir(dup);
@@ -55,7 +60,7 @@ bool readNames(int dirFd, std::vector<std::string>& names) {
     errno = 0;
     while (dirent* d = readdir(dir)) {
         const char* n = d->d_name;
-        if (!(n[0] == '.' && (n[1] == 0 || (n[1] == '.' && n[2] == 0)))) names.emplace_back(n);
+        if (!(n[0] == '.' && (n[1] == 0 || (n[1] == '.' && n[2] == 0)))) names.push_back({n, d->d_type});
     }
     const int error = errno;
     closedir(dir);
@@ -115,20 +120,29 @@ private:
         created(rel);
         Fd dst(openat(dstDir, dstName, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
         if (!dst.valid()) return fail(rel);
-        std::vector<std::string> names;
+        std::vector<Name> names;
         if (!readNames(src.get(), names)) return fail(rel);
-        for (const std::string& name : names)
-            if (!entry(src.get(), name.c_str(), dst.get(), name.c_str(), join(rel, name.c_str())))
-                return false;
+        for (const Name& name : names) {
+            const char* n = name.text.c_str();
+            // A regular file needs no stat of its own: the one on its open descriptor tells all.
+            const bool ok = name.type == DT_REG ? file(src.get(), n, dst.get(), n, join(rel, n))
+                                                : entry(src.get(), n, dst.get(), n, join(rel, n));
+            if (!ok) return false;
+        }
         const timespec times[2] = {st.st_atim, st.st_mtim};
         if (fchmod(dst.get(), st.st_mode & 07777) != 0 || futimens(dst.get(), times) != 0) return fail(rel);
         return true;
     }
 
     bool file(int srcDir, const char* srcName, int dstDir, const char* dstName, const std::string& rel) {
-        Fd in(openat(srcDir, srcName, O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
+        // Non-blocking, so an item that became a pipe since the listing cannot hang the copy.
+        Fd in(openat(srcDir, srcName, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
         struct stat st;
         if (!in.valid() || fstat(in.get(), &st) != 0) return fail(rel);
+        if (!S_ISREG(st.st_mode)) {
+            errno = EAGAIN; // it changed between the listing and the open
+            return fail(rel);
+        }
         Fd out(openat(dstDir, dstName, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
         if (!out.valid()) return fail(rel);
         created(rel);
@@ -160,12 +174,13 @@ private:
             cloneUnsupported = true;
         }
         if (!rangeUnsupported) {
-            ssize_t n;
-            bool first = true;
-            while ((n = copy_file_range(in, nullptr, out, nullptr, size_t(1) << 30, 0)) > 0)
-                first = false;
-            if (n == 0) return true;
-            if (!first || (errno != EXDEV && errno != EINVAL && errno != ENOSYS && errno != EOPNOTSUPP))
+            // Stops at the size seen at open, sparing an extra call per file to find the end.
+            off_t copied = 0;
+            ssize_t n = 0;
+            while (copied < size && (n = copy_file_range(in, nullptr, out, nullptr, size_t(1) << 30, 0)) > 0)
+                copied += n;
+            if (copied >= size || n == 0) return true;
+            if (copied > 0 || (errno != EXDEV && errno != EINVAL && errno != ENOSYS && errno != EOPNOTSUPP))
                 return false;
             rangeUnsupported = true;
         }
@@ -198,10 +213,10 @@ bool removeAt(int dir, const char* name, int& code) {
     if (fstatat(dir, name, &st, AT_SYMLINK_NOFOLLOW) != 0) return code = errno, false;
     if (S_ISDIR(st.st_mode)) {
         Fd sub(openat(dir, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-        std::vector<std::string> names;
+        std::vector<Name> names;
         if (!sub.valid() || !readNames(sub.get(), names)) return code = errno, false;
-        for (const std::string& n : names)
-            if (!removeAt(sub.get(), n.c_str(), code)) return false;
+        for (const Name& n : names)
+            if (!removeAt(sub.get(), n.text.c_str(), code)) return false;
     }
     if (unlinkat(dir, name, S_ISDIR(st.st_mode) ? AT_REMOVEDIR : 0) != 0) return code = errno, false;
     return true;

@@ -10,6 +10,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <optional>
 
 namespace orvane {
 
@@ -98,7 +99,8 @@ TransferResult TransferEngine::run(const TransferJobs& jobs, bool moving,
     result.moving = moving;
     const TransferProgressSnapshot snapshot(jobs);
     {
-        const ProgressTicker ticker(snapshot, tick);
+        std::optional<ProgressTicker> ticker;
+        if (tick) ticker.emplace(snapshot, tick);
         for (const TransferJob& job : jobs) {
             QString error;
             const bool ok = moving ? FileTree::move(job.source, job.destination, error)

@@ -40,6 +40,7 @@ public:
     bool running() const { return active; }
 
     // The run's body, for callers that already are on a worker: blocks until every job has been tried.
+    // `tick` is called on a thread of its own; without one nothing is measured.
     static TransferResult run(const TransferJobs& jobs, bool moving, const std::function<void(double)>& tick);
 
 signals:

@@ -1,23 +1,23 @@
 #include "fileops/TransferProgressSnapshot.h"
 
-#include <QDirIterator>
 #include <QFile>
 #include <algorithm>
+#include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace orvane {
 
-namespace {
-bool lstatPath(const QString& path, struct stat& st) {
-    return lstat(QFile::encodeName(path).constData(), &st) == 0;
-}
-} // namespace
-
 TransferProgressSnapshot::TransferProgressSnapshot(const TransferJobs& jobs) {
     for (const TransferJob& job : jobs) {
-        add(job.source, job.destination);
+        const QByteArray source = QFile::encodeName(job.source);
         struct stat st;
-        if (lstatPath(job.source, st) && S_ISDIR(st.st_mode)) addTree(job.source, job.destination);
+        if (lstat(source.constData(), &st) != 0) continue; // unreadable now: it drops out of the weights
+        add(S_ISREG(st.st_mode), st.st_size, job.destination);
+        if (!S_ISDIR(st.st_mode)) continue;
+        const int folder = open(source.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+        if (folder >= 0) addTree(folder, job.destination);
     }
     qint64 weights = 0;
     for (const Item& item : list)
@@ -25,29 +25,40 @@ TransferProgressSnapshot::TransferProgressSnapshot(const TransferJobs& jobs) {
     sum = std::max<qint64>(1, weights);
 }
 
-void TransferProgressSnapshot::add(const QString& source, const QString& destination) {
-    struct stat st;
-    if (!lstatPath(source, st)) return; // unreadable now: it drops out of the weights
-    const bool regular = S_ISREG(st.st_mode);
-    list.push_back({destination, regular ? std::max<qint64>(1, st.st_size) : 1, regular});
+void TransferProgressSnapshot::add(bool regular, qint64 size, const QString& destination) {
+    list.push_back({destination, regular ? std::max<qint64>(1, size) : 1, regular});
+    native.push_back(QFile::encodeName(destination));
 }
 
-// The iterator does not enter linked folders, so a link is one item and its target is never weighed.
-void TransferProgressSnapshot::addTree(const QString& source, const QString& destination) {
-    QDirIterator it(source, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                    QDirIterator::Subdirectories);
-    const qsizetype prefix = source.size();
-    while (it.hasNext()) {
-        const QString path = it.next();
-        add(path, destination + path.mid(prefix));
+// Takes over `folder`. Links are never entered, so a link is one item and its target is never weighed.
+void TransferProgressSnapshot::addTree(int folder, const QString& destination) {
+    DIR* dir = fdopendir(folder);
+    if (!dir) {
+        close(folder);
+        return;
     }
+    while (dirent* d = readdir(dir)) {
+        const char* n = d->d_name;
+        struct stat st;
+        if ((n[0] == '.' && (n[1] == 0 || (n[1] == '.' && n[2] == 0))) ||
+            fstatat(dirfd(dir), n, &st, AT_SYMLINK_NOFOLLOW) != 0)
+            continue;
+        const QString path = destination + u'/' + QFile::decodeName(n);
+        add(S_ISREG(st.st_mode), st.st_size, path);
+        if (S_ISDIR(st.st_mode)) {
+            const int sub = openat(dirfd(dir), n, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+            if (sub >= 0) addTree(sub, path);
+        }
+    }
+    closedir(dir);
 }
 
 double TransferProgressSnapshot::fraction() const {
     qint64 done = 0;
-    for (const Item& item : list) {
+    for (size_t i = 0; i < list.size(); ++i) {
+        const Item& item = list[i];
         struct stat st;
-        if (!lstatPath(item.destination, st)) continue;
+        if (lstat(native[i].constData(), &st) != 0) continue;
         // Being there counts one unit, which is all an empty file weighs, so such a run moves item by item.
         done += item.regular ? std::clamp<qint64>(st.st_size, 1, item.weight) : item.weight;
     }

@@ -28,10 +28,11 @@ public:
     qint64 total() const { return sum; }
 
 private:
-    void add(const QString& source, const QString& destination);
-    void addTree(const QString& source, const QString& destination);
+    void add(bool regular, qint64 size, const QString& destination);
+    void addTree(int folder, const QString& destination);
 
     std::vector<Item> list;
+    std::vector<QByteArray> native; // the destinations as the system takes them, encoded once
     qint64 sum = 1;
 };
 
