@@ -10,7 +10,9 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <optional>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 using namespace orvane;
@@ -205,12 +207,26 @@ void TransferEngineTest::intoItselfRefusesWholeBatch() {
     QVERIFY(present(good) && !present(tree.path(target) + "/good.txt"));
 }
 
+// A socket cannot be copied by anyone, root included, so the batch always holds an item that fails.
+static QString makeSocket(const QString& path) {
+    const int fd = socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    const QByteArray native = QFile::encodeName(path);
+    qstrncpy(address.sun_path, native.constData(), sizeof address.sun_path);
+    const bool ok = bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+    close(fd);
+    return ok ? path : QString();
+}
+
 void TransferEngineTest::mixedSourcesOneReportOneUndo() {
     TempTree tree;
     const QString one = tree.file("src/one.txt", "1");
     const QString two = tree.file("src/two.txt", "2");
     const QString gone = tree.path("src/gone.txt");
-    QStringList sources{one, gone, two};
+    const QString socket = makeSocket(tree.path("src/sock"));
+    QVERIFY(!socket.isEmpty());
+    QStringList sources{one, gone, socket, two};
     const bool root = geteuid() == 0; // permissions do not stop root
     const QString locked = tree.file("src/locked.txt", "x");
     if (!root) {
@@ -220,8 +236,9 @@ void TransferEngineTest::mixedSourcesOneReportOneUndo() {
     const QString target = tree.folder("target");
     const TransferResult result = transfer(sources, false, target);
     QCOMPARE(result.finished.size(), size_t(2));
-    QCOMPARE(result.failures.size(), root ? 1 : 2);
+    QCOMPARE(result.failures.size(), root ? 2 : 3);
     QVERIFY(result.failures.at(0).startsWith("gone.txt: "));
+    QVERIFY(result.failures.at(1).startsWith("sock: "));
     QVERIFY(result.failures.at(0).size() > QString("gone.txt: ").size());
     QCOMPARE(TransferResult::failureTitle(), QString("Some items could not be transferred"));
     QCOMPARE(result.failureDetail().count('\n'), result.failures.size() - 1);
