@@ -11,6 +11,7 @@
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 #if defined(__linux__)
@@ -41,6 +42,19 @@ private:
 
 std::string join(const std::string& parent, const char* name) {
     return parent.empty() ? std::string(name) : parent + '/' + name;
+}
+
+// Access and modification times in the form utimensat and futimens take.
+struct Times {
+    timespec at[2];
+};
+
+Times timesOf(const struct stat& st) {
+#if defined(__APPLE__)
+    return {{st.st_atimespec, st.st_mtimespec}};
+#else
+    return {{st.st_atim, st.st_mtim}};
+#endif
 }
 
 struct Name {
@@ -106,8 +120,8 @@ private:
     }
 
     bool stamp(int dir, const char* name, const struct stat& st, const std::string& rel, int flags) {
-        const timespec times[2] = {st.st_atim, st.st_mtim};
-        if (utimensat(dir, name, times, flags) != 0) return fail(rel);
+        const Times times = timesOf(st);
+        if (utimensat(dir, name, times.at, flags) != 0) return fail(rel);
         return true;
     }
 
@@ -129,8 +143,9 @@ private:
                                                 : entry(src.get(), n, dst.get(), n, join(rel, n));
             if (!ok) return false;
         }
-        const timespec times[2] = {st.st_atim, st.st_mtim};
-        if (fchmod(dst.get(), st.st_mode & 07777) != 0 || futimens(dst.get(), times) != 0) return fail(rel);
+        const Times times = timesOf(st);
+        if (fchmod(dst.get(), st.st_mode & 07777) != 0 || futimens(dst.get(), times.at) != 0)
+            return fail(rel);
         return true;
     }
 
@@ -147,8 +162,9 @@ private:
         if (!out.valid()) return fail(rel);
         created(rel);
         if (!data(in.get(), out.get(), st.st_size)) return fail(rel);
-        const timespec times[2] = {st.st_atim, st.st_mtim};
-        if (fchmod(out.get(), st.st_mode & 07777) != 0 || futimens(out.get(), times) != 0) return fail(rel);
+        const Times times = timesOf(st);
+        if (fchmod(out.get(), st.st_mode & 07777) != 0 || futimens(out.get(), times.at) != 0)
+            return fail(rel);
         if (::close(out.release()) != 0) return fail(rel);
         return true;
     }
