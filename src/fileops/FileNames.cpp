@@ -1,0 +1,67 @@
+#include "fileops/FileNames.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <sys/stat.h>
+
+namespace orvane {
+
+namespace {
+
+bool exists(const QString& path) {
+    struct stat st;
+    return stat(QFile::encodeName(path).constData(), &st) == 0;
+}
+
+bool isFolder(const QString& path) {
+    struct stat st;
+    return stat(QFile::encodeName(path).constData(), &st) == 0 && S_ISDIR(st.st_mode);
+}
+
+// The extension as the system names it: after the last dot, but never for a name that starts with its
+// only dot or ends in one.
+QString extensionOf(const QString& name) {
+    const qsizetype dot = name.lastIndexOf(u'.');
+    if (dot <= 0 || dot == name.size() - 1) return {};
+    return name.mid(dot + 1);
+}
+
+QString copySuffix(int n) {
+    return n == 1 ? QStringLiteral(" - Copy") : QStringLiteral(" - Copy (%1)").arg(n);
+}
+
+} // namespace
+
+QString FileNames::destination(const QString& source, const QString& folder, const QSet<QString>& reserved) {
+    const auto free = [&reserved](const QString& path) { return !reserved.contains(path) && !exists(path); };
+    const QString name = QFileInfo(source).fileName();
+    const QString plain = folder + u'/' + name;
+    if (free(plain)) return plain;
+    const QString extension = isFolder(source) ? QString() : extensionOf(name);
+    const QString stem = extension.isEmpty() ? name : name.left(name.size() - extension.size() - 1);
+    const QString tail = extension.isEmpty() ? QString() : u'.' + extension;
+    for (int n = 1;; ++n) {
+        const QString candidate = folder + u'/' + stem + copySuffix(n) + tail;
+        if (free(candidate)) return candidate;
+    }
+}
+
+QString FileNames::newFolderName(const QString& folder) {
+    QString name = QStringLiteral("New Folder");
+    for (int n = 2; exists(folder + u'/' + name); ++n)
+        name = QStringLiteral("New Folder (%1)").arg(n);
+    return name;
+}
+
+bool FileNames::isValidName(const QString& name) {
+    if (name.isEmpty() || name == QLatin1String(".") || name == QLatin1String("..")) return false;
+    return !name.contains(u'/') && !name.contains(u':') && !name.contains(QChar(0));
+}
+
+TextRange filenameStemRange(const QString& name, bool directory) {
+    const qsizetype dot = name.lastIndexOf(u'.');
+    if (directory || dot <= 0) return {0, name.size()};
+    return {0, dot};
+}
+
+} // namespace orvane

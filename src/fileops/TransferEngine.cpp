@@ -1,0 +1,143 @@
+#include "fileops/TransferEngine.h"
+
+#include "fileops/FileNames.h"
+#include "fileops/FileTree.h"
+#include "fileops/TransferProgressSnapshot.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QSet>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <optional>
+
+namespace orvane {
+
+namespace {
+
+// Links resolved, so a folder reached through a link is still caught copying into itself.
+QString resolved(const QString& path) {
+    const QString real = QFileInfo(path).canonicalFilePath();
+    return real.isEmpty() ? QDir::cleanPath(QFileInfo(path).absoluteFilePath()) : real;
+}
+
+bool inside(const QString& target, const QString& source) {
+    if (target == source) return true;
+    const QString prefix = source.endsWith(u'/') ? source : source + u'/';
+    return target.startsWith(prefix);
+}
+
+// Reads the destinations on its own thread, at once and then every 250 ms, until stopped.
+class ProgressTicker {
+public:
+    ProgressTicker(const TransferProgressSnapshot& snapshot, const std::function<void(double)>& tick)
+        : thread([this, &snapshot, tick] { loop(snapshot, tick); }) {}
+    ~ProgressTicker() {
+        {
+            std::lock_guard lock(mutex);
+            stopping = true;
+        }
+        wake.notify_one();
+        thread.join(); // no measurement is still under way once this returns
+    }
+
+private:
+    // Measures at least once, even when the jobs end before this thread is first scheduled.
+    void loop(const TransferProgressSnapshot& snapshot, const std::function<void(double)>& tick) {
+        for (;;) {
+            tick(snapshot.fraction());
+            std::unique_lock lock(mutex);
+            if (wake.wait_for(lock, std::chrono::milliseconds(250), [this] { return stopping; })) return;
+        }
+    }
+
+    std::mutex mutex;
+    std::condition_variable wake;
+    bool stopping = false;
+    std::thread thread;
+};
+
+} // namespace
+
+TransferEngine::TransferEngine(QObject* parent) : QObject(parent) {
+    qRegisterMetaType<orvane::TransferResult>();
+}
+
+TransferEngine::~TransferEngine() {
+    if (worker.joinable()) worker.join();
+}
+
+TransferPlan TransferEngine::plan(const QStringList& sources, bool moving, const QString& target) {
+    TransferPlan plan;
+    const QString folder = QDir::cleanPath(target);
+    const QString realTarget = resolved(folder);
+    QSet<QString> taken;
+    for (const QString& given : sources) {
+        const QString source = QDir::cleanPath(given);
+        if (moving && QDir::cleanPath(QFileInfo(source).absolutePath()) == folder) continue;
+        if (inside(realTarget, resolved(source))) {
+            plan.jobs.clear();
+            plan.refusedSource = given;
+            return plan;
+        }
+        // Two sources of one name from different folders must not be given the same free place.
+        const QString destination = FileNames::destination(source, folder, taken);
+        taken.insert(destination);
+        plan.jobs.push_back({source, destination});
+    }
+    return plan;
+}
+
+QString TransferEngine::startText(bool moving) {
+    return moving ? QStringLiteral("Moving items…") : QStringLiteral("Copying items…");
+}
+
+TransferResult TransferEngine::run(const TransferJobs& jobs, bool moving,
+                                   const std::function<void(double)>& tick) {
+    TransferResult result;
+    result.moving = moving;
+    const TransferProgressSnapshot snapshot(jobs);
+    {
+        std::optional<ProgressTicker> ticker;
+        if (tick) ticker.emplace(snapshot, tick);
+        for (const TransferJob& job : jobs) {
+            QString error;
+            const bool ok = moving ? FileTree::move(job.source, job.destination, error)
+                                   : FileTree::copy(job.source, job.destination, error);
+            if (ok)
+                result.finished.push_back(job);
+            else
+                result.failures << QFileInfo(job.source).fileName() + QStringLiteral(": ") + error;
+        }
+    }
+    return result;
+}
+
+bool TransferEngine::start(TransferJobs jobs, bool moving) {
+    if (active || jobs.empty()) return false;
+    if (worker.joinable()) worker.join();
+    active = true;
+    worker = std::thread([this, jobs = std::move(jobs), moving] {
+        const auto tick = [this](double fraction) {
+            QMetaObject::invokeMethod(
+                this,
+                [this, fraction] {
+                    if (active) emit progress(fraction);
+                },
+                Qt::QueuedConnection);
+        };
+        const TransferResult result = run(jobs, moving, tick);
+        QMetaObject::invokeMethod(
+            this, [this, result] { deliver(result); }, Qt::QueuedConnection);
+    });
+    return true;
+}
+
+void TransferEngine::deliver(const TransferResult& result) {
+    worker.join();
+    active = false;
+    emit finished(result);
+}
+
+} // namespace orvane

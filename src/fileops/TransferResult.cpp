@@ -1,0 +1,54 @@
+#include "fileops/TransferResult.h"
+
+#include "fileops/FileTrash.h"
+#include "fileops/FileTree.h"
+
+#include <QFileInfo>
+#include <memory>
+
+namespace orvane {
+
+QString TransferResult::statusText() const {
+    return QStringLiteral("%1 items %2 · Ctrl+Z to undo")
+        .arg(finished.size())
+        .arg(moving ? QStringLiteral("moved") : QStringLiteral("copied"));
+}
+
+QStringList TransferResult::movedSources() const {
+    QStringList list;
+    if (moving)
+        for (const TransferJob& job : finished)
+            list << job.source;
+    return list;
+}
+
+namespace {
+bool undoJob(const TransferJob& job, bool moving, const PathMoved& onMoved, QString& error) {
+    QString text;
+    if (moving) {
+        if (!FileTree::move(job.destination, job.source, text)) {
+            error = QFileInfo(job.destination).fileName() + QStringLiteral(": ") + text;
+            return false;
+        }
+        if (onMoved) onMoved(job.destination, job.source);
+        return true;
+    }
+    QString trashed;
+    if (FileTrash::moveToTrash(job.destination, trashed, text)) return true;
+    error = QFileInfo(job.destination).fileName() + QStringLiteral(": ") + text;
+    return false;
+}
+} // namespace
+
+FileUndo TransferResult::undo(PathMoved onMoved) const {
+    if (finished.empty()) return {};
+    // Counts the jobs still to reverse, so a rerun after a failure starts where the last one stopped.
+    auto left = std::make_shared<size_t>(finished.size());
+    return [jobs = finished, moving = moving, onMoved = std::move(onMoved), left](QString& error) {
+        for (; *left > 0; --*left)
+            if (!undoJob(jobs[*left - 1], moving, onMoved, error)) return false;
+        return true;
+    };
+}
+
+} // namespace orvane

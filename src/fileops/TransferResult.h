@@ -1,0 +1,31 @@
+#pragma once
+
+#include "fileops/FileUndo.h"
+#include "fileops/TransferJob.h"
+
+#include <QMetaType>
+#include <QStringList>
+
+namespace orvane {
+
+// What a finished transfer run did: the jobs that arrived, in order, and one line per job that did not.
+struct TransferResult {
+    bool moving = false;
+    TransferJobs finished;
+    QStringList failures; // "<name>: <system text>"
+
+    static QString failureTitle() { return QStringLiteral("Some items could not be transferred"); }
+    QString failureDetail() const { return failures.join(u'\n'); }
+    // Unconditional, also for 0 items: "3 items copied · Ctrl+Z to undo".
+    QString statusText() const;
+    // Sources that have left their place, for the cut list and for pins to follow.
+    QStringList movedSources() const;
+
+    // Reverses only the finished jobs, last first: moves go back (and `onMoved` lets pins follow), copies
+    // go to the Trash and are never deleted outright. None when nothing finished.
+    FileUndo undo(PathMoved onMoved = {}) const;
+};
+
+} // namespace orvane
+
+Q_DECLARE_METATYPE(orvane::TransferResult)

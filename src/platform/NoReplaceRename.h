@@ -1,0 +1,10 @@
+#pragma once
+
+namespace orvane {
+
+// Renames `from` to `to` and fails with EEXIST when anything is at `to`, decided by the kernel in the
+// same call, so an item that appears between a check and the rename is never replaced.
+// Answers 0 or the errno value; EXDEV tells the caller to copy instead.
+int renameNoReplace(const char* from, const char* to);
+
+} // namespace orvane
