@@ -4,6 +4,7 @@
 #include "browsing/EntryText.h"
 #include "browsing/Explorer.h"
 #include "browsing/Preferences.h"
+#include "fileops/FileOpsSelfTest.h"
 
 #include <QDir>
 #include <QFile>
@@ -40,7 +41,7 @@ int SelfTest::run() {
     if (!check(QStringLiteral("fresh battery folder"), QDir().mkpath(root))) return 1;
     AppDelegate app;
     delegate = &app;
-    const bool ok = runBrowsingChecks();
+    const bool ok = runBrowsingChecks() && runFileOpsChecks(*this);
     app.windows.clear();
     if (!ok) return 1;
     out << "ALL TESTS PASSED — " << root << Qt::endl;
