@@ -1,0 +1,222 @@
+#include "BridgeServer.h"
+
+#include "ProgressThrottle.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <cerrno>
+#include <thread>
+#include <unistd.h>
+
+namespace orvane {
+
+namespace {
+QJsonObject failure(const std::string& text) {
+    return QJsonObject{{QStringLiteral("error"), QString::fromStdString(text)}};
+}
+
+QJsonObject outcome(const std::string& error) {
+    return error.empty() ? QJsonObject() : failure(error);
+}
+
+const std::string badRequest = "Bad request.";
+
+// Handles and storage numbers travel as decimal strings.
+bool number(const QString& text, uint32_t& out) {
+    if (text.isEmpty() || text.size() > 10) return false;
+    uint64_t value = 0;
+    for (QChar c : text) {
+        if (c < u'0' || c > u'9') return false;
+        value = value * 10 + uint64_t(c.unicode() - u'0');
+    }
+    if (value > 0xFFFFFFFFull) return false;
+    out = uint32_t(value);
+    return true;
+}
+
+std::string utf8(const QString& text) {
+    return text.toStdString();
+}
+
+bool parseRequest(const QByteArray& line, QStringList& args) {
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(line, &error);
+    if (error.error != QJsonParseError::NoError || !document.isArray()) return false;
+    for (const QJsonValue& value : document.array()) {
+        if (!value.isString()) return false;
+        args << value.toString();
+    }
+    return true;
+}
+
+// The word a fault plan names a request by.
+QString verbOf(const QStringList& args) {
+    if (args.isEmpty()) return QStringLiteral("storages");
+    uint32_t ignored;
+    return number(args[0], ignored) ? QStringLiteral("list") : args[0];
+}
+
+QJsonObject itemsReply(const std::string& error, const std::vector<PhoneObject>& objects) {
+    if (!error.empty()) return failure(error);
+    QJsonArray items;
+    for (const PhoneObject& o : objects) {
+        QJsonObject item{{QStringLiteral("id"), qint64(o.id)},
+                         {QStringLiteral("storage"), qint64(o.storage)},
+                         {QStringLiteral("name"), QString::fromStdString(o.name)},
+                         {QStringLiteral("folder"), o.folder},
+                         {QStringLiteral("size"), qint64(std::min<uint64_t>(o.size, INT64_MAX))}};
+        if (o.modified) item.insert(QStringLiteral("modified"), *o.modified);
+        items.append(item);
+    }
+    return QJsonObject{{QStringLiteral("items"), items}};
+}
+} // namespace
+
+BridgeServer::BridgeServer(PhoneBackend& phone, FaultPlan faults, int input, int output)
+    : phone(phone), faults(std::move(faults)), input(input), output(output) {}
+
+int BridgeServer::serve() {
+    QByteArray pending;
+    char chunk[65536];
+    for (;;) {
+        qsizetype end;
+        while ((end = pending.indexOf('\n')) < 0) {
+            const ssize_t n = ::read(input, chunk, sizeof chunk);
+            if (n < 0 && errno == EINTR) continue;
+            if (n <= 0) return 0;
+            pending.append(chunk, n);
+        }
+        const QByteArray line = pending.left(end);
+        pending.remove(0, end + 1);
+        if (!handleLine(line)) return broken ? 1 : 0;
+    }
+}
+
+bool BridgeServer::handleLine(const QByteArray& line) {
+    if (line.trimmed().isEmpty()) return true;
+    ++served;
+    if (faults.delayMs > 0) std::this_thread::sleep_for(std::chrono::milliseconds(faults.delayMs));
+    QStringList args;
+    const bool valid = parseRequest(line, args);
+    if (valid && !faults.hangOn.empty() && verbOf(args) == QString::fromStdString(faults.hangOn)) hang();
+    if (served == faults.cutAfterProgress) {
+        for (double fraction : {0.25, 0.5, 0.75})
+            writeProgress(fraction);
+        return false;
+    }
+    QJsonObject reply = valid ? answer(args) : failure(badRequest);
+    decorate(reply, line);
+    QByteArray text = QJsonDocument(reply).toJson(QJsonDocument::Compact);
+    if (served == faults.garble)
+        text = "{\"items\": [{\"id\": 7, \"name\": \"trunc";
+    else if (served == faults.emptyReply)
+        text.clear();
+    if (!writeLine(text)) return false;
+    return faults.exitAfter <= 0 || served < faults.exitAfter;
+}
+
+QJsonObject BridgeServer::answer(const QStringList& args) {
+    std::vector<PhoneObject> objects;
+    if (args.isEmpty()) return itemsReply(phone.storages(objects), objects);
+    uint32_t storage, parent;
+    if (args.size() == 2 && number(args[0], storage)) {
+        if (!number(args[1], parent)) return failure(badRequest);
+        return itemsReply(phone.list(storage, parent, objects), objects);
+    }
+    const QString& verb = args[0];
+    if (verb == QLatin1String("scan") && args.size() == 1) return outcome(phone.scan());
+    if (verb == QLatin1String("get") || verb == QLatin1String("put")) return transfer(args);
+    if (verb == QLatin1String("info") || verb == QLatin1String("thumb")) return inspect(args);
+    return edit(args);
+}
+
+QJsonObject BridgeServer::transfer(const QStringList& args) {
+    ProgressThrottle throttle([this](double fraction) { writeProgress(fraction); });
+    const TransferProgress progress = [this, &throttle](uint64_t done, uint64_t total) {
+        throttle.report(done, total);
+        return !broken;
+    };
+    uint32_t id, storage, parent;
+    std::string error = badRequest;
+    if (args[0] == QLatin1String("get") && args.size() == 3 && number(args[1], id))
+        error = phone.get(id, utf8(args[2]), progress);
+    else if (args[0] == QLatin1String("put") && args.size() == 4 && number(args[1], storage) &&
+             number(args[2], parent))
+        error = phone.put(storage, parent, utf8(args[3]), progress);
+    if (!error.empty()) return failure(error);
+    throttle.finish();
+    return {};
+}
+
+QJsonObject BridgeServer::edit(const QStringList& args) {
+    const QString& verb = args[0];
+    uint32_t id, storage, parent;
+    if (verb == QLatin1String("mkdir") && args.size() == 4 && number(args[1], storage) &&
+        number(args[2], parent)) {
+        uint32_t created = 0;
+        const std::string error = phone.makeFolder(storage, parent, utf8(args[3]), created);
+        return error.empty() ? QJsonObject{{QStringLiteral("id"), qint64(created)}} : failure(error);
+    }
+    if (verb == QLatin1String("delete") && args.size() == 2 && number(args[1], id))
+        return outcome(phone.remove(id));
+    if (verb == QLatin1String("rename") && args.size() == 3 && number(args[1], id))
+        return outcome(phone.rename(id, utf8(args[2])));
+    if (verb == QLatin1String("move") && args.size() == 4 && number(args[1], id) &&
+        number(args[2], storage) && number(args[3], parent))
+        return outcome(phone.move(id, storage, parent));
+    return failure(badRequest);
+}
+
+QJsonObject BridgeServer::inspect(const QStringList& args) {
+    uint32_t id;
+    if (args.size() == 3 && args[0] == QLatin1String("thumb") && number(args[1], id))
+        return outcome(phone.thumbnail(id, utf8(args[2])));
+    if (args.size() != 2 || args[0] != QLatin1String("info") || !number(args[1], id))
+        return failure(badRequest);
+    PhoneObjectInfo info;
+    const std::string error = phone.info(id, info);
+    if (!error.empty()) return failure(error);
+    QJsonObject reply;
+    if (info.width) reply.insert(QStringLiteral("width"), qint64(*info.width));
+    if (info.height) reply.insert(QStringLiteral("height"), qint64(*info.height));
+    if (info.created) reply.insert(QStringLiteral("created"), QString::fromStdString(*info.created));
+    return reply;
+}
+
+void BridgeServer::decorate(QJsonObject& reply, const QByteArray& line) const {
+    if (faults.extraKeys) {
+        reply.insert(QStringLiteral("bridge"), QJsonObject{{QStringLiteral("simulated"), true}});
+        reply.insert(QStringLiteral("sequence"), qint64(served));
+    }
+    if (faults.nullProgress) reply.insert(QStringLiteral("progress"), QJsonValue::Null);
+    if (faults.echo) reply.insert(QStringLiteral("name"), QString::fromUtf8(line));
+}
+
+bool BridgeServer::writeLine(const QByteArray& line) {
+    QByteArray data = line;
+    data.append('\n');
+    const char* p = data.constData();
+    qsizetype left = data.size();
+    while (left > 0) {
+        const ssize_t n = ::write(output, p, size_t(left));
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) {
+            broken = true;
+            return false;
+        }
+        p += n;
+        left -= n;
+    }
+    return true;
+}
+
+void BridgeServer::writeProgress(double fraction) {
+    writeLine("{\"progress\":" + QByteArray::number(fraction, 'g', 6) + '}');
+}
+
+void BridgeServer::hang() {
+    for (;;)
+        ::pause();
+}
+
+} // namespace orvane
