@@ -4,6 +4,7 @@
 #include "browsing/EntryText.h"
 #include "browsing/Explorer.h"
 #include "browsing/Preferences.h"
+#include "phone/PhoneParityBattery.h"
 
 #include <QDir>
 #include <QFile>
@@ -99,8 +100,7 @@ bool SelfTest::runBrowsingChecks() {
 }
 
 int runPhoneParityTest() {
-    QTextStream(stdout) << "Phone parity battery: not available" << Qt::endl;
-    return 1;
+    return PhoneParityBattery().run();
 }
 
 } // namespace orvane
