@@ -11,12 +11,12 @@
 namespace orvane {
 
 namespace {
-QJsonObject failure(const std::string& text) {
-    return QJsonObject{{QStringLiteral("error"), QString::fromStdString(text)}};
+ReplyLine failure(const std::string& text) {
+    return ReplyLine().add("error", text);
 }
 
-QJsonObject outcome(const std::string& error) {
-    return error.empty() ? QJsonObject() : failure(error);
+ReplyLine outcome(const std::string& error) {
+    return error.empty() ? ReplyLine() : failure(error);
 }
 
 const std::string badRequest = "Bad request.";
@@ -56,19 +56,19 @@ QString verbOf(const QStringList& args) {
     return number(args[0], ignored) ? QStringLiteral("list") : args[0];
 }
 
-QJsonObject itemsReply(const std::string& error, const std::vector<PhoneObject>& objects) {
+ReplyLine itemsReply(const std::string& error, const std::vector<PhoneObject>& objects) {
     if (!error.empty()) return failure(error);
-    QJsonArray items;
+    std::string items = "[";
     for (const PhoneObject& o : objects) {
-        QJsonObject item{{QStringLiteral("id"), qint64(o.id)},
-                         {QStringLiteral("storage"), qint64(o.storage)},
-                         {QStringLiteral("name"), QString::fromStdString(o.name)},
-                         {QStringLiteral("folder"), o.folder},
-                         {QStringLiteral("size"), qint64(std::min<uint64_t>(o.size, INT64_MAX))}};
-        if (o.modified) item.insert(QStringLiteral("modified"), *o.modified);
-        items.append(item);
+        ReplyLine item;
+        item.add("id", uint64_t(o.id)).add("storage", uint64_t(o.storage)).add("name", o.name);
+        item.add("folder", o.folder).add("size", o.size);
+        if (o.modified) item.add("modified", *o.modified);
+        if (items.size() > 1) items += ',';
+        items += item.text();
     }
-    return QJsonObject{{QStringLiteral("items"), items}};
+    items += ']';
+    return ReplyLine().addRaw("items", items);
 }
 } // namespace
 
@@ -104,9 +104,9 @@ bool BridgeServer::handleLine(const QByteArray& line) {
             writeProgress(fraction);
         return false;
     }
-    QJsonObject reply = valid ? answer(args) : failure(badRequest);
+    ReplyLine reply = valid ? answer(args) : failure(badRequest);
     decorate(reply, line);
-    QByteArray text = QJsonDocument(reply).toJson(QJsonDocument::Compact);
+    std::string text = reply.text();
     if (served == faults.garble)
         text = "{\"items\": [{\"id\": 7, \"name\": \"trunc";
     else if (served == faults.emptyReply)
@@ -115,7 +115,7 @@ bool BridgeServer::handleLine(const QByteArray& line) {
     return faults.exitAfter <= 0 || served < faults.exitAfter;
 }
 
-QJsonObject BridgeServer::answer(const QStringList& args) {
+ReplyLine BridgeServer::answer(const QStringList& args) {
     std::vector<PhoneObject> objects;
     if (args.isEmpty()) return itemsReply(phone.storages(objects), objects);
     uint32_t storage, parent;
@@ -130,7 +130,7 @@ QJsonObject BridgeServer::answer(const QStringList& args) {
     return edit(args);
 }
 
-QJsonObject BridgeServer::transfer(const QStringList& args) {
+ReplyLine BridgeServer::transfer(const QStringList& args) {
     ProgressThrottle throttle([this](double fraction) { writeProgress(fraction); });
     const TransferProgress progress = [this, &throttle](uint64_t done, uint64_t total) {
         throttle.report(done, total);
@@ -148,14 +148,14 @@ QJsonObject BridgeServer::transfer(const QStringList& args) {
     return {};
 }
 
-QJsonObject BridgeServer::edit(const QStringList& args) {
+ReplyLine BridgeServer::edit(const QStringList& args) {
     const QString& verb = args[0];
     uint32_t id, storage, parent;
     if (verb == QLatin1String("mkdir") && args.size() == 4 && number(args[1], storage) &&
         number(args[2], parent)) {
         uint32_t created = 0;
         const std::string error = phone.makeFolder(storage, parent, utf8(args[3]), created);
-        return error.empty() ? QJsonObject{{QStringLiteral("id"), qint64(created)}} : failure(error);
+        return error.empty() ? ReplyLine().add("id", uint64_t(created)) : failure(error);
     }
     if (verb == QLatin1String("delete") && args.size() == 2 && number(args[1], id))
         return outcome(phone.remove(id));
@@ -167,7 +167,7 @@ QJsonObject BridgeServer::edit(const QStringList& args) {
     return failure(badRequest);
 }
 
-QJsonObject BridgeServer::inspect(const QStringList& args) {
+ReplyLine BridgeServer::inspect(const QStringList& args) {
     uint32_t id;
     if (args.size() == 3 && args[0] == QLatin1String("thumb") && number(args[1], id))
         return outcome(phone.thumbnail(id, utf8(args[2])));
@@ -176,42 +176,40 @@ QJsonObject BridgeServer::inspect(const QStringList& args) {
     PhoneObjectInfo info;
     const std::string error = phone.info(id, info);
     if (!error.empty()) return failure(error);
-    QJsonObject reply;
-    if (info.width) reply.insert(QStringLiteral("width"), qint64(*info.width));
-    if (info.height) reply.insert(QStringLiteral("height"), qint64(*info.height));
-    if (info.created) reply.insert(QStringLiteral("created"), QString::fromStdString(*info.created));
+    ReplyLine reply;
+    if (info.width) reply.add("width", uint64_t(*info.width));
+    if (info.height) reply.add("height", uint64_t(*info.height));
+    if (info.created) reply.add("created", *info.created);
     return reply;
 }
 
-void BridgeServer::decorate(QJsonObject& reply, const QByteArray& line) const {
-    if (faults.extraKeys) {
-        reply.insert(QStringLiteral("bridge"), QJsonObject{{QStringLiteral("simulated"), true}});
-        reply.insert(QStringLiteral("sequence"), qint64(served));
-    }
-    if (faults.nullProgress) reply.insert(QStringLiteral("progress"), QJsonValue::Null);
-    if (faults.echo) reply.insert(QStringLiteral("name"), QString::fromUtf8(line));
+void BridgeServer::decorate(ReplyLine& reply, const QByteArray& line) const {
+    if (faults.extraKeys)
+        reply.addRaw("bridge", R"({"simulated":true,"answers":[1,"two",null]})")
+            .add("sequence", uint64_t(served));
+    if (faults.nullProgress) reply.addNull("progress");
+    if (faults.echo) reply.add("name", std::string_view(line.constData(), size_t(line.size())));
 }
 
-bool BridgeServer::writeLine(const QByteArray& line) {
-    QByteArray data = line;
-    data.append('\n');
-    const char* p = data.constData();
-    qsizetype left = data.size();
+bool BridgeServer::writeLine(std::string line) {
+    line += '\n';
+    const char* p = line.data();
+    size_t left = line.size();
     while (left > 0) {
-        const ssize_t n = ::write(output, p, size_t(left));
+        const ssize_t n = ::write(output, p, left);
         if (n < 0 && errno == EINTR) continue;
         if (n <= 0) {
             broken = true;
             return false;
         }
         p += n;
-        left -= n;
+        left -= size_t(n);
     }
     return true;
 }
 
 void BridgeServer::writeProgress(double fraction) {
-    writeLine("{\"progress\":" + QByteArray::number(fraction, 'g', 6) + '}');
+    writeLine(ReplyLine().add("progress", fraction).text());
 }
 
 void BridgeServer::hang() {

@@ -3,8 +3,9 @@
 #include "FaultPlan.h"
 #include "PhoneBackend.h"
 
+#include "ReplyLine.h"
+
 #include <QByteArray>
-#include <QJsonObject>
 #include <QStringList>
 
 namespace orvane {
@@ -19,12 +20,12 @@ public:
 
 private:
     bool handleLine(const QByteArray& line);
-    QJsonObject answer(const QStringList& args);
-    QJsonObject transfer(const QStringList& args);
-    QJsonObject edit(const QStringList& args);
-    QJsonObject inspect(const QStringList& args);
-    void decorate(QJsonObject& reply, const QByteArray& line) const;
-    bool writeLine(const QByteArray& line);
+    ReplyLine answer(const QStringList& args);
+    ReplyLine transfer(const QStringList& args);
+    ReplyLine edit(const QStringList& args);
+    ReplyLine inspect(const QStringList& args);
+    void decorate(ReplyLine& reply, const QByteArray& line) const;
+    bool writeLine(std::string line);
     void writeProgress(double fraction);
     [[noreturn]] static void hang();
 
