@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QStandardPaths>
+#include <fcntl.h>
 
 using namespace orvane;
 using namespace orvane::test;
@@ -65,6 +66,20 @@ private slots:
         const Outcome empty = call({storage, QString::number(listed(QStringLiteral("Empty")).id)});
         QVERIFY(!empty.reply.error);
         QVERIFY(empty.reply.items && empty.reply.items->isEmpty());
+    }
+
+    // A name that isn't UTF-8 must not turn the whole listing into a transport failure.
+    void oddlyEncodedNamesStillList() {
+        const QByteArray raw = QFile::encodeName(internal()) + "bad\xff name.txt";
+        QFile odd;
+        QVERIFY(odd.open(::open(raw.constData(), O_WRONLY | O_CREAT | O_EXCL, 0644), QIODevice::WriteOnly,
+                         QFileDevice::AutoCloseHandle));
+        odd.close();
+        phone->file(QStringLiteral("Internal storage/fine.txt"), "ok");
+        const Outcome outcome = call({storage, root});
+        QVERIFY(!outcome.reply.error);
+        QCOMPARE(outcome.reply.items->size(), 2);
+        QVERIFY(findNamed(outcome.reply, QStringLiteral("bad\uFFFD name.txt")));
     }
 
     void sizesBeyondFourGigabytesAreExact() {
