@@ -67,6 +67,14 @@ bool validName(const std::string& name) {
            name.find('\0') == std::string::npos;
 }
 
+const struct timespec& modifiedTime(const struct stat& status) {
+#ifdef __APPLE__
+    return status.st_mtimespec;
+#else
+    return status.st_mtim;
+#endif
+}
+
 double seconds(const struct timespec& t) {
     return double(t.tv_sec) + double(t.tv_nsec) / 1e9;
 }
@@ -203,7 +211,7 @@ std::string SimulatedPhone::list(uint32_t storageId, uint32_t parent, std::vecto
         const bool isFolder = S_ISDIR(status.st_mode);
         const uint32_t id = handles.handleFor(storageId, join(where.path, e->d_name));
         out.push_back({id, storageId, e->d_name, isFolder, isFolder ? 0 : uint64_t(status.st_size),
-                       seconds(status.st_mtim)});
+                       seconds(modifiedTime(status))});
     }
     return {};
 }
@@ -297,7 +305,7 @@ std::string SimulatedPhone::info(uint32_t id, PhoneObjectInfo& out) {
         out.width = width;
         out.height = height;
     }
-    out.created = phoneText(what.status.st_mtim.tv_sec);
+    out.created = phoneText(modifiedTime(what.status).tv_sec);
     return {};
 }
 

@@ -160,13 +160,13 @@ QString PhoneBridge::unavailableText() {
     return QStringLiteral("Android connection unavailable. Click Refresh to reconnect.");
 }
 
+// Inside an application bundle the helper lives in Contents/Helpers; a plain build keeps it beside
+// the executable, where the tests find it too.
 QString PhoneBridge::defaultExecutable() {
     const QString folder = QCoreApplication::applicationDirPath();
-#ifdef __APPLE__
-    return folder + QStringLiteral("/../Helpers/mtp-bridge");
-#else
+    if (folder.endsWith(QLatin1String(".app/Contents/MacOS")))
+        return folder + QStringLiteral("/../Helpers/mtp-bridge");
     return folder + QStringLiteral("/mtp-bridge");
-#endif
 }
 
 void PhoneBridge::setExecutable(const QString& path) {

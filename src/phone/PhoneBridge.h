@@ -22,7 +22,7 @@ public:
     static void run(const QStringList& args, Progress progress, Done done);
 
     static QString unavailableText();
-    // Beside the application: the bundle's Contents/Helpers on macOS, the executable's folder elsewhere.
+    // Beside the application: the bundle's Contents/Helpers, or the executable's own folder.
     static QString defaultExecutable();
     // For tests and tools: which executable to start (empty restores the default), and the
     // limit of every request but "get" and "put". A changed executable is used from the next request.
