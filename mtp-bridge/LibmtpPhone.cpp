@@ -166,6 +166,13 @@ std::string LibmtpPhone::failure(const std::string& what) {
     return why.empty() ? what + "." : what + " (" + why + ").";
 }
 
+// An unknown handle is the phone's plain answer, unless the session broke while asking.
+std::string LibmtpPhone::missing() {
+    if (broken()) return failure("Cannot read this item");
+    LIBMTP_Clear_Errorstack(device);
+    return goneText;
+}
+
 // A locked phone shows no storage at all: that is not an empty phone.
 std::string LibmtpPhone::loadStorages() {
     if (LIBMTP_Get_Storage(device, LIBMTP_STORAGE_SORTBY_NOTSORTED) != 0 && broken())
@@ -218,8 +225,7 @@ std::string LibmtpPhone::get(uint32_t id, const std::string& path, const Transfe
             bool folder = false;
             uint32_t storage = 0;
             uint64_t size = 0;
-            if (!isFolder(id, folder, storage, size))
-                return device ? failure(goneText) : std::string(goneText);
+            if (!isFolder(id, folder, storage, size)) return missing();
             if (folder) return std::string("A folder can't be copied as one file.");
             const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
             if (fd < 0) return "Cannot create " + lastComponent(path) + ": " + std::strerror(errno) + ".";
@@ -280,8 +286,7 @@ std::string LibmtpPhone::remove(uint32_t id) {
             bool folder = false;
             uint32_t storage = 0;
             uint64_t size = 0;
-            if (!isFolder(id, folder, storage, size))
-                return device ? failure(goneText) : std::string(goneText);
+            if (!isFolder(id, folder, storage, size)) return missing();
             if (LIBMTP_Delete_Object(device, id) == 0) return std::string();
             if (!folder || broken()) return failure("Cannot delete this item on the phone");
             LIBMTP_Clear_Errorstack(device);
@@ -309,7 +314,7 @@ std::string LibmtpPhone::rename(uint32_t id, const std::string& name) {
     return session(
         [&] {
             LIBMTP_file_t* meta = id == rootHandle ? nullptr : LIBMTP_Get_Filemetadata(device, id);
-            if (!meta) return device ? failure(goneText) : std::string(goneText);
+            if (!meta) return missing();
             const int status = LIBMTP_Set_File_Name(device, meta, name.c_str());
             LIBMTP_destroy_file_t(meta);
             return status == 0 ? std::string() : failure("Cannot rename this item on the phone");
@@ -333,8 +338,7 @@ std::string LibmtpPhone::info(uint32_t id, PhoneObjectInfo& out) {
             bool folder = false;
             uint32_t storage = 0;
             uint64_t size = 0;
-            if (!isFolder(id, folder, storage, size))
-                return device ? failure(goneText) : std::string(goneText);
+            if (!isFolder(id, folder, storage, size)) return missing();
             const uint32_t width = LIBMTP_Get_u32_From_Object(device, id, LIBMTP_PROPERTY_Width, 0);
             const uint32_t height = LIBMTP_Get_u32_From_Object(device, id, LIBMTP_PROPERTY_Height, 0);
             char* created = LIBMTP_Get_String_From_Object(device, id, LIBMTP_PROPERTY_DateCreated);

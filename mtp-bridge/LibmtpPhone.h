@@ -41,6 +41,7 @@ private:
     bool broken() const;
     std::string reason() const;
     std::string failure(const std::string& what);
+    std::string missing();
     std::string removeTree(uint32_t storage, uint32_t id);
     bool isFolder(uint32_t id, bool& folder, uint32_t& storage, uint64_t& size);
 
