@@ -5,6 +5,7 @@
 #include "browsing/Explorer.h"
 #include "browsing/Preferences.h"
 #include "fileops/FileOpsSelfTest.h"
+#include "phone/PhoneParityBattery.h"
 
 #include <QDir>
 #include <QFile>
@@ -92,8 +93,7 @@ bool SelfTest::runBrowsingChecks() {
 }
 
 int runPhoneParityTest() {
-    QTextStream(stdout) << "Phone parity battery: not available" << Qt::endl;
-    return 1;
+    return PhoneParityBattery().run();
 }
 
 } // namespace orvane

@@ -1,0 +1,220 @@
+#include "BridgeServer.h"
+
+#include "ProgressThrottle.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <cerrno>
+#include <thread>
+#include <unistd.h>
+
+namespace orvane {
+
+namespace {
+ReplyLine failure(const std::string& text) {
+    return ReplyLine().add("error", text);
+}
+
+ReplyLine outcome(const std::string& error) {
+    return error.empty() ? ReplyLine() : failure(error);
+}
+
+const std::string badRequest = "Bad request.";
+
+// Handles and storage numbers travel as decimal strings.
+bool number(const QString& text, uint32_t& out) {
+    if (text.isEmpty() || text.size() > 10) return false;
+    uint64_t value = 0;
+    for (QChar c : text) {
+        if (c < u'0' || c > u'9') return false;
+        value = value * 10 + uint64_t(c.unicode() - u'0');
+    }
+    if (value > 0xFFFFFFFFull) return false;
+    out = uint32_t(value);
+    return true;
+}
+
+std::string utf8(const QString& text) {
+    return text.toStdString();
+}
+
+bool parseRequest(const QByteArray& line, QStringList& args) {
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(line, &error);
+    if (error.error != QJsonParseError::NoError || !document.isArray()) return false;
+    for (const QJsonValue& value : document.array()) {
+        if (!value.isString()) return false;
+        args << value.toString();
+    }
+    return true;
+}
+
+// The word a fault plan names a request by.
+QString verbOf(const QStringList& args) {
+    if (args.isEmpty()) return QStringLiteral("storages");
+    uint32_t ignored;
+    return number(args[0], ignored) ? QStringLiteral("list") : args[0];
+}
+
+ReplyLine itemsReply(const std::string& error, const std::vector<PhoneObject>& objects) {
+    if (!error.empty()) return failure(error);
+    std::string items = "[";
+    for (const PhoneObject& o : objects) {
+        ReplyLine item;
+        item.add("id", uint64_t(o.id)).add("storage", uint64_t(o.storage)).add("name", o.name);
+        item.add("folder", o.folder).add("size", o.size);
+        if (o.modified) item.add("modified", *o.modified);
+        if (items.size() > 1) items += ',';
+        items += item.text();
+    }
+    items += ']';
+    return ReplyLine().addRaw("items", items);
+}
+} // namespace
+
+BridgeServer::BridgeServer(PhoneBackend& phone, FaultPlan faults, int input, int output)
+    : phone(phone), faults(std::move(faults)), input(input), output(output) {}
+
+int BridgeServer::serve() {
+    QByteArray pending;
+    char chunk[65536];
+    for (;;) {
+        qsizetype end;
+        while ((end = pending.indexOf('\n')) < 0) {
+            const ssize_t n = ::read(input, chunk, sizeof chunk);
+            if (n < 0 && errno == EINTR) continue;
+            if (n <= 0) return 0;
+            pending.append(chunk, n);
+        }
+        const QByteArray line = pending.left(end);
+        pending.remove(0, end + 1);
+        if (!handleLine(line)) return broken ? 1 : 0;
+    }
+}
+
+bool BridgeServer::handleLine(const QByteArray& line) {
+    if (line.trimmed().isEmpty()) return true;
+    ++served;
+    if (faults.delayMs > 0) std::this_thread::sleep_for(std::chrono::milliseconds(faults.delayMs));
+    QStringList args;
+    const bool valid = parseRequest(line, args);
+    if (valid && !faults.hangOn.empty() && verbOf(args) == QString::fromStdString(faults.hangOn)) hang();
+    if (served == faults.cutAfterProgress) {
+        for (double fraction : {0.25, 0.5, 0.75})
+            writeProgress(fraction);
+        return false;
+    }
+    ReplyLine reply = valid ? answer(args) : failure(badRequest);
+    decorate(reply, line);
+    std::string text = reply.text();
+    if (served == faults.garble)
+        text = "{\"items\": [{\"id\": 7, \"name\": \"trunc";
+    else if (served == faults.emptyReply)
+        text.clear();
+    if (!writeLine(text)) return false;
+    return faults.exitAfter <= 0 || served < faults.exitAfter;
+}
+
+ReplyLine BridgeServer::answer(const QStringList& args) {
+    std::vector<PhoneObject> objects;
+    if (args.isEmpty()) return itemsReply(phone.storages(objects), objects);
+    uint32_t storage, parent;
+    if (args.size() == 2 && number(args[0], storage)) {
+        if (!number(args[1], parent)) return failure(badRequest);
+        return itemsReply(phone.list(storage, parent, objects), objects);
+    }
+    const QString& verb = args[0];
+    if (verb == QLatin1String("scan") && args.size() == 1) return outcome(phone.scan());
+    if (verb == QLatin1String("get") || verb == QLatin1String("put")) return transfer(args);
+    if (verb == QLatin1String("info") || verb == QLatin1String("thumb")) return inspect(args);
+    return edit(args);
+}
+
+ReplyLine BridgeServer::transfer(const QStringList& args) {
+    ProgressThrottle throttle([this](double fraction) { writeProgress(fraction); });
+    const TransferProgress progress = [this, &throttle](uint64_t done, uint64_t total) {
+        throttle.report(done, total);
+        return !broken;
+    };
+    uint32_t id, storage, parent;
+    std::string error = badRequest;
+    if (args[0] == QLatin1String("get") && args.size() == 3 && number(args[1], id))
+        error = phone.get(id, utf8(args[2]), progress);
+    else if (args[0] == QLatin1String("put") && args.size() == 4 && number(args[1], storage) &&
+             number(args[2], parent))
+        error = phone.put(storage, parent, utf8(args[3]), progress);
+    if (!error.empty()) return failure(error);
+    throttle.finish();
+    return {};
+}
+
+ReplyLine BridgeServer::edit(const QStringList& args) {
+    const QString& verb = args[0];
+    uint32_t id, storage, parent;
+    if (verb == QLatin1String("mkdir") && args.size() == 4 && number(args[1], storage) &&
+        number(args[2], parent)) {
+        uint32_t created = 0;
+        const std::string error = phone.makeFolder(storage, parent, utf8(args[3]), created);
+        return error.empty() ? ReplyLine().add("id", uint64_t(created)) : failure(error);
+    }
+    if (verb == QLatin1String("delete") && args.size() == 2 && number(args[1], id))
+        return outcome(phone.remove(id));
+    if (verb == QLatin1String("rename") && args.size() == 3 && number(args[1], id))
+        return outcome(phone.rename(id, utf8(args[2])));
+    if (verb == QLatin1String("move") && args.size() == 4 && number(args[1], id) &&
+        number(args[2], storage) && number(args[3], parent))
+        return outcome(phone.move(id, storage, parent));
+    return failure(badRequest);
+}
+
+ReplyLine BridgeServer::inspect(const QStringList& args) {
+    uint32_t id;
+    if (args.size() == 3 && args[0] == QLatin1String("thumb") && number(args[1], id))
+        return outcome(phone.thumbnail(id, utf8(args[2])));
+    if (args.size() != 2 || args[0] != QLatin1String("info") || !number(args[1], id))
+        return failure(badRequest);
+    PhoneObjectInfo info;
+    const std::string error = phone.info(id, info);
+    if (!error.empty()) return failure(error);
+    ReplyLine reply;
+    if (info.width) reply.add("width", uint64_t(*info.width));
+    if (info.height) reply.add("height", uint64_t(*info.height));
+    if (info.created) reply.add("created", *info.created);
+    return reply;
+}
+
+void BridgeServer::decorate(ReplyLine& reply, const QByteArray& line) const {
+    if (faults.extraKeys)
+        reply.addRaw("bridge", R"({"simulated":true,"answers":[1,"two",null]})")
+            .add("sequence", uint64_t(served));
+    if (faults.nullProgress) reply.addNull("progress");
+    if (faults.echo) reply.add("name", std::string_view(line.constData(), size_t(line.size())));
+}
+
+bool BridgeServer::writeLine(std::string line) {
+    line += '\n';
+    const char* p = line.data();
+    size_t left = line.size();
+    while (left > 0) {
+        const ssize_t n = ::write(output, p, left);
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) {
+            broken = true;
+            return false;
+        }
+        p += n;
+        left -= size_t(n);
+    }
+    return true;
+}
+
+void BridgeServer::writeProgress(double fraction) {
+    writeLine(ReplyLine().add("progress", fraction).text());
+}
+
+void BridgeServer::hang() {
+    for (;;)
+        ::pause();
+}
+
+} // namespace orvane

@@ -1,0 +1,322 @@
+#include "SimulatedPhone.h"
+
+#include "ImageSize.h"
+#include "StreamCopy.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <dirent.h>
+#include <fcntl.h>
+#include <ftw.h>
+#include <memory>
+#include <unistd.h>
+
+namespace orvane {
+
+namespace {
+constexpr uint32_t firstStorage = 0x00010001u;
+constexpr uint32_t storageStep = 0x00010000u;
+
+using Dir = std::unique_ptr<DIR, int (*)(DIR*)>;
+
+class Fd {
+public:
+    explicit Fd(int fd) : fd(fd) {}
+    ~Fd() {
+        if (fd >= 0) ::close(fd);
+    }
+    Fd(const Fd&) = delete;
+    Fd& operator=(const Fd&) = delete;
+    int get() const { return fd; }
+
+private:
+    int fd;
+};
+
+std::string notFound() {
+    return "This item is no longer on the phone. Click Refresh.";
+}
+
+std::string exists(const std::string& name) {
+    return "An item named \u201c" + name + "\u201d already exists here.";
+}
+
+std::string systemError(const std::string& what) {
+    return what + ": " + std::strerror(errno) + ".";
+}
+
+std::string join(const std::string& folder, const std::string& name) {
+    return folder.empty() ? name : folder + '/' + name;
+}
+
+std::string lastComponent(const std::string& path) {
+    const size_t slash = path.rfind('/');
+    return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+std::string parentOf(const std::string& path) {
+    const size_t slash = path.rfind('/');
+    return slash == std::string::npos ? std::string() : path.substr(0, slash);
+}
+
+bool validName(const std::string& name) {
+    return !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos &&
+           name.find('\0') == std::string::npos;
+}
+
+const struct timespec& modifiedTime(const struct stat& status) {
+#ifdef __APPLE__
+    return status.st_mtimespec;
+#else
+    return status.st_mtim;
+#endif
+}
+
+double seconds(const struct timespec& t) {
+    return double(t.tv_sec) + double(t.tv_nsec) / 1e9;
+}
+
+bool isJpeg(const std::string& name) {
+    std::string lower = name;
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](unsigned char c) { return char(std::tolower(c)); });
+    const auto endsWith = [&](const char* s) {
+        const size_t n = std::strlen(s);
+        return lower.size() >= n && lower.compare(lower.size() - n, n, s) == 0;
+    };
+    return endsWith(".jpg") || endsWith(".jpeg");
+}
+
+// The phone's own text form of a date, local time with a tenth of a second.
+std::string phoneText(time_t when) {
+    struct tm local {};
+    localtime_r(&when, &local);
+    char text[32];
+    std::strftime(text, sizeof text, "%Y%m%dT%H%M%S.0", &local);
+    return text;
+}
+
+int removeEntry(const char* path, const struct stat*, int, struct FTW*) {
+    return ::remove(path);
+}
+
+// Never replaces what is already at `to`.
+int renameNoReplace(const std::string& from, const std::string& to) {
+#if defined(__APPLE__)
+    return ::renamex_np(from.c_str(), to.c_str(), RENAME_EXCL);
+#else
+    return ::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE);
+#endif
+}
+
+// Copies one open file into a new file at `to`, which must not exist; a partial copy is removed.
+std::string copyInto(int from, uint64_t size, const std::string& to, const std::string& shownName,
+                     const TransferProgress& progress) {
+    Fd target(::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644));
+    if (target.get() < 0)
+        return errno == EEXIST ? exists(shownName) : systemError("Cannot create " + shownName);
+    const std::string error = copyStream(from, target.get(), size, progress);
+    if (!error.empty()) ::unlink(to.c_str());
+    return error;
+}
+} // namespace
+
+SimulatedPhone::SimulatedPhone(std::string root) : root(std::move(root)) {
+    while (this->root.size() > 1 && this->root.back() == '/')
+        this->root.pop_back();
+}
+
+// Storages keep their numbers for the life of the process, even when folders come and go.
+std::string SimulatedPhone::refreshStorages() {
+    Dir dir(::opendir(root.c_str()), &::closedir);
+    if (!dir) return noPhoneText;
+    std::vector<std::string> names;
+    while (const dirent* e = ::readdir(dir.get())) {
+        struct stat status;
+        if (e->d_name[0] != '.' && ::fstatat(dirfd(dir.get()), e->d_name, &status, 0) == 0 &&
+            S_ISDIR(status.st_mode))
+            names.emplace_back(e->d_name);
+    }
+    std::sort(names.begin(), names.end());
+    for (const std::string& name : names)
+        if (std::none_of(known.begin(), known.end(), [&](const Storage& s) { return s.label == name; }))
+            known.push_back({firstStorage + uint32_t(known.size()) * storageStep, name});
+    return names.empty() ? lockedText : std::string();
+}
+
+const SimulatedPhone::Storage* SimulatedPhone::storage(uint32_t id) const {
+    for (const Storage& s : known)
+        if (s.id == id) return &s;
+    return nullptr;
+}
+
+std::string SimulatedPhone::storages(std::vector<PhoneObject>& out) {
+    if (std::string error = refreshStorages(); !error.empty()) return error;
+    for (const Storage& s : known) {
+        struct stat status;
+        if (::stat((root + '/' + s.label).c_str(), &status) == 0 && S_ISDIR(status.st_mode))
+            out.push_back({rootHandle, s.id, s.label, true, 0, {}});
+    }
+    return {};
+}
+
+std::string SimulatedPhone::scan() {
+    return refreshStorages();
+}
+
+std::string SimulatedPhone::folder(uint32_t storageId, uint32_t parent, Located& out) {
+    if (known.empty()) refreshStorages();
+    const Storage* s = storage(storageId);
+    if (!s) return "The phone has no storage " + std::to_string(storageId) + ".";
+    if (parent != rootHandle) {
+        const HandleTable::Place* place = handles.find(parent);
+        if (!place || place->storage != storageId) return notFound();
+        out.path = place->path;
+    }
+    out.storage = storageId;
+    out.absolute = root + '/' + s->label + (out.path.empty() ? "" : '/' + out.path);
+    if (::stat(out.absolute.c_str(), &out.status) != 0) {
+        if (!out.path.empty()) handles.forget(storageId, out.path);
+        return notFound();
+    }
+    return S_ISDIR(out.status.st_mode) ? std::string() : "This item is not a folder.";
+}
+
+std::string SimulatedPhone::object(uint32_t id, Located& out) {
+    const HandleTable::Place* place = id == rootHandle ? nullptr : handles.find(id);
+    const Storage* s = place ? storage(place->storage) : nullptr;
+    if (!s) return notFound();
+    out.storage = place->storage;
+    out.path = place->path;
+    out.absolute = root + '/' + s->label + '/' + out.path;
+    if (::lstat(out.absolute.c_str(), &out.status) != 0) {
+        handles.forget(out.storage, out.path);
+        return notFound();
+    }
+    return {};
+}
+
+std::string SimulatedPhone::list(uint32_t storageId, uint32_t parent, std::vector<PhoneObject>& out) {
+    Located where;
+    if (std::string error = folder(storageId, parent, where); !error.empty()) return error;
+    Dir dir(::opendir(where.absolute.c_str()), &::closedir);
+    if (!dir) return systemError("Cannot read this folder");
+    while (const dirent* e = ::readdir(dir.get())) {
+        if (std::strcmp(e->d_name, ".") == 0 || std::strcmp(e->d_name, "..") == 0) continue;
+        struct stat status;
+        if (::fstatat(dirfd(dir.get()), e->d_name, &status, 0) != 0) continue;
+        const bool isFolder = S_ISDIR(status.st_mode);
+        const uint32_t id = handles.handleFor(storageId, join(where.path, e->d_name));
+        out.push_back({id, storageId, e->d_name, isFolder, isFolder ? 0 : uint64_t(status.st_size),
+                       seconds(modifiedTime(status))});
+    }
+    return {};
+}
+
+std::string SimulatedPhone::get(uint32_t id, const std::string& path, const TransferProgress& progress) {
+    Located source;
+    if (std::string error = object(id, source); !error.empty()) return error;
+    if (S_ISDIR(source.status.st_mode)) return "A folder can't be copied as one file.";
+    Fd from(::open(source.absolute.c_str(), O_RDONLY | O_CLOEXEC));
+    if (from.get() < 0) return systemError("Cannot read " + lastComponent(source.path));
+    return copyInto(from.get(), uint64_t(source.status.st_size), path, lastComponent(path), progress);
+}
+
+std::string SimulatedPhone::put(uint32_t storageId, uint32_t parent, const std::string& path,
+                                const TransferProgress& progress) {
+    const std::string name = lastComponent(path);
+    if (!validName(name)) return "Not a file to send: " + path;
+    Located target;
+    if (std::string error = folder(storageId, parent, target); !error.empty()) return error;
+    Fd from(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    struct stat status;
+    if (from.get() < 0 || ::fstat(from.get(), &status) != 0) return systemError("Cannot read " + name);
+    if (!S_ISREG(status.st_mode)) return "Only files can be sent: " + name;
+    const std::string error =
+        copyInto(from.get(), uint64_t(status.st_size), target.absolute + '/' + name, name, progress);
+    if (error.empty()) handles.handleFor(storageId, join(target.path, name));
+    return error;
+}
+
+std::string SimulatedPhone::makeFolder(uint32_t storageId, uint32_t parent, const std::string& name,
+                                       uint32_t& id) {
+    if (!validName(name)) return "\u201c" + name + "\u201d is not a valid folder name.";
+    Located target;
+    if (std::string error = folder(storageId, parent, target); !error.empty()) return error;
+    if (::mkdir((target.absolute + '/' + name).c_str(), 0755) != 0)
+        return errno == EEXIST ? exists(name) : systemError("Cannot create " + name);
+    id = handles.handleFor(storageId, join(target.path, name));
+    return {};
+}
+
+std::string SimulatedPhone::remove(uint32_t id) {
+    if (id == rootHandle) return "A storage can't be deleted.";
+    Located what;
+    if (std::string error = object(id, what); !error.empty()) return error;
+    const int status = S_ISDIR(what.status.st_mode)
+                           ? ::nftw(what.absolute.c_str(), removeEntry, 32, FTW_DEPTH | FTW_PHYS)
+                           : ::unlink(what.absolute.c_str());
+    if (status != 0) return systemError("Cannot delete " + lastComponent(what.path));
+    handles.forget(what.storage, what.path);
+    return {};
+}
+
+std::string SimulatedPhone::relocate(const Located& from, uint32_t storageId, const std::string& path) {
+    const std::string name = lastComponent(path);
+    const std::string to = root + '/' + storage(storageId)->label + '/' + path;
+    if (renameNoReplace(from.absolute, to) != 0) {
+        if (errno == EEXIST) return exists(name);
+        return errno == EXDEV ? "This item can't be moved to that storage."
+                              : systemError("Cannot move " + name);
+    }
+    handles.relocate(from.storage, from.path, storageId, path);
+    return {};
+}
+
+std::string SimulatedPhone::rename(uint32_t id, const std::string& name) {
+    if (!validName(name)) return "\u201c" + name + "\u201d is not a valid name.";
+    if (id == rootHandle) return "A storage can't be renamed.";
+    Located what;
+    if (std::string error = object(id, what); !error.empty()) return error;
+    const std::string path = join(parentOf(what.path), name);
+    return path == what.path ? std::string() : relocate(what, what.storage, path);
+}
+
+std::string SimulatedPhone::move(uint32_t id, uint32_t storageId, uint32_t parent) {
+    Located what, target;
+    if (std::string error = object(id, what); !error.empty()) return error;
+    if (std::string error = folder(storageId, parent, target); !error.empty()) return error;
+    const bool inside =
+        target.path == what.path || target.path.compare(0, what.path.size() + 1, what.path + '/') == 0;
+    if (storageId == what.storage && inside) return "A folder can't be moved into itself.";
+    const std::string path = join(target.path, lastComponent(what.path));
+    if (storageId == what.storage && path == what.path) return {};
+    return relocate(what, storageId, path);
+}
+
+std::string SimulatedPhone::info(uint32_t id, PhoneObjectInfo& out) {
+    Located what;
+    if (std::string error = object(id, what); !error.empty()) return error;
+    uint32_t width = 0, height = 0;
+    if (S_ISREG(what.status.st_mode) && readImageSize(what.absolute, width, height)) {
+        out.width = width;
+        out.height = height;
+    }
+    out.created = phoneText(modifiedTime(what.status).tv_sec);
+    return {};
+}
+
+// The simulated phone keeps thumbnails of its photos only, and a photo is its own thumbnail.
+std::string SimulatedPhone::thumbnail(uint32_t id, const std::string& path) {
+    Located what;
+    if (std::string error = object(id, what); !error.empty()) return error;
+    if (!S_ISREG(what.status.st_mode) || !isJpeg(what.path)) return noThumbnailText;
+    Fd from(::open(what.absolute.c_str(), O_RDONLY | O_CLOEXEC));
+    if (from.get() < 0) return systemError("Cannot read " + lastComponent(what.path));
+    return copyInto(from.get(), uint64_t(what.status.st_size), path, lastComponent(path), nullptr);
+}
+
+} // namespace orvane

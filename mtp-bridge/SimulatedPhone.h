@@ -1,0 +1,55 @@
+#pragma once
+
+#include "HandleTable.h"
+#include "PhoneBackend.h"
+
+#include <sys/stat.h>
+#include <vector>
+
+namespace orvane {
+
+// A phone made of a local folder: each subfolder is one storage, labelled by its name and numbered
+// 65537, 131073, ... in name order. It answers exactly as a real phone's back end does, so the
+// client and the batteries run without hardware. No subfolder at all reads as a locked phone.
+class SimulatedPhone : public PhoneBackend {
+public:
+    explicit SimulatedPhone(std::string root);
+
+    std::string storages(std::vector<PhoneObject>& out) override;
+    std::string list(uint32_t storage, uint32_t parent, std::vector<PhoneObject>& out) override;
+    std::string scan() override;
+    std::string get(uint32_t id, const std::string& path, const TransferProgress& progress) override;
+    std::string put(uint32_t storage, uint32_t parent, const std::string& path,
+                    const TransferProgress& progress) override;
+    std::string makeFolder(uint32_t storage, uint32_t parent, const std::string& name, uint32_t& id) override;
+    std::string remove(uint32_t id) override;
+    std::string rename(uint32_t id, const std::string& name) override;
+    std::string move(uint32_t id, uint32_t storage, uint32_t parent) override;
+    std::string info(uint32_t id, PhoneObjectInfo& out) override;
+    std::string thumbnail(uint32_t id, const std::string& path) override;
+
+private:
+    struct Storage {
+        uint32_t id;
+        std::string label;
+    };
+    // Where an object or folder lives: storage, path below the storage folder, and the full path.
+    struct Located {
+        uint32_t storage = 0;
+        std::string path;
+        std::string absolute;
+        struct stat status {};
+    };
+
+    std::string refreshStorages();
+    const Storage* storage(uint32_t id) const;
+    std::string folder(uint32_t storage, uint32_t parent, Located& out);
+    std::string object(uint32_t id, Located& out);
+    std::string relocate(const Located& from, uint32_t storage, const std::string& path);
+
+    std::string root;
+    std::vector<Storage> known; // every storage ever seen, in order of its number
+    HandleTable handles;
+};
+
+} // namespace orvane

@@ -1,0 +1,180 @@
+#include "phone/PhoneBridge.h"
+
+#include "phone/BridgeProcess.h"
+
+#include <QCoreApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <pthread.h>
+#include <thread>
+
+namespace orvane {
+
+namespace {
+struct Request {
+    QStringList args;
+    PhoneBridge::Progress progress;
+    PhoneBridge::Done done;
+    QString executable;
+    std::chrono::milliseconds limit{0};
+    bool restart = false;
+};
+
+void onMainThread(std::function<void()> call) {
+    if (QCoreApplication* app = QCoreApplication::instance())
+        QMetaObject::invokeMethod(app, std::move(call), Qt::QueuedConnection);
+}
+
+// The serial queue and the bridge it owns. Only the worker thread touches `process`.
+class BridgeQueue {
+public:
+    void submit(Request request);
+    void setExecutable(const QString& path);
+    void setLimit(std::chrono::milliseconds value);
+
+private:
+    void work();
+    PhoneReply serve(const Request& request);
+    bool exchange(const Request& request, PhoneReply& reply);
+
+    std::mutex mutex;
+    std::condition_variable wake;
+    std::deque<Request> pending;
+    QString executable;
+    std::chrono::milliseconds limit{60000};
+    bool started = false;
+
+    std::unique_ptr<BridgeProcess> process;
+    QString launchedFrom;
+};
+
+// Lives as long as the process: the worker may still be blocked in a read when statics go away.
+BridgeQueue& bridgeQueue() {
+    static BridgeQueue* queue = new BridgeQueue;
+    return *queue;
+}
+
+// Settings are taken on the caller's thread, as they stand at the call.
+void BridgeQueue::submit(Request request) {
+    std::lock_guard lock(mutex);
+    request.executable = executable.isEmpty() ? PhoneBridge::defaultExecutable() : executable;
+    request.limit = limit;
+    pending.push_back(std::move(request));
+    if (!started) {
+        started = true;
+        std::thread([this] { work(); }).detach();
+    }
+    wake.notify_one();
+}
+
+void BridgeQueue::setExecutable(const QString& path) {
+    std::lock_guard lock(mutex);
+    executable = path;
+}
+
+void BridgeQueue::setLimit(std::chrono::milliseconds value) {
+    std::lock_guard lock(mutex);
+    limit = value;
+}
+
+void BridgeQueue::work() {
+#ifdef __APPLE__
+    pthread_setname_np("Belcove.MTP");
+#else
+    pthread_setname_np(pthread_self(), "Belcove.MTP");
+#endif
+    for (;;) {
+        Request request;
+        {
+            std::unique_lock lock(mutex);
+            wake.wait(lock, [this] { return !pending.empty(); });
+            request = std::move(pending.front());
+            pending.pop_front();
+        }
+        if (request.restart) {
+            process.reset();
+            continue;
+        }
+        PhoneReply reply = serve(request);
+        onMainThread([done = std::move(request.done), reply = std::move(reply)] {
+            if (done) done(reply);
+        });
+    }
+}
+
+// A bridge that ended by itself between two requests is replaced silently.
+PhoneReply BridgeQueue::serve(const Request& request) {
+    if (!process || !process->running() || launchedFrom != request.executable) {
+        process.reset();
+        process = BridgeProcess::launch(request.executable);
+        launchedFrom = request.executable;
+    }
+    PhoneReply reply = PhoneReply::failure(PhoneBridge::unavailableText());
+    if (process && !exchange(request, reply)) process.reset(); // terminates the child
+    return reply;
+}
+
+// The watchdog is one limit for the whole request; transfers run as long as they take.
+bool BridgeQueue::exchange(const Request& request, PhoneReply& reply) {
+    const QString verb = request.args.value(0);
+    BridgeProcess::Deadline deadline;
+    if (verb != QLatin1String("get") && verb != QLatin1String("put"))
+        deadline = std::chrono::steady_clock::now() + request.limit;
+    QByteArray line = QJsonDocument(QJsonArray::fromStringList(request.args)).toJson(QJsonDocument::Compact);
+    line.append('\n');
+    if (!process->write(line)) return false;
+    for (;;) {
+        QByteArray text;
+        if (!process->readLine(text, deadline)) return false;
+        std::optional<PhoneReply> decoded = PhoneReply::decode(text);
+        if (!decoded) return false;
+        if (!decoded->progress) {
+            reply = std::move(*decoded);
+            return true;
+        }
+        if (request.progress)
+            onMainThread(
+                [progress = request.progress, fraction = *decoded->progress] { progress(fraction); });
+    }
+}
+} // namespace
+
+void PhoneBridge::run(const QStringList& args, Progress progress, Done done) {
+    Request request;
+    request.args = args;
+    request.progress = std::move(progress);
+    request.done = std::move(done);
+    bridgeQueue().submit(std::move(request));
+}
+
+void PhoneBridge::restart() {
+    Request request;
+    request.restart = true;
+    bridgeQueue().submit(std::move(request));
+}
+
+QString PhoneBridge::unavailableText() {
+    return QStringLiteral("Android connection unavailable. Click Refresh to reconnect.");
+}
+
+// Inside an application bundle the helper lives in Contents/Helpers; a plain build keeps it beside
+// the executable, where the tests find it too.
+QString PhoneBridge::defaultExecutable() {
+    const QString folder = QCoreApplication::applicationDirPath();
+    if (folder.endsWith(QLatin1String(".app/Contents/MacOS")))
+        return folder + QStringLiteral("/../Helpers/mtp-bridge");
+    return folder + QStringLiteral("/mtp-bridge");
+}
+
+void PhoneBridge::setExecutable(const QString& path) {
+    bridgeQueue().setExecutable(path);
+}
+
+void PhoneBridge::setWatchdogLimit(std::chrono::milliseconds limit) {
+    bridgeQueue().setLimit(limit);
+}
+
+} // namespace orvane

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "phone/PhoneReply.h"
+
+#include <QStringList>
+#include <chrono>
+#include <functional>
+
+namespace orvane {
+
+// The one road to the phone. Requests from every window run one at a time, in call order, on the
+// serial worker "Belcove.MTP", against one long-lived `mtp-bridge --serve` child. Any transport
+// failure (no bridge, broken pipe, end of file, bad JSON, watchdog) ends the child and reaches the
+// caller as the single unavailable text; the next request starts a new bridge.
+class PhoneBridge {
+public:
+    using Progress = std::function<void(double fraction)>;
+    using Done = std::function<void(const PhoneReply& reply)>;
+
+    // Returns at once. `progress` (optional) runs for each progress line and `done` exactly once
+    // after them, both on the main thread.
+    static void run(const QStringList& args, Progress progress, Done done);
+
+    static QString unavailableText();
+    // Beside the application: the bundle's Contents/Helpers, or the executable's own folder.
+    static QString defaultExecutable();
+    // For tests and tools: which executable to start (empty restores the default), and the
+    // limit of every request but "get" and "put". A changed executable is used from the next request.
+    static void setExecutable(const QString& path);
+    static void setWatchdogLimit(std::chrono::milliseconds limit);
+    // Ends the running bridge in turn, so the next request starts one that reads the environment anew.
+    static void restart();
+
+    PhoneBridge() = delete;
+};
+
+} // namespace orvane

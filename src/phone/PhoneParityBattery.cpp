@@ -1,0 +1,174 @@
+#include "phone/PhoneParityBattery.h"
+
+#include "phone/PhoneBridge.h"
+
+#include <QDir>
+#include <QEventLoop>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QUuid>
+
+namespace orvane {
+
+namespace {
+QString number(quint32 value) {
+    return QString::number(value);
+}
+
+QByteArray randomBytes(qsizetype size) {
+    QByteArray data(size, Qt::Uninitialized);
+    QRandomGenerator::global()->fillRange(reinterpret_cast<quint32*>(data.data()), size / 4);
+    return data;
+}
+} // namespace
+
+PhoneParityBattery::PhoneParityBattery() : out(stdout) {}
+
+bool PhoneParityBattery::check(const QString& label, bool ok, const QString& detail) {
+    out << (ok ? "PASS: " : "FAIL: ") << label;
+    if (!ok && !detail.isEmpty()) out << " (" << detail << ')';
+    out << Qt::endl;
+    failures += ok ? 0 : 1;
+    return ok;
+}
+
+PhoneReply PhoneParityBattery::request(const QStringList& args, QList<double>* progress) {
+    PhoneReply reply;
+    bool finished = false;
+    QEventLoop loop;
+    PhoneBridge::run(
+        args,
+        [progress](double fraction) {
+            if (progress) progress->append(fraction);
+        },
+        [&](const PhoneReply& answer) {
+            reply = answer;
+            finished = true;
+            loop.quit();
+        });
+    if (!finished) loop.exec();
+    return reply;
+}
+
+std::optional<PhoneItem> PhoneParityBattery::find(quint32 parent, const QString& name, QString* error) {
+    const PhoneReply listing = request({number(storage), number(parent)});
+    if (error) *error = listing.error.value_or(QString());
+    for (const PhoneItem& item : listing.items.value_or(QList<PhoneItem>()))
+        if (item.name == name) return item;
+    return std::nullopt;
+}
+
+std::optional<quint32> PhoneParityBattery::makeFolder(quint32 parent, const QString& name) {
+    const PhoneReply reply = request({QStringLiteral("mkdir"), number(storage), number(parent), name});
+    if (reply.error || !reply.id) {
+        check(QStringLiteral("mkdir of \"%1\" answers an id").arg(name), false,
+              reply.error.value_or(QString()));
+        return std::nullopt;
+    }
+    return reply.id;
+}
+
+int PhoneParityBattery::run() {
+    const PhoneReply storages = request({});
+    const QList<PhoneItem> roots = storages.items.value_or(QList<PhoneItem>());
+    if (!check(QStringLiteral("the phone lists its storages as roots"),
+               !storages.error && !roots.isEmpty() && roots.first().id == phoneRootHandle &&
+                   roots.first().folder,
+               storages.error.value_or(QString())))
+        return 1;
+    storage = roots.first().storage;
+    check(QStringLiteral("scan finds the phone"), !request({QStringLiteral("scan")}).error);
+    const QString name =
+        QStringLiteral("Orvane-parity-") + QUuid::createUuid().toString(QUuid::WithoutBraces);
+    const std::optional<quint32> made = makeFolder(phoneRootHandle, name);
+    if (!check(QStringLiteral("mkdir answers the new folder's id"), made.has_value())) return 1;
+    scratch = *made;
+    roundTrip(QStringLiteral("a 1 MiB file makes the round trip byte for byte"),
+              QStringLiteral("parity-1MiB.bin"), randomBytes(1 << 20));
+    roundTrip(QStringLiteral("a file with an Arabic name makes the round trip"),
+              QStringLiteral("ملف التجربة.txt"), QStringLiteral("مرحبا بالعالم\n").toUtf8());
+    folders();
+    thumbnail();
+    removeScratch();
+    out << (failures == 0 ? "Phone parity battery passed" : "Phone parity battery failed") << Qt::endl;
+    return failures == 0 ? 0 : 1;
+}
+
+void PhoneParityBattery::roundTrip(const QString& label, const QString& name, const QByteArray& content) {
+    const QString source =
+        local.filePath(QStringLiteral("out-") + QUuid::createUuid().toString(QUuid::Id128));
+    const QString sent = source + u'/' + name;
+    QFile file(sent);
+    if (!local.isValid() || !QDir().mkpath(source) || !file.open(QIODevice::WriteOnly) ||
+        file.write(content) != content.size()) {
+        check(label, false, QStringLiteral("cannot write a local file"));
+        return;
+    }
+    file.close();
+    QList<double> progress;
+    const PhoneReply put =
+        request({QStringLiteral("put"), number(storage), number(scratch), sent}, &progress);
+    QString error = put.error.value_or(QString());
+    const std::optional<PhoneItem> item = put.error ? std::nullopt : find(scratch, name, &error);
+    const QString back = local.filePath(QStringLiteral("back-") + QUuid::createUuid().toString(QUuid::Id128));
+    const PhoneReply get = item ? request({QStringLiteral("get"), number(item->id), back}) : PhoneReply();
+    if (get.error) error = *get.error;
+    QFile copy(back);
+    const bool same = item && !get.error && item->size == quint64(content.size()) &&
+                      copy.open(QIODevice::ReadOnly) && copy.readAll() == content;
+    check(label, same, error.isEmpty() ? QStringLiteral("bytes or size differ") : error);
+    (content.size() >= (1 << 20) ? bigFile : arabicFile) = item;
+}
+
+void PhoneParityBattery::folders() {
+    const std::optional<quint32> empty = makeFolder(scratch, QStringLiteral("Empty folder"));
+    if (!empty) return;
+    const std::optional<PhoneItem> listed = find(scratch, QStringLiteral("Empty folder"));
+    const PhoneReply inside = request({number(storage), number(*empty)});
+    check(QStringLiteral("an empty folder survives and lists as empty"),
+          listed && listed->folder && listed->id == *empty && !inside.error && inside.items &&
+              inside.items->isEmpty(),
+          inside.error.value_or(QString()));
+    const PhoneReply renamed =
+        request({QStringLiteral("rename"), number(*empty), QStringLiteral("Renamed folder")});
+    const std::optional<PhoneItem> after = find(scratch, QStringLiteral("Renamed folder"));
+    check(QStringLiteral("rename keeps the handle"), !renamed.error && after && after->id == *empty,
+          renamed.error.value_or(QString()));
+    if (bigFile) {
+        const QString id = number(bigFile->id);
+        const PhoneReply moved = request({QStringLiteral("move"), id, number(storage), number(*empty)});
+        const PhoneReply named = request({QStringLiteral("rename"), id, QStringLiteral("moved.bin")});
+        const std::optional<PhoneItem> there = find(*empty, QStringLiteral("moved.bin"));
+        check(QStringLiteral("move keeps the handle for a rename after it"),
+              !moved.error && !named.error && there && there->id == bigFile->id &&
+                  there->size == bigFile->size,
+              moved.error.value_or(named.error.value_or(QString())));
+    }
+    const PhoneReply removed = request({QStringLiteral("delete"), number(*empty)});
+    QString error;
+    const bool gone = !find(scratch, QStringLiteral("Renamed folder"), &error) && error.isEmpty();
+    check(QStringLiteral("delete takes a folder with its contents"), !removed.error && gone,
+          removed.error.value_or(error));
+}
+
+void PhoneParityBattery::thumbnail() {
+    if (!arabicFile) return;
+    const QString target =
+        local.filePath(QUuid::createUuid().toString(QUuid::Id128) + QStringLiteral(".jpg"));
+    const PhoneReply reply = request({QStringLiteral("thumb"), number(arabicFile->id), target});
+    check(QStringLiteral("a file without a thumbnail gives the exact literal"),
+          reply.error == std::optional<QString>(QStringLiteral("No thumbnail available from phone.")),
+          reply.error.value_or(QStringLiteral("no error")));
+}
+
+void PhoneParityBattery::removeScratch() {
+    const PhoneReply removed = request({QStringLiteral("delete"), number(scratch)});
+    const PhoneReply listing = request({number(storage), number(phoneRootHandle)});
+    bool gone = !listing.error;
+    for (const PhoneItem& item : listing.items.value_or(QList<PhoneItem>()))
+        gone = gone && item.id != scratch;
+    check(QStringLiteral("the scratch folder is removed"), !removed.error && gone,
+          removed.error.value_or(listing.error.value_or(QString())));
+}
+
+} // namespace orvane

@@ -1,0 +1,251 @@
+// Every request kind, through the real client and the real bridge serving a simulated phone.
+#include "phone/BridgeHarness.h"
+#include "phone/PhoneLocation.h"
+#include "support/TestEnvironment.h"
+
+#include <QFileInfo>
+#include <QImage>
+#include <QStandardPaths>
+#include <fcntl.h>
+
+using namespace orvane;
+using namespace orvane::test;
+
+class BridgeRequestsTest : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<TempTree> phone;
+    std::unique_ptr<TempTree> local;
+
+    QString internal(const QString& relative = {}) const {
+        return phone->path(QStringLiteral("Internal storage/") + relative);
+    }
+
+    PhoneItem listed(const QString& name, const QString& parent = root) {
+        const Outcome outcome = call({storage, parent});
+        const std::optional<PhoneItem> item = findNamed(outcome.reply, name);
+        if (!item) qWarning("%s is not listed", qPrintable(name));
+        return item.value_or(PhoneItem());
+    }
+
+private slots:
+    void init() {
+        phone = std::make_unique<TempTree>();
+        local = std::make_unique<TempTree>();
+        phone->folder(QStringLiteral("Internal storage"));
+        phone->folder(QStringLiteral("SD card"));
+        simulate(phone->path());
+    }
+
+    void storagesAreRootItemsInNameOrder() {
+        const Outcome outcome = call({});
+        QVERIFY(!outcome.reply.error);
+        const QList<PhoneItem> items = outcome.reply.items.value_or(QList<PhoneItem>());
+        QCOMPARE(items.size(), 2);
+        QCOMPARE(items[0].name, QStringLiteral("Internal storage"));
+        QCOMPARE(items[0].storage, 65537u);
+        QCOMPARE(items[1].name, QStringLiteral("SD card"));
+        QCOMPARE(items[1].storage, 131073u);
+        for (const PhoneItem& item : items) {
+            QCOMPARE(item.id, phoneRootHandle);
+            QVERIFY(item.folder);
+        }
+    }
+
+    void listingsGiveHandlesThatListTheirChildren() {
+        phone->file(QStringLiteral("Internal storage/DCIM/Camera/IMG_1.jpg"), "jpeg");
+        phone->folder(QStringLiteral("Internal storage/Empty"));
+        const PhoneItem dcim = listed(QStringLiteral("DCIM"));
+        QVERIFY(dcim.folder);
+        QCOMPARE(dcim.storage, 65537u);
+        const PhoneItem camera = listed(QStringLiteral("Camera"), QString::number(dcim.id));
+        const PhoneItem photo = listed(QStringLiteral("IMG_1.jpg"), QString::number(camera.id));
+        QVERIFY(!photo.folder);
+        QCOMPARE(photo.size, 4u);
+        QVERIFY(photo.modified.value_or(0) > 0);
+        const Outcome empty = call({storage, QString::number(listed(QStringLiteral("Empty")).id)});
+        QVERIFY(!empty.reply.error);
+        QVERIFY(empty.reply.items && empty.reply.items->isEmpty());
+    }
+
+    // A name that isn't UTF-8 must not turn the whole listing into a transport failure.
+    void oddlyEncodedNamesStillList() {
+        const QByteArray raw = QFile::encodeName(internal()) + "bad\xff name.txt";
+        QFile odd;
+        QVERIFY(odd.open(::open(raw.constData(), O_WRONLY | O_CREAT | O_EXCL, 0644), QIODevice::WriteOnly,
+                         QFileDevice::AutoCloseHandle));
+        odd.close();
+        phone->file(QStringLiteral("Internal storage/fine.txt"), "ok");
+        const Outcome outcome = call({storage, root});
+        QVERIFY(!outcome.reply.error);
+        QCOMPARE(outcome.reply.items->size(), 2);
+        QVERIFY(findNamed(outcome.reply, QStringLiteral("bad\uFFFD name.txt")));
+    }
+
+    void sizesBeyondFourGigabytesAreExact() {
+        QFile sparse(internal(QStringLiteral("huge.bin")));
+        QVERIFY(sparse.open(QIODevice::WriteOnly) && sparse.resize(5368709121LL));
+        sparse.close();
+        QCOMPARE(listed(QStringLiteral("huge.bin")).size, 5368709121ull);
+    }
+
+    void transfersAreByteExact_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<qint64>("size");
+        QTest::newRow("empty file") << QStringLiteral("empty.txt") << qint64(0);
+        QTest::newRow("one byte") << QStringLiteral("one") << qint64(1);
+        QTest::newRow("one mebibyte and a bit") << QStringLiteral("photo 1.jpg") << qint64((1 << 20) + 7);
+        QTest::newRow("arabic name") << QStringLiteral("ملف عربي.txt") << qint64(4099);
+        QTest::newRow("accents and symbols") << QStringLiteral("Résumé #2 (final) 100%.pdf") << qint64(12);
+        QTest::newRow("twenty mebibytes") << QStringLiteral("video.mp4") << qint64(20 << 20);
+    }
+
+    void transfersAreByteExact() {
+        QFETCH(QString, name);
+        QFETCH(qint64, size);
+        const QByteArray content = pattern(size, int(size));
+        const QString source = local->file(QStringLiteral("out/") + name, content);
+        const Outcome sent = call({QStringLiteral("put"), storage, root, source});
+        QVERIFY2(!sent.reply.error, qPrintable(sent.reply.error.value_or(QString())));
+        QCOMPARE(sent.progress.value(sent.progress.size() - 1), 1.0);
+        const PhoneItem item = listed(name);
+        QCOMPARE(item.name, name);
+        QCOMPARE(qint64(item.size), size);
+        const QString target = local->path(QStringLiteral("back-") + name);
+        const Outcome got = call({QStringLiteral("get"), QString::number(item.id), target});
+        QVERIFY2(!got.reply.error, qPrintable(got.reply.error.value_or(QString())));
+        QCOMPARE(got.events.last(), QStringLiteral("done"));
+        QVERIFY(readAll(target) == content);
+    }
+
+    void nothingIsOverwritten() {
+        const QString source = local->file(QStringLiteral("a.txt"), "new");
+        phone->file(QStringLiteral("Internal storage/a.txt"), "old");
+        QVERIFY(call({QStringLiteral("put"), storage, root, source}).reply.error);
+        QCOMPARE(readAll(internal(QStringLiteral("a.txt"))), QByteArray("old"));
+        const QString existing = local->file(QStringLiteral("there.txt"), "mine");
+        QVERIFY(call({QStringLiteral("get"), QString::number(listed(QStringLiteral("a.txt")).id), existing})
+                    .reply.error);
+        QCOMPARE(readAll(existing), QByteArray("mine"));
+        phone->folder(QStringLiteral("Internal storage/Taken"));
+        QVERIFY(call({QStringLiteral("mkdir"), storage, root, QStringLiteral("Taken")}).reply.error);
+        QVERIFY(call({QStringLiteral("rename"), QString::number(listed(QStringLiteral("a.txt")).id),
+                      QStringLiteral("Taken")})
+                    .reply.error);
+    }
+
+    void mkdirAnswersTheNewHandle() {
+        const Outcome made = call({QStringLiteral("mkdir"), storage, root, QStringLiteral("صور جديدة")});
+        QVERIFY(!made.reply.error);
+        QVERIFY(made.reply.id);
+        const PhoneItem folder = listed(QStringLiteral("صور جديدة"));
+        QCOMPARE(folder.id, *made.reply.id);
+        QVERIFY(folder.folder);
+        QVERIFY(QFileInfo(internal(QStringLiteral("صور جديدة"))).isDir());
+        const Outcome inner =
+            call({QStringLiteral("mkdir"), storage, QString::number(folder.id), QStringLiteral("x")});
+        QVERIFY(inner.reply.id && *inner.reply.id != folder.id);
+    }
+
+    void moveAndRenameKeepTheHandle() {
+        phone->file(QStringLiteral("Internal storage/Docs/inner.txt"), "inner");
+        phone->file(QStringLiteral("Internal storage/note.txt"), "note");
+        phone->folder(QStringLiteral("SD card/Backup"));
+        const PhoneItem docs = listed(QStringLiteral("Docs"));
+        const PhoneItem inner = listed(QStringLiteral("inner.txt"), QString::number(docs.id));
+        const PhoneItem note = listed(QStringLiteral("note.txt"));
+        const QString noteId = QString::number(note.id);
+        QVERIFY(!call({QStringLiteral("move"), noteId, storage, QString::number(docs.id)}).reply.error);
+        QVERIFY(!call({QStringLiteral("rename"), noteId, QStringLiteral("renamed.txt")}).reply.error);
+        QCOMPARE(listed(QStringLiteral("renamed.txt"), QString::number(docs.id)).id, note.id);
+        // A folder moved to another storage takes its contents' handles along.
+        const Outcome sd = call({QStringLiteral("131073"), root});
+        const QString backup = QString::number(findNamed(sd.reply, QStringLiteral("Backup"))->id);
+        QVERIFY(!call({QStringLiteral("move"), QString::number(docs.id), QStringLiteral("131073"), backup})
+                     .reply.error);
+        QVERIFY(!call({QStringLiteral("rename"), QString::number(docs.id), QStringLiteral("Papers")})
+                     .reply.error);
+        const QString copy = local->path(QStringLiteral("inner.txt"));
+        QVERIFY(!call({QStringLiteral("get"), QString::number(inner.id), copy}).reply.error);
+        QCOMPARE(readAll(copy), QByteArray("inner"));
+        QVERIFY(QFile::exists(phone->path(QStringLiteral("SD card/Backup/Papers/renamed.txt"))));
+        QVERIFY(call({QStringLiteral("move"), backup, QStringLiteral("131073"), QString::number(docs.id)})
+                    .reply.error);
+    }
+
+    void deleteTakesAFolderWithItsContents() {
+        phone->file(QStringLiteral("Internal storage/Old/a/b/c.txt"), "c");
+        phone->folder(QStringLiteral("Internal storage/Old/empty"));
+        const PhoneItem old = listed(QStringLiteral("Old"));
+        const PhoneItem a = listed(QStringLiteral("a"), QString::number(old.id));
+        QVERIFY(!call({QStringLiteral("delete"), QString::number(old.id)}).reply.error);
+        QVERIFY(!findNamed(call({storage, root}).reply, QStringLiteral("Old")));
+        QVERIFY(!QFileInfo::exists(internal(QStringLiteral("Old"))));
+        QVERIFY(call({storage, QString::number(a.id)}).reply.error);
+        QVERIFY(call({QStringLiteral("delete"), root}).reply.error);
+    }
+
+    void infoReadsDimensionsAndCreation() {
+        QImage image(37, 21, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        QVERIFY(image.save(internal(QStringLiteral("shot.png"))));
+        QVERIFY(image.save(internal(QStringLiteral("shot.jpg"))));
+        for (const QString& name : {QStringLiteral("shot.png"), QStringLiteral("shot.jpg")}) {
+            const Outcome info = call({QStringLiteral("info"), QString::number(listed(name).id)});
+            QVERIFY(!info.reply.error);
+            QCOMPARE(info.reply.width, std::optional<quint32>(37));
+            QCOMPARE(info.reply.height, std::optional<quint32>(21));
+            const std::optional<QDateTime> created = phoneDate(info.reply.created);
+            QVERIFY(created);
+            QCOMPARE(created->toSecsSinceEpoch(),
+                     QFileInfo(internal(name)).lastModified().toSecsSinceEpoch());
+        }
+        phone->file(QStringLiteral("Internal storage/plain.txt"), "text");
+        const Outcome plain =
+            call({QStringLiteral("info"), QString::number(listed(QStringLiteral("plain.txt")).id)});
+        QVERIFY(!plain.reply.error && !plain.reply.width && !plain.reply.height);
+    }
+
+    void thumbnailsOrTheExactLiteral() {
+        phone->file(QStringLiteral("Internal storage/song.mp3"), "ID3");
+        const QString target = local->path(QStringLiteral("thumb.jpg"));
+        const Outcome none =
+            call({QStringLiteral("thumb"), QString::number(listed(QStringLiteral("song.mp3")).id), target});
+        QCOMPARE(none.reply.error,
+                 std::optional<QString>(QStringLiteral("No thumbnail available from phone.")));
+        QVERIFY(!QFile::exists(target));
+        QImage image(8, 8, QImage::Format_RGB32);
+        image.fill(Qt::blue);
+        QVERIFY(image.save(internal(QStringLiteral("pic.jpg"))));
+        const Outcome some =
+            call({QStringLiteral("thumb"), QString::number(listed(QStringLiteral("pic.jpg")).id), target});
+        QVERIFY(!some.reply.error);
+        QCOMPARE(QImage(target).size(), QSize(8, 8));
+    }
+
+    void commandErrorsKeepTheBridge() {
+        const Outcome missing =
+            call({QStringLiteral("get"), QStringLiteral("999999"), local->path(QStringLiteral("x"))});
+        QVERIFY(missing.reply.error);
+        QVERIFY(*missing.reply.error != PhoneBridge::unavailableText());
+        const QList<int> before = liveBridges();
+        QCOMPARE(before.size(), 1);
+        QVERIFY(call({QStringLiteral("frobnicate")}).reply.error);
+        QVERIFY(call({QStringLiteral("get"), QStringLiteral("-1"), QStringLiteral("/tmp/x")}).reply.error);
+        QVERIFY(!call({QStringLiteral("scan")}).reply.error);
+        QCOMPARE(liveBridges(), before);
+    }
+
+    void aLockedOrAbsentPhoneIsAnErrorNotAnEmptyList() {
+        TempTree locked;
+        simulate(locked.path());
+        QVERIFY(call({}).reply.error);
+        QVERIFY(call({QStringLiteral("scan")}).reply.error);
+        simulate(locked.path(QStringLiteral("missing")));
+        const Outcome absent = call({QStringLiteral("scan")});
+        QVERIFY(absent.reply.error && *absent.reply.error != PhoneBridge::unavailableText());
+    }
+};
+
+ORVANE_TEST_MAIN(BridgeRequestsTest)
+#include "BridgeRequestsTest.moc"
