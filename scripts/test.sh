@@ -14,6 +14,7 @@ echo "== build"
 "$root/scripts/build.sh" "$root/build"
 
 export QT_QPA_PLATFORM=offscreen
+export XDG_RUNTIME_DIR=${XDG_RUNTIME_DIR:-$(mktemp -d)}
 echo "== unit tests"
 (cd build && ctest --output-on-failure -j2)
 
@@ -21,13 +22,13 @@ echo "== built-in batteries"
 build/bin/Orvane --self-test
 if [ -x build/bin/mtp-bridge ]; then
   phone=$(mktemp -d)
-  mkdir -p "$phone/Internal shared storage"
+  mkdir -p "$phone/Internal storage"
   MTP_BRIDGE_SIMULATE="$phone" build/bin/Orvane --phone-parity-test
   rm -rf "$phone"
 fi
 if [ -x tests/fuzz/run-fuzzers.sh ]; then
   echo "== fuzzers"
-  tests/fuzz/run-fuzzers.sh "$root/build-fuzz"
+  FUZZ_BUILD_DIR="$root/build/fuzz" tests/fuzz/run-fuzzers.sh 20
 fi
 
 echo "== unit tests under AddressSanitizer and UndefinedBehaviorSanitizer"
