@@ -103,7 +103,12 @@ void AppDelegate::routeEdit(int tag, Explorer* window) {
         }
         return;
     }
-    if (tag == 3) window->table()->selectAll();
+    if (tag == 3) {
+        window->table()->selectAll();
+        return;
+    }
+    const char* const names[] = {"cutAction", "copyAction", "pasteAction", "", "undoAction"};
+    if (const Explorer::Operation run = window->operation(QLatin1String(names[tag]))) run();
 }
 
 void AppDelegate::makeMenu(QMenuBar* bar, Explorer* window) {

@@ -9,6 +9,8 @@
 #include "browsing/NotificationCenter.h"
 #include "browsing/Preferences.h"
 #include "chrome/TitleRow.h"
+#include "fileops/ExplorerFileOps.h"
+#include "fileops/FileClipboard.h"
 #include "navigation/PinnedStore.h"
 #include "views/EntryTableModel.h"
 #include "views/FileIcons.h"
@@ -67,6 +69,10 @@ Explorer::~Explorer() = default;
 void Explorer::buildUI() {
     tableModel = new EntryTableModel(&entries, this);
     ui.table->setModel(tableModel);
+    fileCommands = new ExplorerFileOps(*this);
+    ui.table->isCutRow = [this](int row) {
+        return size_t(row) < entries.size() && FileClipboard::shared().isCut(entries[size_t(row)].url());
+    };
     ui.table->setSortIndicator(sort.key, sort.ascending);
     ui.table->contextMenuProvider = [this] {
         auto* menu = new QMenu(this);
@@ -136,7 +142,9 @@ void Explorer::refresh() {
     ui.detailsPane->setVisible(detailsVisible);
     ui.action("send")->hide();
     ui.action("save")->hide();
-    renameEditor.clear();
+    pendingRenameRefresh = false;
+    fileCommands->cancelPendingRename();
+    fileCommands->finishInlineRename(false);
     ui.table->setKeyboardFocusRow(std::nullopt);
     QSet<QString> remembered;
     for (const Entry& e : selected())
@@ -233,7 +241,10 @@ void Explorer::onDirectoryChanged() {
         pendingRenameRefresh = true;
         return;
     }
+    // The disk catches up with an operation after it reported; its report stays until the next move.
+    const QString report = statusReport;
     refresh();
+    if (!report.isEmpty()) ui.status->setText(report);
     // A folder that was removed and made again is a new inode; keep watching the name.
     if (watcher.directories().isEmpty()) watchDirectory();
 }
@@ -305,6 +316,7 @@ bool Explorer::navigate(const QUrl& url, bool history) {
     if (history) tab.push(place);
     ui.pathBox->showPathBar();
     ui.table->clearSelection();
+    statusReport.clear();
     refresh();
     rebuildTabs();
     watchDirectory();
@@ -362,6 +374,7 @@ void Explorer::focusAddress() {
 void Explorer::activateTab(int index) {
     if (!tabs.contains(index)) return;
     tabs.setActive(index);
+    statusReport.clear();
     ui.table->clearSelection();
     ui.searchField->setText(tabs.current().query);
     ui.pathBox->showPathBar();
@@ -485,7 +498,16 @@ void Explorer::connectChrome() {
         ui.action(m.key)->setMenu(menu);
         ui.action(m.key)->setPopupMode(QToolButton::InstantPopup);
     }
-    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &Explorer::updateActionState);
+    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, [this] {
+        updateActionState();
+        ui.table->viewport()->update(); // a cut ends when anything else is copied
+    });
+    for (const char* key : {"cut", "copy", "paste", "rename", "trash"}) {
+        const QString name = QLatin1String(key) + QStringLiteral("Action");
+        connect(ui.action(key), &QToolButton::clicked, this, [this, name] {
+            if (const Operation run = operation(name)) run();
+        });
+    }
 }
 
 int Explorer::sidebarWidth() const {
@@ -630,6 +652,11 @@ void Explorer::copyPathAction() {
     for (const Entry& e : items)
         lines << u'"' + e.location + u'"';
     QGuiApplication::clipboard()->setText(lines.join(u'\n'));
+}
+
+void Explorer::setStatus(const QString& text) {
+    ui.status->setText(text);
+    statusReport = text;
 }
 
 void Explorer::closeEvent(QCloseEvent* event) {

@@ -21,6 +21,7 @@ namespace orvane {
 
 class AppDelegate;
 class EntryTableModel;
+class ExplorerFileOps;
 class FileTable;
 class PinnedStore;
 
@@ -91,6 +92,8 @@ public:
     void rebuildTabs();
 
     void showError(const QString& title, const QString& detail);
+    void setStatus(const QString& text);
+    ExplorerFileOps* fileOps() const { return fileCommands; }
 
     // --- window state and chrome ---
     SelectionFacts selectionFacts() const;
@@ -139,6 +142,8 @@ private:
     QPointer<QMessageBox> alert;
     bool rebuildingTabs = false;
     QHash<QString, Operation> operations;
+    ExplorerFileOps* fileCommands = nullptr;
+    QString statusReport; // the last report of a file operation in this folder
 };
 
 } // namespace orvane

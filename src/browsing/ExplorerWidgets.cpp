@@ -5,6 +5,7 @@
 #include "browsing/Palette.h"
 #include "chrome/Symbols.h"
 #include "chrome/TitleRow.h"
+#include "fileops/TransferProgressEdge.h"
 #include "views/FileTable.h"
 
 #include <QGridLayout>
@@ -56,6 +57,8 @@ ExplorerWidgets::ExplorerWidgets(QMainWindow* window) {
     column->addWidget(buildTitleRow(central));
     column->addWidget(buildNavigationRow(central));
     column->addWidget(buildActionRow(central));
+    transferProgress = new TransferProgressEdge(central);
+    column->addWidget(transferProgress);
     column->addWidget(buildSplit(central), 1);
     column->addWidget(buildStatusRow(central));
     window->setCentralWidget(central);

@@ -19,6 +19,7 @@ class DetailsPane;
 class EditablePathBox;
 class FileTable;
 class TitleRow;
+class TransferProgressEdge;
 
 // The widgets of one window, built once; the window controller wires them to its operations.
 struct ExplorerWidgets {
@@ -47,6 +48,7 @@ struct ExplorerWidgets {
     // action row: "new", "cut", "copy", "paste", "rename", "trash", "sort", "view", "more",
     // "customize", "details", "pin", "send", "save"
     QMap<QString, QToolButton*> actionButtons;
+    TransferProgressEdge* transferProgress;
     // the split
     QSplitter* split;
     QWidget* navigationPane;

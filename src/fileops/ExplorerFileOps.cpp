@@ -1,0 +1,400 @@
+#include "fileops/ExplorerFileOps.h"
+
+#include "browsing/EditablePathBox.h"
+#include "browsing/Explorer.h"
+#include "browsing/Palette.h"
+#include "fileops/FileClipboard.h"
+#include "fileops/FileCommands.h"
+#include "fileops/FileNames.h"
+#include "fileops/FileTrash.h"
+#include "fileops/PermanentDelete.h"
+#include "fileops/TransferEngine.h"
+#include "fileops/TransferProgressEdge.h"
+#include "navigation/PinnedStore.h"
+#include "views/FileTable.h"
+
+#include <QApplication>
+#include <QInputDialog>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QStyleHints>
+
+namespace orvane {
+
+namespace {
+QStringList paths(const std::vector<Entry>& entries) {
+    QStringList list;
+    for (const Entry& e : entries)
+        list << e.location;
+    return list;
+}
+
+QString subject(const std::vector<Entry>& items, bool quoted) {
+    if (items.size() != 1) return QString::number(items.size()) + QStringLiteral(" items");
+    return quoted ? u'"' + items.front().name() + u'"' : items.front().name();
+}
+} // namespace
+
+ExplorerFileOps::ExplorerFileOps(Explorer& window)
+    : QObject(&window), w(window), engine(std::make_unique<TransferEngine>()) {
+    renameDelay.setSingleShot(true);
+    renameDelay.setInterval(qMax(600, QApplication::styleHints()->mouseDoubleClickInterval()));
+    connect(&renameDelay, &QTimer::timeout, this, [this] {
+        const std::vector<Entry> chosen = w.selected();
+        if (chosen.size() == 1 && chosen.front().url() == renameClickURL && w.isActiveWindow())
+            renameAction();
+    });
+    connect(engine.get(), &TransferEngine::progress, this, [this](double fraction) {
+        if (w.busy) w.widgets().transferProgress->update(fraction);
+    });
+    connect(engine.get(), &TransferEngine::finished, this, &ExplorerFileOps::finishTransfer);
+    w.table()->viewport()->installEventFilter(this);
+    registerOperations();
+}
+
+ExplorerFileOps::~ExplorerFileOps() = default;
+
+void ExplorerFileOps::registerOperations() {
+    const std::pair<const char*, void (ExplorerFileOps::*)()> commands[] = {
+        {"copyAction", &ExplorerFileOps::copyAction},
+        {"cutAction", &ExplorerFileOps::cutAction},
+        {"pasteAction", &ExplorerFileOps::pasteAction},
+        {"undoAction", &ExplorerFileOps::undoAction},
+        {"newFolder", &ExplorerFileOps::newFolder},
+        {"newTextDocument", &ExplorerFileOps::newTextDocument},
+        {"renameAction", &ExplorerFileOps::renameAction},
+        {"trashAction", &ExplorerFileOps::trashAction},
+        {"permanentlyDeleteAction", &ExplorerFileOps::permanentlyDeleteAction},
+    };
+    for (const auto& [name, method] : commands)
+        w.registerOperation(QLatin1String(name), [this, method = method] { (this->*method)(); });
+}
+
+bool ExplorerFileOps::transferRunning() const {
+    return engine->running();
+}
+
+// ---------------------------------------------------------------- clipboard and transfers
+
+void ExplorerFileOps::copyAction() {
+    setClipboard(false);
+}
+
+void ExplorerFileOps::cutAction() {
+    setClipboard(true);
+}
+
+void ExplorerFileOps::setClipboard(bool cut) {
+    if (w.busy) {
+        QApplication::beep();
+        return;
+    }
+    const std::vector<Entry> items = w.commandSelection();
+    if (items.empty()) return;
+    QList<QUrl> urls;
+    for (const Entry& e : items)
+        urls << e.url();
+    FileClipboard::shared().setClipboard(urls, cut);
+    w.refresh();
+    w.setStatus(QString::number(urls.size()) + QStringLiteral(" items ") +
+                (cut ? QStringLiteral("cut — paste to move") : QStringLiteral("copied")));
+}
+
+void ExplorerFileOps::pasteAction() {
+    const QList<QUrl> urls = FileClipboard::shared().fileUrls();
+    if (w.busy || urls.isEmpty() || !w.current().isLocalFile()) return;
+    QStringList sources;
+    for (const QUrl& url : urls)
+        sources << url.toLocalFile();
+    transfer(sources, FileClipboard::shared().pasteMoves());
+}
+
+void ExplorerFileOps::transfer(const QStringList& sources, bool moving, const QString& into) {
+    if (w.busy) return;
+    if (into.isEmpty() && !w.current().isLocalFile()) {
+        QApplication::beep();
+        return;
+    }
+    const TransferPlan plan =
+        TransferEngine::plan(sources, moving, into.isEmpty() ? w.current().toLocalFile() : into);
+    if (plan.refused()) {
+        w.showError(TransferPlan::refusalTitle(), plan.refusedSource);
+        return;
+    }
+    if (plan.jobs.empty() || !engine->start(plan.jobs, moving)) return;
+    w.busy = true;
+    w.widgets().transferProgress->begin();
+    w.updateActionState();
+    w.setStatus(TransferEngine::startText(moving));
+}
+
+void ExplorerFileOps::finishTransfer(const TransferResult& result) {
+    w.busy = false;
+    w.widgets().transferProgress->finish();
+    if (result.moving) {
+        for (const TransferJob& job : result.finished)
+            w.pins->replace(QUrl::fromLocalFile(job.source), QUrl::fromLocalFile(job.destination));
+        FileClipboard::shared().finishMove(result.movedSources());
+    }
+    if (!result.finished.empty()) {
+        PinnedStore* pins = w.pins.get();
+        fileUndo = result.undo([pins](const QString& from, const QString& to) {
+            pins->replace(QUrl::fromLocalFile(from), QUrl::fromLocalFile(to));
+        });
+    }
+    w.refresh();
+    w.setStatus(result.statusText());
+    if (!result.failures.isEmpty()) w.showError(TransferResult::failureTitle(), result.failureDetail());
+    emit jobFinished();
+}
+
+void ExplorerFileOps::adopt(const FileUndo& step) {
+    if (step) fileUndo = step;
+}
+
+void ExplorerFileOps::undoAction() {
+    if (w.busy || !fileUndo) {
+        QApplication::beep();
+        return;
+    }
+    QString error;
+    if (!fileUndo(error)) {
+        w.showError(QStringLiteral("Could not undo"), error);
+        return;
+    }
+    fileUndo = nullptr;
+    w.refresh();
+    w.setStatus(QStringLiteral("Last file operation undone"));
+}
+
+// ---------------------------------------------------------------- create
+
+void ExplorerFileOps::newFolder() {
+    if (!w.current().isLocalFile() || w.busy) {
+        QApplication::beep();
+        return;
+    }
+    finishInlineRename(true);
+    const FileCommandResult made = FileCommands::createFolder(w.current().toLocalFile());
+    if (!made.ok) {
+        w.showError(made.title, made.detail);
+        return;
+    }
+    adopt(made.undo);
+    w.setSearchText(QString());
+    w.selectURL(QUrl::fromLocalFile(made.path));
+    beginInlineRename();
+}
+
+void ExplorerFileOps::newTextDocument() {
+    if (w.busy || !w.current().isLocalFile()) return;
+    const QString name = askName(QStringLiteral("New text document"), FileNames::newDocumentName());
+    if (name.isEmpty()) return;
+    const FileCommandResult made = FileCommands::createTextDocument(w.current().toLocalFile(), name);
+    if (!made.ok) {
+        w.showError(made.title, made.detail);
+        return;
+    }
+    adopt(made.undo);
+    w.refresh();
+    w.selectURL(QUrl::fromLocalFile(made.path));
+}
+
+QString ExplorerFileOps::askName(const QString& title, const QString& initial) {
+    QInputDialog dialog(&w);
+    dialog.setWindowTitle(title);
+    dialog.setLabelText(title);
+    dialog.setTextValue(initial);
+    dialog.setOkButtonText(QStringLiteral("OK"));
+    dialog.setCancelButtonText(QStringLiteral("Cancel"));
+    if (dialog.exec() != QDialog::Accepted) return {};
+    const QString name = dialog.textValue();
+    if (!FileNames::isValidName(name)) {
+        w.showError(FileNames::invalidNameTitle(), FileNames::invalidNameDetail());
+        return {};
+    }
+    return name;
+}
+
+// ---------------------------------------------------------------- inline rename
+
+void ExplorerFileOps::renameAction() {
+    beginInlineRename();
+}
+
+QRect ExplorerFileOps::renamePlacement(int row) const {
+    FileTable* table = w.table();
+    const QModelIndex index = table->model()->index(row, 0);
+    table->scrollTo(index);
+    QRect cell = table->visualRect(index);
+    if (!cell.isValid()) return {};
+    cell.setLeft(cell.left() + 30);
+    cell.setRight(cell.right() - 6);
+    return QRect(cell.left(), cell.center().y() - 12, cell.width(), 24);
+}
+
+void ExplorerFileOps::beginInlineRename() {
+    cancelPendingRename();
+    const QModelIndexList rows = w.table()->selectionModel()->selectedRows();
+    if (w.busy || rows.size() != 1) return;
+    const int row = rows.front().row();
+    const QRect place = renamePlacement(row);
+    if (!place.isValid()) return;
+    finishInlineRename(false);
+    const Entry& entry = w.entries[size_t(row)];
+    auto* field = new QLineEdit(entry.name(), w.table()->viewport());
+    field->setObjectName(QStringLiteral("renameEditor"));
+    field->setGeometry(place);
+    field->setAccessibleName(QStringLiteral("Rename ") + entry.name());
+    field->installEventFilter(this);
+    connect(field, &QLineEdit::editingFinished, this, [this] { finishInlineRename(true); });
+    renameURL = entry.url();
+    editor = field;
+    w.renameEditor = field;
+    field->show();
+    field->setFocus();
+    const TextRange stem = filenameStemRange(entry.name(), entry.directory);
+    field->setSelection(int(stem.start), int(stem.length));
+}
+
+void ExplorerFileOps::finishInlineRename(bool commit) {
+    if (editor && renameURL.isValid()) {
+        QString name = editor->text();
+        const QString path = renameURL.toLocalFile();
+        const QString oldName = path.section(u'/', -1);
+        if (name.isEmpty()) name = oldName;
+        QLineEdit* field = editor;
+        editor.clear();
+        w.renameEditor.clear();
+        renameURL.clear();
+        field->removeEventFilter(this);
+        field->deleteLater();
+        field->hide();
+        if (commit && name != oldName) {
+            PinnedStore* pins = w.pins.get();
+            const FileCommandResult done =
+                FileCommands::rename(path, name, [pins](const QString& a, const QString& b) {
+                    pins->replace(QUrl::fromLocalFile(a), QUrl::fromLocalFile(b));
+                });
+            if (!done.ok) {
+                w.showError(done.title, done.detail);
+            } else {
+                adopt(done.undo);
+                w.pins->replace(QUrl::fromLocalFile(path), QUrl::fromLocalFile(done.path));
+                w.refresh();
+                w.selectURL(QUrl::fromLocalFile(done.path));
+            }
+        }
+        w.focusFileList();
+    }
+    if (w.pendingRenameRefresh) {
+        w.pendingRenameRefresh = false;
+        w.refresh();
+    }
+}
+
+void ExplorerFileOps::scheduleInlineRename() {
+    if (renameClickURL.isValid()) renameDelay.start();
+}
+
+void ExplorerFileOps::cancelPendingRename() {
+    renameDelay.stop();
+    renameClickURL.clear();
+}
+
+// A press on the name of the row that was already the only selection arms a rename.
+void ExplorerFileOps::pointerPressed(QMouseEvent* event) {
+    cancelPendingRename();
+    if (event->button() != Qt::LeftButton || event->modifiers() != Qt::NoModifier || editor) return;
+    const QModelIndexList rows = w.table()->selectionModel()->selectedRows();
+    const QModelIndex hit = w.table()->indexAt(event->position().toPoint());
+    if (rows.size() != 1 || !hit.isValid() || hit.row() != rows.front().row()) return;
+    if (renamePlacement(hit.row()).contains(event->position().toPoint()))
+        renameClickURL = w.entries[size_t(hit.row())].url();
+}
+
+bool ExplorerFileOps::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == editor && event->type() == QEvent::KeyPress &&
+        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+        finishInlineRename(false);
+        return true;
+    }
+    if (watched != w.table()->viewport()) return false;
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+        pointerPressed(static_cast<QMouseEvent*>(event));
+        break;
+    case QEvent::MouseButtonRelease:
+        scheduleInlineRename();
+        break;
+    case QEvent::MouseButtonDblClick:
+    case QEvent::Wheel:
+        cancelPendingRename();
+        break;
+    case QEvent::MouseMove:
+        if (static_cast<QMouseEvent*>(event)->buttons() != Qt::NoButton) cancelPendingRename();
+        break;
+    default:
+        break;
+    }
+    return false;
+}
+
+// ---------------------------------------------------------------- trash and delete
+
+bool ExplorerFileOps::confirm(const QString& message, const QString& info, const QString& accept,
+                              bool critical) {
+    QMessageBox box(critical ? QMessageBox::Critical : QMessageBox::Question, message, message,
+                    QMessageBox::NoButton, &w);
+    box.setInformativeText(info);
+    QPushButton* yes =
+        box.addButton(accept, critical ? QMessageBox::DestructiveRole : QMessageBox::AcceptRole);
+    QPushButton* no = box.addButton(QStringLiteral("Cancel"), QMessageBox::RejectRole);
+    // Return must never delete anything: the safe answer is the default.
+    box.setDefaultButton(critical ? no : yes);
+    box.setEscapeButton(no);
+    box.exec();
+    return box.clickedButton() == yes;
+}
+
+void ExplorerFileOps::trashAction() {
+    if (w.busy) {
+        QApplication::beep();
+        return;
+    }
+    const std::vector<Entry> items = w.commandSelection();
+    if (items.empty()) return;
+    if (!confirm(QStringLiteral("Move ") + subject(items, true) + QStringLiteral(" to Trash?"),
+                 QStringLiteral("You can restore these items from Trash or press Ctrl+Z here."),
+                 QStringLiteral("Move to Trash"), false))
+        return;
+    const FileTrash::Batch batch = FileTrash::trash(paths(items));
+    if (!batch.items.empty()) fileUndo = FileTrash::undoStep(batch.items);
+    w.refresh();
+    if (!batch.failures.isEmpty()) w.showError(FileTrash::failureTitle(), batch.failures.join(u'\n'));
+}
+
+void ExplorerFileOps::permanentlyDeleteAction() {
+    const std::vector<Entry> items = w.commandSelection();
+    if (w.busy || items.empty()) return;
+    if (!confirm(QStringLiteral("Permanently delete ") + subject(items, false) + u'?',
+                 QStringLiteral("These items will not go to Trash. This operation cannot be undone."),
+                 QStringLiteral("Delete permanently"), true))
+        return;
+    w.busy = true;
+    w.updateActionState();
+    w.setStatus(QStringLiteral("Deleting items…"));
+    PermanentDelete::start(paths(items), this, [this](const PermanentDelete::Result& result) {
+        w.busy = false;
+        if (result.deleted > 0) fileUndo = nullptr;
+        w.refresh();
+        w.setStatus(result.statusText());
+        if (!result.failures.isEmpty())
+            w.showError(PermanentDelete::Result::failureTitle(), result.failureDetail());
+        emit jobFinished();
+    });
+}
+
+} // namespace orvane

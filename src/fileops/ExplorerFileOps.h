@@ -1,0 +1,77 @@
+#pragma once
+
+#include "fileops/FileUndo.h"
+#include "fileops/TransferResult.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+#include <QUrl>
+
+class QLineEdit;
+class QMouseEvent;
+
+namespace orvane {
+
+class Explorer;
+class TransferEngine;
+
+// The file commands of one window: clipboard, transfers, create, rename, trash, delete and the one
+// undo step. The window owns it; it works on the window's state and reports through its status line.
+class ExplorerFileOps : public QObject {
+    Q_OBJECT
+public:
+    explicit ExplorerFileOps(Explorer& window);
+    ~ExplorerFileOps() override;
+
+    FileUndo fileUndo;
+
+    void copyAction();
+    void cutAction();
+    void setClipboard(bool cut);
+    void pasteAction();
+    // Starts a transfer into `into`, or into the current folder.
+    void transfer(const QStringList& sources, bool moving, const QString& into = {});
+    void undoAction();
+
+    void newFolder();
+    void newTextDocument();
+    // A modal prompt for a name; empty when cancelled or invalid (which is then reported).
+    QString askName(const QString& title, const QString& initial);
+
+    void renameAction();
+    void beginInlineRename();
+    void finishInlineRename(bool commit);
+    void scheduleInlineRename();
+    void cancelPendingRename();
+    QLineEdit* renameEditor() const { return editor; }
+    QUrl renameClickURL;
+
+    void trashAction();
+    void permanentlyDeleteAction();
+
+    bool transferRunning() const;
+
+signals:
+    // A transfer or deletion ended and the window has caught up with it.
+    void jobFinished();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void finishTransfer(const TransferResult& result);
+    void adopt(const FileUndo& step);
+    QRect renamePlacement(int row) const;
+    void pointerPressed(QMouseEvent* event);
+    bool confirm(const QString& message, const QString& info, const QString& accept, bool critical);
+    void registerOperations();
+
+    Explorer& w;
+    std::unique_ptr<TransferEngine> engine;
+    QPointer<QLineEdit> editor;
+    QUrl renameURL;
+    QTimer renameDelay;
+};
+
+} // namespace orvane

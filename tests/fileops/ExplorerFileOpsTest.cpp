@@ -1,0 +1,246 @@
+#include "fileops/ExplorerFileOps.h"
+#include "browsing/AppDelegate.h"
+#include "browsing/Explorer.h"
+#include "fileops/FileClipboard.h"
+#include "fileops/TransferProgressEdge.h"
+#include "navigation/PinnedStore.h"
+#include "support/TempTree.h"
+#include "support/TestEnvironment.h"
+#include "views/FileTable.h"
+
+#include <QAbstractButton>
+#include <QClipboard>
+#include <QDir>
+#include <QInputDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QSignalSpy>
+#include <QTimer>
+
+using namespace orvane;
+using orvane::test::TempTree;
+
+namespace {
+void selectNames(Explorer& w, const QStringList& wanted) {
+    w.table()->clearSelection();
+    for (size_t row = 0; row < w.entries.size(); ++row)
+        if (wanted.contains(w.entries[row].name()))
+            w.table()->selectionModel()->select(w.table()->model()->index(int(row), 0),
+                                                QItemSelectionModel::Select | QItemSelectionModel::Rows);
+}
+
+// Answers the next modal dialog with the button of that text, as a person would.
+void answerNextDialog(const QString& button, const QString& typed = {}) {
+    QTimer::singleShot(0, [button, typed] {
+        QWidget* modal = QApplication::activeModalWidget();
+        if (auto* input = qobject_cast<QInputDialog*>(modal)) {
+            input->setTextValue(typed);
+            button == QLatin1String("OK") ? input->accept() : input->reject();
+            return;
+        }
+        for (QAbstractButton* b : modal ? modal->findChildren<QAbstractButton*>() : QList<QAbstractButton*>())
+            if (b->text() == button) {
+                b->click();
+                return;
+            }
+    });
+}
+
+QString takeAlert(Explorer& w) {
+    QPointer<QMessageBox> box = w.lastAlert();
+    if (!box) return {};
+    const QString text = box->text() + u'|' + box->informativeText();
+    box->close();
+    return text;
+}
+} // namespace
+
+class ExplorerFileOpsTest : public QObject {
+    Q_OBJECT
+    std::unique_ptr<TempTree> tree;
+    std::unique_ptr<AppDelegate> app;
+    Explorer* w = nullptr;
+    ExplorerFileOps* ops() { return w->fileOps(); }
+
+    void waitForJob() {
+        QSignalSpy done(ops(), &ExplorerFileOps::jobFinished);
+        if (w->busy) QVERIFY(done.wait(20000));
+    }
+
+private slots:
+    void init() {
+        tree = std::make_unique<TempTree>();
+        tree->file("hello.txt", "hello");
+        tree->file("ملاحظات.txt", "notes");
+        tree->folder("Box/Inner");
+        app = std::make_unique<AppDelegate>();
+        w = app->newWindow(QUrl::fromLocalFile(tree->path()));
+    }
+    void cleanup() {
+        app.reset();
+        tree.reset();
+    }
+
+    void copyPasteMakesACopyAndUndoTrashesIt() {
+        selectNames(*w, {"hello.txt"});
+        ops()->copyAction();
+        QCOMPARE(w->widgets().status->text(), QStringLiteral("1 items copied"));
+        ops()->pasteAction();
+        QVERIFY(w->busy);
+        QVERIFY(!w->close()); // a running transfer holds the window open
+        takeAlert(*w);
+        waitForJob();
+        QVERIFY(QFile::exists(tree->path("hello - Copy.txt")));
+        QCOMPARE(w->widgets().status->text(), QStringLiteral("1 items copied · Ctrl+Z to undo"));
+        QTRY_VERIFY(!w->widgets().transferProgress->running());
+        ops()->undoAction();
+        QVERIFY(!QFile::exists(tree->path("hello - Copy.txt")));
+        QVERIFY(QFile::exists(tree->path("hello.txt")));
+        QCOMPARE(w->widgets().status->text(), QStringLiteral("Last file operation undone"));
+    }
+
+    void cutPasteMovesPinsFollowAndUndoReturns() {
+        QVERIFY(w->pins->pin(QUrl::fromLocalFile(tree->path("Box"))));
+        selectNames(*w, {"Box", "ملاحظات.txt"});
+        ops()->cutAction();
+        QVERIFY(FileClipboard::shared().isCut(QUrl::fromLocalFile(tree->path("Box"))));
+        w->navigate(QUrl::fromLocalFile(tree->folder("Target")));
+        ops()->pasteAction();
+        waitForJob();
+        QVERIFY(QFile::exists(tree->path("Target/Box/Inner")));
+        QVERIFY(QFile::exists(tree->path("Target/ملاحظات.txt")));
+        QVERIFY(!QFile::exists(tree->path("Box")));
+        QVERIFY(w->pins->contains(QUrl::fromLocalFile(tree->path("Target/Box"))));
+        QVERIFY(!FileClipboard::shared().cutHolds());
+        ops()->undoAction();
+        QVERIFY(QFile::exists(tree->path("Box/Inner")));
+        QVERIFY(QFile::exists(tree->path("ملاحظات.txt")));
+        QVERIFY(w->pins->contains(QUrl::fromLocalFile(tree->path("Box"))));
+    }
+
+    void aForeignCopyTurnsTheCutIntoACopy() {
+        selectNames(*w, {"hello.txt"});
+        ops()->cutAction();
+        auto* data = new QMimeData;
+        data->setUrls({QUrl::fromLocalFile(tree->path("hello.txt"))});
+        QGuiApplication::clipboard()->setMimeData(data);
+        QTRY_VERIFY(!FileClipboard::shared().cutHolds());
+        w->navigate(QUrl::fromLocalFile(tree->path("Box")));
+        ops()->pasteAction();
+        waitForJob();
+        QVERIFY(QFile::exists(tree->path("Box/hello.txt")));
+        QVERIFY(QFile::exists(tree->path("hello.txt")));
+    }
+
+    void intoItselfIsRefusedForTheWholeBatch() {
+        selectNames(*w, {"Box", "hello.txt"});
+        ops()->copyAction();
+        w->navigate(QUrl::fromLocalFile(tree->path("Box/Inner")));
+        ops()->pasteAction();
+        QVERIFY(!w->busy);
+        QCOMPARE(takeAlert(*w), QStringLiteral("Cannot copy a folder into itself|") + tree->path("Box"));
+        QVERIFY(!QFile::exists(tree->path("Box/Inner/hello.txt")));
+    }
+
+    void newFolderOpensTheEditorWhichSurvivesTheWatcher() {
+        ops()->newFolder();
+        QVERIFY(QFileInfo(tree->path("New Folder")).isDir());
+        QPointer<QLineEdit> editor = ops()->renameEditor();
+        QVERIFY(editor);
+        QCOMPARE(editor->text(), QStringLiteral("New Folder"));
+        tree->file("appeared.txt");
+        QTRY_VERIFY(w->pendingRenameRefresh);
+        QVERIFY(ops()->renameEditor());
+        editor->setText(QStringLiteral("Projects"));
+        ops()->finishInlineRename(true);
+        QVERIFY(QFileInfo(tree->path("Projects")).isDir());
+        QVERIFY(!w->pendingRenameRefresh);
+        QVERIFY(std::any_of(w->entries.begin(), w->entries.end(),
+                            [](const Entry& e) { return e.name() == QLatin1String("appeared.txt"); }));
+        ops()->newFolder();
+        ops()->finishInlineRename(true); // an untouched editor keeps the default name
+        ops()->newFolder();
+        QCOMPARE(ops()->renameEditor()->text(), QStringLiteral("New Folder (2)"));
+    }
+
+    void renameRefusals_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("alert");
+        QTest::newRow("taken") << "ملاحظات.txt"
+                               << "Cannot rename|An item with that name already exists.";
+        QTest::newRow("slash") << "a/b"
+                               << "Invalid name|Enter a name without / or :.";
+        QTest::newRow("colon") << "a:b"
+                               << "Invalid name|Enter a name without / or :.";
+    }
+    void renameRefusals() {
+        QFETCH(QString, name);
+        QFETCH(QString, alert);
+        selectNames(*w, {"hello.txt"});
+        ops()->renameAction();
+        QVERIFY(ops()->renameEditor());
+        QCOMPARE(ops()->renameEditor()->selectedText(), QStringLiteral("hello"));
+        ops()->renameEditor()->setText(name);
+        ops()->finishInlineRename(true);
+        QCOMPARE(takeAlert(*w), alert);
+        QVERIFY(QFile::exists(tree->path("hello.txt")));
+        QCOMPARE(QFile(tree->path("ملاحظات.txt")).size(), qint64(5));
+    }
+
+    void escapeCancelsTheRename() {
+        selectNames(*w, {"hello.txt"});
+        ops()->renameAction();
+        ops()->renameEditor()->setText(QStringLiteral("other.txt"));
+        QTest::keyClick(ops()->renameEditor(), Qt::Key_Escape);
+        QVERIFY(!ops()->renameEditor());
+        QVERIFY(QFile::exists(tree->path("hello.txt")));
+    }
+
+    void trashAndItsUndo() {
+        selectNames(*w, {"hello.txt"});
+        answerNextDialog(QStringLiteral("Cancel"));
+        ops()->trashAction();
+        QVERIFY(QFile::exists(tree->path("hello.txt")));
+        answerNextDialog(QStringLiteral("Move to Trash"));
+        ops()->trashAction();
+        QVERIFY(!QFile::exists(tree->path("hello.txt")));
+        const QString trashed = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                                QStringLiteral("/Trash/files/hello.txt");
+        QVERIFY(QFile::exists(trashed));
+        ops()->undoAction();
+        QVERIFY(QFile::exists(tree->path("hello.txt")));
+        QVERIFY(!QFile::exists(trashed));
+    }
+
+    void permanentDeleteLeavesNothingToUndo() {
+        selectNames(*w, {"hello.txt"});
+        ops()->copyAction();
+        ops()->pasteAction();
+        waitForJob();
+        QVERIFY(ops()->fileUndo);
+        selectNames(*w, {"Box"});
+        answerNextDialog(QStringLiteral("Delete permanently"));
+        ops()->permanentlyDeleteAction();
+        waitForJob();
+        QVERIFY(!QFile::exists(tree->path("Box")));
+        QCOMPARE(w->widgets().status->text(), QStringLiteral("1 items permanently deleted"));
+        QVERIFY(!ops()->fileUndo);
+    }
+
+    void newTextDocumentAsksForAName() {
+        answerNextDialog(QStringLiteral("OK"), QStringLiteral("todo.txt"));
+        ops()->newTextDocument();
+        QVERIFY(QFile::exists(tree->path("todo.txt")));
+        answerNextDialog(QStringLiteral("OK"), QStringLiteral("todo.txt"));
+        ops()->newTextDocument();
+        QVERIFY(takeAlert(*w).startsWith(QLatin1String("Cannot create document|")));
+        answerNextDialog(QStringLiteral("Cancel"));
+        ops()->newTextDocument();
+        QCOMPARE(QDir(tree->path()).entryList(QDir::Files).size(), 3);
+    }
+};
+
+ORVANE_TEST_MAIN(ExplorerFileOpsTest)
+#include "ExplorerFileOpsTest.moc"
