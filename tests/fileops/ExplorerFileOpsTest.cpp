@@ -198,6 +198,23 @@ private slots:
         QVERIFY(QFile::exists(tree->path("hello.txt")));
     }
 
+    void slowSecondClickRenamesAndDoubleClickDoesNot() {
+        w->resize(1000, 600);
+        selectNames(*w, {"hello.txt"});
+        int row = 0;
+        while (w->entries[size_t(row)].name() != QLatin1String("hello.txt"))
+            ++row;
+        QWidget* viewport = w->table()->viewport();
+        const QPoint onName = w->table()->visualRect(w->table()->model()->index(row, 0)).center();
+        QTest::mouseClick(viewport, Qt::LeftButton, {}, onName);
+        QVERIFY(ops()->renameClickURL.isValid());
+        QTRY_VERIFY_WITH_TIMEOUT(ops()->renameEditor(), 3000);
+        ops()->finishInlineRename(false);
+        QTest::mouseClick(viewport, Qt::LeftButton, {}, onName);
+        QTest::mouseDClick(viewport, Qt::LeftButton, {}, onName);
+        QVERIFY(!ops()->renameClickURL.isValid());
+    }
+
     void trashAndItsUndo() {
         selectNames(*w, {"hello.txt"});
         answerNextDialog(QStringLiteral("Cancel"));
