@@ -23,14 +23,20 @@ QIcon FileIcons::document() {
 
 QIcon FileIcons::icon(const Entry& entry) {
     if (entry.isPlainFolder()) return folder();
+    // A row is painted often; its type text already names its type, so one lookup per type is enough.
+    if (auto known = byKind.constFind(entry.kind); known != byKind.constEnd()) return *known;
     static const QMimeDatabase db;
     const QMimeType type = db.mimeTypeForFile(entry.name(), QMimeDatabase::MatchExtension);
     auto it = byType.constFind(type.name());
-    if (it != byType.constEnd()) return *it;
+    if (it != byType.constEnd()) {
+        byKind.insert(entry.kind, *it);
+        return *it;
+    }
     QIcon icon = QIcon::fromTheme(type.iconName());
     if (icon.isNull()) icon = QIcon::fromTheme(type.genericIconName());
     if (icon.isNull()) icon = document();
     byType.insert(type.name(), icon);
+    byKind.insert(entry.kind, icon);
     return icon;
 }
 

@@ -18,6 +18,7 @@ public:
 
 private:
     QHash<QString, QIcon> byType;
+    QHash<QString, QIcon> byKind;
     QIcon folderIcon;
     QIcon documentIcon;
 };

@@ -8,6 +8,7 @@
 #include "views/FileTable.h"
 
 #include <QClipboard>
+#include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLabel>
 #include <QMenu>
@@ -138,6 +139,33 @@ private slots:
         w->copyPathAction();
         QCOMPARE(QGuiApplication::clipboard()->text(),
                  QStringLiteral("\"%1\"\n\"%2\"").arg(tree.path("one.txt"), tree.path("two.txt")));
+    }
+
+    void columnChoicesReachTheNextWindow() {
+        QVERIFY(w->table()->isColumnVisible(QStringLiteral("dimensions")));
+        w->table()->toggleColumn(QStringLiteral("dimensions"));
+        w->table()->toggleColumn(QStringLiteral("created"));
+        w->table()->toggleColumn(QStringLiteral("name"));
+        Explorer* second = app->newWindow(QUrl::fromLocalFile(tree.path()));
+        QVERIFY(!second->table()->isColumnVisible(QStringLiteral("dimensions")));
+        QVERIFY(second->table()->isColumnVisible(QStringLiteral("created")));
+        QVERIFY(second->table()->isColumnVisible(QStringLiteral("name")));
+        w->table()->toggleColumn(QStringLiteral("dimensions"));
+        w->table()->toggleColumn(QStringLiteral("created"));
+    }
+
+    // A click on a header reorders the listing; a second click on it reverses the order.
+    void headerClicksSort() {
+        QHeaderView* header = w->table()->horizontalHeader();
+        const int sizeColumn = 4;
+        const QPoint onSize(header->sectionViewportPosition(sizeColumn) + 10, header->height() / 2);
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, onSize);
+        QCOMPARE(w->sort.key, QStringLiteral("size"));
+        QCOMPARE(w->entries.back().name(), QStringLiteral("two.txt"));
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, onSize);
+        QVERIFY(!w->sort.ascending);
+        QCOMPARE(w->entries.front().name(), QStringLiteral("two.txt"));
+        w->setSort(QStringLiteral("name"), true);
     }
 
     void sidebarWidthIsClamped_data() {
