@@ -137,7 +137,6 @@ private:
     EntryTableModel* tableModel = nullptr;
     QFileSystemWatcher watcher;
     QPointer<QMessageBox> alert;
-    bool rebuildingTabs = false;
     QHash<QString, Operation> operations;
 };
 
