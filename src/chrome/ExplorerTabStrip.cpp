@@ -5,6 +5,7 @@
 #include "chrome/Symbols.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QSet>
 #include <QStyle>
 #include <QToolButton>
@@ -55,7 +56,10 @@ ExplorerTabStrip::ExplorerTabStrip(QWidget* parent)
     scrollAnimation->setEasingCurve(QEasingCurve::OutCubic);
     connect(scrollAnimation, &QVariantAnimation::valueChanged, this,
             [this](const QVariant& value) { setOrigin(value.toReal()); });
-    connect(scrollAnimation, &QVariantAnimation::finished, this, &ExplorerTabStrip::updateTabScrollButtons);
+    connect(scrollAnimation, &QVariantAnimation::finished, this, [this] {
+        updateTabScrollButtons();
+        scheduleHoverRefresh();
+    });
     connect(backButton, &QToolButton::clicked, this, &ExplorerTabStrip::scrollTabsLeft);
     connect(forwardButton, &QToolButton::clicked, this, &ExplorerTabStrip::scrollTabsRight);
     connect(plusButton, &QToolButton::clicked, this, &ExplorerTabStrip::newTabRequested);
@@ -118,6 +122,7 @@ void ExplorerTabStrip::revealActiveTab() {
         setOrigin(layoutNow.revealOrigin(origin, frame.left(), frame.left() + frame.width()));
     }
     updateTabScrollButtons();
+    scheduleHoverRefresh();
 }
 
 void ExplorerTabStrip::layoutTabs() {
@@ -160,6 +165,7 @@ void ExplorerTabStrip::scrollTabs(int direction) {
     if (!animateTabs()) {
         setOrigin(target);
         updateTabScrollButtons();
+        scheduleHoverRefresh();
         return;
     }
     scrollAnimation->setStartValue(origin);
@@ -183,6 +189,7 @@ void ExplorerTabStrip::wheelEvent(QWheelEvent* event) {
     scrollAnimation->stop();
     setOrigin(layoutNow.clampOrigin(origin - step));
     updateTabScrollButtons();
+    scheduleHoverRefresh();
     event->accept();
 }
 
@@ -192,6 +199,23 @@ void ExplorerTabStrip::updateSeparators() {
     auto lit = [](const ExplorerTabView* v) { return v->activeTab() || v->hovering(); };
     for (int i = 0; i < views.size(); ++i)
         views[i]->setSeparatorVisible(i + 1 < views.size() && !lit(views[i]) && !lit(views[i + 1]));
+}
+
+// Qt tells a widget of the pointer only when the pointer moves; a tab that slid under a still pointer,
+// after a close or a scroll, must light up and show its close button so the next click closes it.
+void ExplorerTabStrip::scheduleHoverRefresh() {
+    if (hoverRefreshQueued) return;
+    hoverRefreshQueued = true;
+    QMetaObject::invokeMethod(this, &ExplorerTabStrip::refreshHover, Qt::QueuedConnection);
+}
+
+void ExplorerTabStrip::refreshHover() {
+    hoverRefreshQueued = false;
+    const QPoint pointer = QCursor::pos();
+    const QWidget* under = QApplication::widgetAt(pointer);
+    const bool inStrip = under && (under == clip || clip->isAncestorOf(under));
+    for (ExplorerTabView* view : orderedTabViews())
+        view->refreshHover(pointer, inStrip);
 }
 
 void ExplorerTabStrip::resizeEvent(QResizeEvent*) {

@@ -65,6 +65,8 @@ private:
     void placeControls();
     void setOrigin(qreal value);
     void updateSeparators();
+    void scheduleHoverRefresh();
+    void refreshHover();
     bool animateTabs() const;
 
     QHash<QUuid, ExplorerTabView*> tabViews;
@@ -72,6 +74,7 @@ private:
     QUuid activeID;
     TabStripLayout layoutNow;
     qreal origin = 0;
+    bool hoverRefreshQueued = false;
     QWidget* clip;
     QWidget* tabBar;
     QWidget* overflowControls;

@@ -161,6 +161,10 @@ void ExplorerTabView::leaveEvent(QEvent*) {
     setHovering(false);
 }
 
+void ExplorerTabView::refreshHover(const QPoint& globalPointer, bool pointerInStrip) {
+    setHovering(pointerInStrip && isVisible() && rect().contains(mapFromGlobal(globalPointer)));
+}
+
 void ExplorerTabView::setHovering(bool on) {
     if (hovered == on) return;
     hovered = on;

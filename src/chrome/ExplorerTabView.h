@@ -25,6 +25,8 @@ public:
     void updateTab(bool active, const QString& name, const QString& path, const QIcon& icon);
     // The hairline at the right edge that parts two plain tabs; hidden beside a lit tab.
     void setSeparatorVisible(bool visible);
+    // Hover as the pointer stands now, for when the tab moved under a still pointer.
+    void refreshHover(const QPoint& globalPointer, bool pointerInStrip);
 
 signals:
     void activateRequested(const QUuid& tabID);

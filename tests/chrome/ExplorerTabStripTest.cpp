@@ -7,6 +7,7 @@
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 
+#include <QCursor>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QToolButton>
@@ -158,6 +159,22 @@ private slots:
         QTRY_VERIFY(!last);
         QTest::mouseClick(strip().newTabButton(), Qt::LeftButton);
         QCOMPARE(w->tabs.count(), 3);
+    }
+
+    // Tab after tab closes under a pointer that stays where it is.
+    void theTabThatSlidesUnderThePointerLightsUp() {
+        openTabs(40);
+        w->activateTab(39);
+        ExplorerTabView* first = strip().orderedTabViews()[0];
+        w->activateTab(0);
+        ExplorerTabView* second = strip().orderedTabViews()[1];
+        QVERIFY(!second->closeButton()->isVisibleTo(second));
+        QCursor::setPos(first->closeButton()->mapToGlobal(first->closeButton()->rect().center()));
+        QTRY_VERIFY(first->hovering());
+        QTest::mouseClick(first->closeButton(), Qt::LeftButton);
+        QTRY_VERIFY(second->hovering());
+        QVERIFY(second->closeButton()->isVisibleTo(second));
+        QVERIFY(!strip().orderedTabViews()[2]->hovering());
     }
 
     void activeTabRevealedAfterNewTab() {
