@@ -108,6 +108,7 @@ private slots:
         QVERIFY(inView(strip(), activeView(strip())));
         while (w->tabs.count() > 2)
             w->closeTab(0);
+        QCOMPARE(w->width(), 600);
         w->resize(1250, 710);
         QCOMPARE(w->width(), 1250);
         QVERIFY(!strip().tabBackButton()->isVisibleTo(w));
