@@ -8,6 +8,7 @@
 #include "browsing/FolderListing.h"
 #include "browsing/NotificationCenter.h"
 #include "browsing/Preferences.h"
+#include "chrome/ExplorerTabStrip.h"
 #include "chrome/TitleRow.h"
 #include "fileops/ExplorerFileOps.h"
 #include "fileops/FileClipboard.h"
@@ -31,7 +32,6 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QSplitter>
-#include <QTabBar>
 #include <QTableView>
 #include <QToolButton>
 
@@ -104,17 +104,15 @@ void Explorer::connectUI() {
     connect(ui.forwardButton, &QToolButton::clicked, this, &Explorer::forward);
     connect(ui.upButton, &QToolButton::clicked, this, &Explorer::up);
     connect(ui.refreshButton, &QToolButton::clicked, this, &Explorer::refreshAction);
-    connect(ui.newTabButton, &QToolButton::clicked, this, &Explorer::newTab);
+    connect(ui.tabStrip, &ExplorerTabStrip::newTabRequested, this, &Explorer::newTab);
     connect(ui.pathBox, &EditablePathBox::addressEntered, this, &Explorer::addressGo);
     connect(ui.pathBox, &EditablePathBox::elementClicked, this, &Explorer::pathClicked);
     connect(ui.searchField, &QLineEdit::textEdited, this, &Explorer::setSearchText);
     connect(ui.table, &QTableView::doubleClicked, this, [this] { openSelected(); });
     connect(ui.table, &FileTable::selectionStatusChanged, this, &Explorer::updateSelectionStatus);
     connect(ui.table, &FileTable::sortRequested, this, &Explorer::setSort);
-    connect(ui.tabBar, &QTabBar::currentChanged, this, [this](int index) {
-        if (!rebuildingTabs) activateTab(index);
-    });
-    connect(ui.tabBar, &QTabBar::tabCloseRequested, this, [this](int index) { closeTab(index); });
+    connect(ui.tabStrip, &ExplorerTabStrip::activateRequested, this, &Explorer::activateTabID);
+    connect(ui.tabStrip, &ExplorerTabStrip::closeRequested, this, &Explorer::closeTabID);
 }
 
 std::vector<Entry> Explorer::selected() const {
@@ -447,18 +445,7 @@ void Explorer::focusFileList() {
 }
 
 void Explorer::rebuildTabs() {
-    rebuildingTabs = true;
-    while (ui.tabBar->count() > tabs.count())
-        ui.tabBar->removeTab(ui.tabBar->count() - 1);
-    for (int i = 0; i < tabs.count(); ++i) {
-        const QString name = folderName(tabs.all()[i].url);
-        if (i < ui.tabBar->count())
-            ui.tabBar->setTabText(i, name);
-        else
-            ui.tabBar->addTab(name);
-    }
-    ui.tabBar->setCurrentIndex(tabs.active());
-    rebuildingTabs = false;
+    ui.tabStrip->setTabs(tabs.all(), tabs.active());
 }
 
 void Explorer::showError(const QString& title, const QString& detail) {

@@ -140,7 +140,6 @@ private:
     EntryTableModel* tableModel = nullptr;
     QFileSystemWatcher watcher;
     QPointer<QMessageBox> alert;
-    bool rebuildingTabs = false;
     QHash<QString, Operation> operations;
     ExplorerFileOps* fileCommands = nullptr;
     QString statusReport; // the last report of a file operation in this folder

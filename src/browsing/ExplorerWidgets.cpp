@@ -3,6 +3,7 @@
 #include "browsing/DetailsPane.h"
 #include "browsing/EditablePathBox.h"
 #include "browsing/Palette.h"
+#include "chrome/ExplorerTabStrip.h"
 #include "chrome/Symbols.h"
 #include "chrome/TitleRow.h"
 #include "fileops/TransferProgressEdge.h"
@@ -17,7 +18,6 @@
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QSplitter>
-#include <QTabBar>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -67,15 +67,7 @@ ExplorerWidgets::ExplorerWidgets(QMainWindow* window) {
 QWidget* ExplorerWidgets::buildTitleRow(QWidget* parent) {
     titleRow = new TitleRow(parent);
     QHBoxLayout* layout = row(titleRow, 8, 2);
-    tabBar = new QTabBar(titleRow);
-    tabBar->setTabsClosable(true);
-    tabBar->setExpanding(false);
-    tabBar->setDocumentMode(true);
-    tabBar->setDrawBase(false);
-    tabBar->setFocusPolicy(Qt::NoFocus);
-    scrollTabsLeft = symbolButton(titleRow, "chevron.left", "Scroll tabs left");
-    scrollTabsRight = symbolButton(titleRow, "chevron.right", "Scroll tabs right");
-    newTabButton = symbolButton(titleRow, "plus", "New tab · Ctrl+T");
+    tabStrip = new ExplorerTabStrip(titleRow);
     minimizeButton = symbolButton(titleRow, "minus", "Minimize");
     zoomButton = symbolButton(titleRow, "square", "Maximize / Restore");
     closeButton = symbolButton(titleRow, "xmark", "Close window");
@@ -84,13 +76,8 @@ QWidget* ExplorerWidgets::buildTitleRow(QWidget* parent) {
     menuBar = new QMenuBar(titleRow);
     layout->addWidget(menuBar, 0, Qt::AlignVCenter);
     layout->addSpacing(8);
-    scrollTabsLeft->hide();
-    scrollTabsRight->hide();
-    layout->addWidget(scrollTabsLeft);
-    layout->addWidget(tabBar, 0, Qt::AlignBottom);
-    layout->addWidget(scrollTabsRight);
-    layout->addWidget(newTabButton);
-    layout->addStretch(1);
+    layout->addWidget(tabStrip, 1);
+    layout->addSpacing(10);
     for (QToolButton* b : {minimizeButton, zoomButton, closeButton})
         layout->addWidget(b);
     return titleRow;

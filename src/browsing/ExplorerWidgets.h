@@ -9,7 +9,6 @@ class QListWidget;
 class QMainWindow;
 class QMenuBar;
 class QSplitter;
-class QTabBar;
 class QToolButton;
 class QWidget;
 
@@ -17,6 +16,7 @@ namespace orvane {
 
 class DetailsPane;
 class EditablePathBox;
+class ExplorerTabStrip;
 class FileTable;
 class TitleRow;
 class TransferProgressEdge;
@@ -31,10 +31,7 @@ struct ExplorerWidgets {
     QToolButton* minimizeButton;
     QToolButton* zoomButton;
     QToolButton* closeButton;
-    QTabBar* tabBar;
-    QToolButton* newTabButton;
-    QToolButton* scrollTabsLeft;
-    QToolButton* scrollTabsRight;
+    ExplorerTabStrip* tabStrip;
     // navigation row
     QToolButton* backButton;
     QToolButton* forwardButton;
