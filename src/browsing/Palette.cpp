@@ -50,10 +50,6 @@ QToolButton::menu-indicator { image: none; width: 0; }
 #searchField:focus, #pathBox QLineEdit:focus { border: 1px solid rgba(166, 161, 255, 160); }
 #pathBox QToolButton { padding: 3px 5px; }
 QLineEdit { selection-background-color: rgba(166, 161, 255, 110); }
-QTabBar::tab { background: transparent; color: rgb(189, 189, 189); padding: 7px 14px; margin-right: 2px;
-  border-top-left-radius: 10px; border-top-right-radius: 10px; min-width: 80px; }
-QTabBar::tab:selected { background: rgb(22, 23, 31); color: rgb(240, 240, 240); }
-QTabBar::tab:hover:!selected { background: rgba(255, 255, 255, 14); }
 QMenu { background: rgb(30, 31, 40); border: 1px solid rgba(255, 255, 255, 28); padding: 5px; }
 QMenu::item { padding: 6px 26px 6px 22px; border-radius: 5px; color: rgb(240, 240, 240); }
 QMenu::item:selected { background: rgba(166, 161, 255, 60); }
