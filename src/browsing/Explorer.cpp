@@ -59,6 +59,7 @@ Explorer::Explorer(AppDelegate* app, const std::optional<QUrl>& initialURL)
     refresh();
     rebuildTabs();
     watchDirectory();
+    installKeyboardHandling();
     ui.table->setFocus();
 }
 
