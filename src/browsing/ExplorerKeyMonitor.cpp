@@ -16,8 +16,17 @@ ExplorerKeyMonitor::~ExplorerKeyMonitor() {
     if (qApp) qApp->removeEventFilter(this);
 }
 
-ExplorerKeyMonitor::Stamp ExplorerKeyMonitor::Stamp::of(const QKeyEvent& event) {
-    return {event.timestamp(), event.key(), event.nativeScanCode(), event.modifiers()};
+bool ExplorerKeyMonitor::sameEvent(const Announced& announced, const QKeyEvent& event) {
+    return announced.timestamp == event.timestamp() && announced.key == event.key() &&
+           announced.modifiers == event.modifiers();
+}
+
+std::optional<bool> ExplorerKeyMonitor::previousAnswer(const QKeyEvent& press) const {
+    if (!announced || !sameEvent(*announced, press)) return std::nullopt;
+    if (announced->used) return true;
+    if (announced->scanCode != press.nativeScanCode() || announced->virtualKey != press.nativeVirtualKey())
+        return std::nullopt;
+    return false;
 }
 
 // A key event travels up the parents when ignored, and the filter sees each step; only the first,
@@ -35,29 +44,30 @@ bool ExplorerKeyMonitor::eventFilter(QObject* watched, QEvent* event) {
     if (!isFocusOfWindow(watched)) return false;
     auto* key = static_cast<QKeyEvent*>(event);
     if (type == QEvent::ShortcutOverride) {
-        answered = Stamp::of(*key);
-        answeredUsed = answer(key);
+        // Qt announces a press made by a program once more, without key codes; the first answer holds.
+        if (announced && sameEvent(*announced, *key) && (announced->used || !key->nativeScanCode())) {
+            if (announced->used) key->accept();
+            return announced->used;
+        }
+        announced = Announced{key->timestamp(),        key->key(), key->modifiers(), key->nativeScanCode(),
+                              key->nativeVirtualKey(), false};
+        announced->used = answer(key);
         // Accepting the override keeps a menu shortcut from firing; the press then comes here.
-        if (answeredUsed) key->accept();
-        return answeredUsed;
+        if (announced->used) key->accept();
+        return announced->used;
     }
-    if (answered && *answered == Stamp::of(*key)) {
-        const bool used = answeredUsed;
-        // The table still has to hear that this press was already answered.
-        if (used || watched != window.table()) answered.reset();
-        return used;
-    }
-    answered.reset();
+    const std::optional<bool> prior = previousAnswer(*key);
+    // The table still has to hear that its press was answered already.
+    if (!prior || *prior || watched != window.table()) announced.reset();
+    if (prior) return *prior;
     if (watched == window.table()) return false;
     return answer(key);
 }
 
 bool ExplorerKeyMonitor::offerTableKey(QKeyEvent* event) {
-    if (answered && *answered == Stamp::of(*event)) {
-        answered.reset();
-        return false;
-    }
-    return answer(event);
+    const std::optional<bool> prior = previousAnswer(*event);
+    announced.reset();
+    return prior ? *prior : answer(event);
 }
 
 bool ExplorerKeyMonitor::answer(QKeyEvent* event) {

@@ -26,23 +26,25 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    // A press is first announced as a shortcut override, then delivered; both carry the same data.
-    struct Stamp {
+    // A press is first announced as a shortcut override, then delivered with the same time stamp.
+    struct Announced {
         ulong timestamp;
         int key;
-        quint32 scanCode;
         Qt::KeyboardModifiers modifiers;
-        bool operator==(const Stamp&) const = default;
-        static Stamp of(const QKeyEvent& event);
+        quint32 scanCode;
+        quint32 virtualKey;
+        bool used;
     };
 
+    static bool sameEvent(const Announced& announced, const QKeyEvent& event);
     bool answer(QKeyEvent* event);
     bool isFocusOfWindow(QObject* watched) const;
+    // What the announcement of this press already answered; nothing when there was none, or when
+    // it lacked the key codes the press carries, as Qt's own announcement of a made-up press does.
+    std::optional<bool> previousAnswer(const QKeyEvent& press) const;
 
     Explorer& window;
-    // The press answered at its override and whether it was used.
-    std::optional<Stamp> answered;
-    bool answeredUsed = false;
+    std::optional<Announced> announced;
 };
 
 } // namespace orvane
