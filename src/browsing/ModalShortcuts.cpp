@@ -30,15 +30,16 @@ bool ModalShortcuts::eventFilter(QObject* watched, QEvent* event) {
 
 bool ModalShortcuts::handleKey(QWidget* receiver, QKeyEvent* event) {
     QWidget* modal = QApplication::activeModalWidget();
+    QWidget* window = receiver->window();
     const PhysicalKey key = physicalKey(*event);
-    if (modal && key == PhysicalKey::Escape) {
+    // A popup of the dialog, such as an open menu, keeps its own Escape.
+    if (modal && modal == window && key == PhysicalKey::Escape) {
         if (auto* dialog = qobject_cast<QDialog*>(modal))
             dialog->done(escapeCode);
         else
             modal->close();
         return true;
     }
-    QWidget* window = receiver->window();
     if (!(modal && modal == window) && qobject_cast<Explorer*>(window)) return false;
     const KeyModifiers m = keyModifiers(event->modifiers());
     if (m.alt || !(m.control || m.command)) return false;
