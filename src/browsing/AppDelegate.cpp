@@ -1,6 +1,7 @@
 #include "browsing/AppDelegate.h"
 
 #include "browsing/Explorer.h"
+#include "browsing/ModalShortcuts.h"
 
 #include "views/FileTable.h"
 #include <QApplication>
@@ -18,6 +19,7 @@ AppDelegate::AppDelegate(QObject* parent) : QObject(parent) {
 AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching() {
+    installModalShortcuts();
     didFinishLaunching = true;
     // Queued, so open requests that arrive just after launch are served before a window is made.
     QTimer::singleShot(0, this, [this] {
@@ -36,6 +38,10 @@ Explorer* AppDelegate::newWindow(const std::optional<QUrl>& initialURL) {
     raw->show();
     raw->activateWindow();
     return raw;
+}
+
+void AppDelegate::installModalShortcuts() {
+    if (!modalKeyMonitor) modalKeyMonitor = std::make_unique<ModalShortcuts>();
 }
 
 bool AppDelegate::anyWindowBusy() const {

@@ -14,6 +14,7 @@ class QMessageBox;
 namespace orvane {
 
 class Explorer;
+class ModalShortcuts;
 
 // The one application object: the registry of windows and the guards on closing and quitting.
 class AppDelegate : public QObject {
@@ -36,6 +37,9 @@ public:
     bool shouldTerminate();
     void requestQuit();
     void makeMenu(QMenuBar* bar, Explorer* window);
+    // The application-wide key watch for dialogs and other windows that are no browser windows.
+    void installModalShortcuts();
+    std::unique_ptr<ModalShortcuts> modalKeyMonitor;
     QPointer<QMessageBox> lastAlert() const { return alert; }
 
 signals:

@@ -61,6 +61,7 @@ Explorer::Explorer(AppDelegate* app, const std::optional<QUrl>& initialURL)
     refresh();
     rebuildTabs();
     watchDirectory();
+    installKeyboardHandling();
     ui.table->setFocus();
 }
 
@@ -461,7 +462,7 @@ void Explorer::showError(const QString& title, const QString& detail) {
 
 void Explorer::connectChrome() {
     connect(ui.minimizeButton, &QToolButton::clicked, this, &QWidget::showMinimized);
-    auto zoom = [this] { isMaximized() ? showNormal() : showMaximized(); };
+    auto zoom = [this] { zoomWindow(); };
     connect(ui.zoomButton, &QToolButton::clicked, this, zoom);
     connect(ui.titleRow, &TitleRow::zoomRequested, this, zoom);
     connect(ui.closeButton, &QToolButton::clicked, this, &QWidget::close);

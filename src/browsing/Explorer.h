@@ -5,6 +5,7 @@
 #include "browsing/EntrySort.h"
 #include "browsing/ExplorerWidgets.h"
 #include "browsing/TabList.h"
+#include "platform/PhysicalKeys.h"
 
 #include <QFileSystemWatcher>
 #include <QHash>
@@ -15,6 +16,8 @@
 #include <optional>
 #include <vector>
 
+class QKeyEvent;
+class QLineEdit;
 class QMessageBox;
 
 namespace orvane {
@@ -22,8 +25,11 @@ namespace orvane {
 class AppDelegate;
 class EntryTableModel;
 class ExplorerFileOps;
+class ExplorerKeyMonitor;
 class FileTable;
+class PhoneKeyTarget;
 class PinnedStore;
+class ShortcutGuideWindow;
 
 // One browser window: its tabs, its listing and everything shown around it.
 class Explorer : public QMainWindow {
@@ -119,6 +125,38 @@ public:
     void pinAction();
     void setupPlaces();
 
+    // --- keyboard ---
+    // Every key press of the window ends here; true when the key was used.
+    bool handleExplorerShortcut(QKeyEvent* event);
+    // The phone browser of the active tab when it is a phone tab, else null.
+    PhoneKeyTarget* activePhone() const;
+    void setPhoneKeyTarget(const QUuid& tabID, PhoneKeyTarget* target);
+    // The ring moves apart from the selection; only `extending` changes the selection.
+    void moveKeyboardFocus(int delta, bool extending);
+    void toggleKeyboardFocusSelection();
+    void selectBoundary(bool last, bool extending);
+    void updateKeyboardFocus();
+    // Regions in order: 0 address, 1 search, 2 navigation pane, 3 file list.
+    int focusRegion() const;
+    void cycleFocus(bool backward);
+    void focusSearch();
+    bool focusIsInside(const QWidget* view) const;
+    bool fileListFocused() const;
+    bool tableFocusedInDetails() const;
+    void showKeyboardContextMenu();
+    // Escape in the file area, and in a text field of the window.
+    void escapeFileArea();
+    void escapeTextEditing(QLineEdit* editor);
+    bool handleSidebarKey(PhysicalKey key);
+    void showShortcutGuide();
+    void zoomWindow();
+    void newWindowAction();
+    QPointer<ShortcutGuideWindow> shortcutsWindow;
+    // Filled in by the navigation tree: answers whether it used the key.
+    std::function<bool(PhysicalKey key)> sidebarTreeKey;
+    // Filled in by Quick Look: closes a visible panel and answers whether there was one.
+    std::function<bool()> dismissQuickLook;
+
 signals:
     void closing(Explorer* window);
 
@@ -143,6 +181,13 @@ private:
     QHash<QString, Operation> operations;
     ExplorerFileOps* fileCommands = nullptr;
     QString statusReport; // the last report of a file operation in this folder
+
+    // --- keyboard ---
+    void installKeyboardHandling();
+    int selectedRow() const;
+    void selectRows(int from, int to);
+    ExplorerKeyMonitor* keyMonitor = nullptr;
+    QHash<QUuid, PhoneKeyTarget*> phoneKeyTargets;
 };
 
 } // namespace orvane

@@ -70,6 +70,8 @@ void ExplorerFileOps::registerOperations() {
     };
     for (const auto& [name, method] : commands)
         w.registerOperation(QLatin1String(name), [this, method = method] { (this->*method)(); });
+    w.registerOperation(QStringLiteral("cancelInlineRename"), [this] { finishInlineRename(false); });
+    w.registerOperation(QStringLiteral("cancelPendingRename"), [this] { cancelPendingRename(); });
 }
 
 bool ExplorerFileOps::transferRunning() const {

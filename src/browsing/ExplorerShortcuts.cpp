@@ -1,0 +1,424 @@
+#include "browsing/ExplorerShortcuts.h"
+
+#include "browsing/Explorer.h"
+#include "browsing/PhoneKeyTarget.h"
+#include "views/FileTable.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <array>
+#include <cstdint>
+#include <cstring>
+
+namespace orvane {
+
+const std::vector<ShortcutRow>& explorerShortcutRows() {
+    static const std::vector<ShortcutRow> rows = {
+        {QStringLiteral("BROWSING"), {}},
+        {QStringLiteral("Alt + Enter"), QStringLiteral("Properties for the selection")},
+        {QStringLiteral("Alt + ← / →"), QStringLiteral("Previous / next folder")},
+        {QStringLiteral("Alt + ↑"), QStringLiteral("Parent folder")},
+        {QStringLiteral("Backspace"), QStringLiteral("Previous folder")},
+        {QStringLiteral("Enter · F2"), QStringLiteral("Rename selection inline")},
+        {QStringLiteral("Ctrl + L · Alt + D · F4"), QStringLiteral("Edit the folder path")},
+        {QStringLiteral("Ctrl + F / E · F3"), QStringLiteral("Focus search")},
+        {QStringLiteral("F5 · Ctrl + R"), QStringLiteral("Refresh folder")},
+        {QStringLiteral("WINDOW ARRANGEMENT"), {}},
+        {QStringLiteral("Ctrl + Alt + ← / →"), QStringLiteral("Left / right half")},
+        {QStringLiteral("Ctrl + Alt + ↑ / ↓"), QStringLiteral("Maximize / restore size")},
+        {QStringLiteral("Drag a tab"),
+         QStringLiteral("Reorder, detach, or drop onto another window tab strip")},
+        {QStringLiteral("Right-click a tab"), QStringLiteral("Move tab to new window")},
+        {QStringLiteral("Window menu"), QStringLiteral("Half-screen and quarter-screen layouts")},
+        {QStringLiteral("TABS & FOCUS"), {}},
+        {QStringLiteral("Ctrl + T / W"), QStringLiteral("New tab / close current tab")},
+        {QStringLiteral("Ctrl + Tab / Ctrl + Shift + Tab"), QStringLiteral("Next / previous tab")},
+        {QStringLiteral("Ctrl + 1…9"), QStringLiteral("Select numbered tab")},
+        {QStringLiteral("Ctrl + N"), QStringLiteral("Another window")},
+        {QStringLiteral("Alt + F4"), QStringLiteral("Close this window")},
+        {QStringLiteral("F11"), QStringLiteral("Maximize / restore")},
+        {QStringLiteral("F6 / Shift + F6"), QStringLiteral("Move focus between regions")},
+        {QStringLiteral("FILES & SELECTION"), {}},
+        {QStringLiteral("Ctrl + C / X / V"), QStringLiteral("Copy / cut / paste")},
+        {QStringLiteral("Ctrl + Insert / Shift + Insert"), QStringLiteral("Copy / paste")},
+        {QStringLiteral("Ctrl + Shift + C"), QStringLiteral("Copy quoted paths")},
+        {QStringLiteral("Ctrl + Shift + N"), QStringLiteral("Create folder")},
+        {QStringLiteral("F2"), QStringLiteral("Rename; keep the extension unselected")},
+        {QStringLiteral("Ctrl + A"), QStringLiteral("Select all")},
+        {QStringLiteral("Ctrl + arrows, then Space"), QStringLiteral("Choose individual items")},
+        {QStringLiteral("Shift + arrows / click"), QStringLiteral("Select a range")},
+        {QStringLiteral("Ctrl + click"), QStringLiteral("Toggle an item in the selection")},
+        {QStringLiteral("Home / End"), QStringLiteral("First / last item")},
+        {QStringLiteral("Shift + F10"), QStringLiteral("Selection context menu")},
+        {QStringLiteral("Delete · Ctrl + D"), QStringLiteral("Move selection to Trash")},
+        {QStringLiteral("Shift + Delete"), QStringLiteral("Permanent deletion, after confirmation")},
+        {QStringLiteral("Ctrl + Z"), QStringLiteral("Undo the last file operation")},
+        {QStringLiteral("Shift + drag / Ctrl + drag"), QStringLiteral("Move / copy dropped files")},
+        {QStringLiteral("Alt + drag"), QStringLiteral("Create a macOS alias shortcut")},
+        {QStringLiteral("VIEWS & PANES"), {}},
+        {QStringLiteral("Alt + P"), QStringLiteral("Toggle Preview")},
+        {QStringLiteral("Alt + Shift + P"), QStringLiteral("Toggle Details pane")},
+        {QStringLiteral("Ctrl + Shift + 1…8"), QStringLiteral("Icon sizes, List, Details, Tiles, Content")},
+        {QStringLiteral("Ctrl + wheel"), QStringLiteral("Adjust icon size")},
+        {QStringLiteral("Ctrl + keypad +"), QStringLiteral("Fit Details columns to text")},
+        {QStringLiteral("Ctrl + Shift + E"), QStringLiteral("Reveal current folder in the navigation tree")},
+        {QStringLiteral("← / → · keypad − / +"), QStringLiteral("Collapse / expand a navigation folder")},
+        {QStringLiteral("Space"), QStringLiteral("Quick Look (unless choosing individual items)")},
+        {QStringLiteral("Ctrl + Shift + H"), QStringLiteral("Toggle hidden items")},
+        {QStringLiteral("Escape"), QStringLiteral("Cancel path editing, clear filter or dismiss Quick Look")},
+        {QStringLiteral("F1"), QStringLiteral("This guide")},
+    };
+    return rows;
+}
+
+QString shortcutGuideNote() {
+    return QStringLiteral("On Mac: Alt = Option (⌥). Command also works for Ctrl.\n"
+                          "F-keys may require Fn. Shortcuts act inside Orvane.");
+}
+
+// ---------------------------------------------------------------- reading the key
+
+QString shortcutLetter(PhysicalKey key, const QString& text) {
+    static const std::pair<PhysicalKey, char> letters[] = {
+        {PhysicalKey::A, 'a'}, {PhysicalKey::D, 'd'}, {PhysicalKey::F, 'f'}, {PhysicalKey::H, 'h'},
+        {PhysicalKey::Z, 'z'}, {PhysicalKey::X, 'x'}, {PhysicalKey::C, 'c'}, {PhysicalKey::V, 'v'},
+        {PhysicalKey::W, 'w'}, {PhysicalKey::E, 'e'}, {PhysicalKey::R, 'r'}, {PhysicalKey::T, 't'},
+        {PhysicalKey::P, 'p'}, {PhysicalKey::L, 'l'}, {PhysicalKey::N, 'n'}};
+    for (const auto& [physical, letter] : letters)
+        if (physical == key) return QString(QLatin1Char(letter));
+    // Control characters are what Control makes of a letter, not the letter itself.
+    QString printable;
+    for (const QChar c : text)
+        if (c.isPrint()) printable += c;
+    return printable.toLower();
+}
+
+int shortcutDigit(PhysicalKey key) {
+    static const PhysicalKey digits[] = {PhysicalKey::Digit1, PhysicalKey::Digit2, PhysicalKey::Digit3,
+                                         PhysicalKey::Digit4, PhysicalKey::Digit5, PhysicalKey::Digit6,
+                                         PhysicalKey::Digit7, PhysicalKey::Digit8, PhysicalKey::Digit9};
+    for (int i = 0; i < 9; ++i)
+        if (digits[i] == key) return i + 1;
+    return 0;
+}
+
+KeyChord readKeyChord(const QKeyEvent& event) {
+    KeyChord chord;
+    chord.key = physicalKey(event);
+    chord.letter = shortcutLetter(chord.key, event.text());
+    chord.digit = shortcutDigit(chord.key);
+    chord.modifiers = keyModifiers(event.modifiers());
+    return chord;
+}
+
+// ---------------------------------------------------------------- the command tables
+
+namespace {
+
+enum class Need : std::uint8_t { Any, Yes, No };
+constexpr Need any = Need::Any;
+constexpr Need yes = Need::Yes;
+constexpr Need no = Need::No;
+
+bool meets(Need need, bool on) {
+    return need == Need::Any || (need == Need::Yes) == on;
+}
+
+// The keys of a row: letters (any of them), up to three physical keys, any digit or any key.
+struct Keys {
+    const char* letters = nullptr;
+    std::array<PhysicalKey, 3> physical{PhysicalKey::None, PhysicalKey::None, PhysicalKey::None};
+    bool digit = false;
+    bool every = false;
+
+    bool matches(const KeyChord& chord) const {
+        if (every) return true;
+        if (digit) return chord.digit > 0;
+        if (letters)
+            return chord.letter.size() == 1 && chord.letter[0].unicode() < 128 &&
+                   std::strchr(letters, chord.letter[0].toLatin1()) != nullptr;
+        for (PhysicalKey key : physical)
+            if (key != PhysicalKey::None && key == chord.key) return true;
+        return false;
+    }
+};
+
+Keys letter(const char* letters) {
+    Keys keys;
+    keys.letters = letters;
+    return keys;
+}
+
+Keys key(PhysicalKey a, PhysicalKey b = PhysicalKey::None, PhysicalKey c = PhysicalKey::None) {
+    Keys keys;
+    keys.physical = {a, b, c};
+    return keys;
+}
+
+Keys digit() {
+    Keys keys;
+    keys.digit = true;
+    return keys;
+}
+
+Keys anyKey() {
+    Keys keys;
+    keys.every = true;
+    return keys;
+}
+
+struct Context {
+    Explorer& window;
+    const KeyChord& chord;
+};
+
+// A row of a table: modifiers Primary, Alt, Shift; the keys; an optional further condition; the
+// action, which answers whether the key is used up (a few rows let the search go on).
+struct Rule {
+    Need primary;
+    Need alt;
+    Need shift;
+    Keys keys;
+    bool (*when)(const Context&);
+    bool (*run)(Context&);
+
+    bool matches(const Context& c) const {
+        return meets(primary, c.chord.primary()) && meets(alt, c.chord.alt()) &&
+               meets(shift, c.chord.shift()) && keys.matches(c.chord) && (!when || when(c));
+    }
+};
+
+bool runRules(const std::vector<Rule>& rules, Context& context) {
+    for (const Rule& rule : rules)
+        if (rule.matches(context) && rule.run(context)) return true;
+    return false;
+}
+
+// Commands that other parts of the program provide; a key for one that is not there yet is used up
+// all the same, as a refused command is.
+bool call(Explorer& window, const char* name) {
+    if (const Explorer::Operation run = window.operation(QLatin1String(name))) run();
+    return true;
+}
+
+bool inDetailsTable(const Context& c) {
+    return c.window.tableFocusedInDetails();
+}
+
+using P = PhysicalKey;
+
+const std::vector<Rule>& phoneRules() {
+    static const std::vector<Rule> rules = {
+        {yes, no, no, letter("c"), nullptr,
+         [](Context& c) { return c.window.activePhone()->copyFiles(), true; }},
+        {yes, no, no, letter("v"), nullptr,
+         [](Context& c) { return c.window.activePhone()->pasteFiles(), true; }},
+        {yes, no, no, letter("a"), nullptr,
+         [](Context& c) { return c.window.activePhone()->selectAllItems(), true; }},
+        {yes, no, yes, letter("n"), nullptr,
+         [](Context& c) { return c.window.activePhone()->createFolder(), true; }},
+        {yes, no, any, letter("x"), nullptr,
+         [](Context& c) { return c.window.activePhone()->cutFiles(), true; }},
+        {no, no, no, key(P::Return, P::Enter, P::F2), nullptr,
+         [](Context& c) { return c.window.activePhone()->renameSelection(), true; }},
+        {no, no, no, key(P::Backspace, P::ForwardDelete), nullptr,
+         [](Context& c) { return c.window.activePhone()->deleteSelection(), true; }},
+        {no, yes, any, key(P::Return), nullptr,
+         [](Context& c) { return c.window.activePhone()->showProperties(), true; }},
+    };
+    return rules;
+}
+
+const std::vector<Rule>& commonRules() {
+    static const std::vector<Rule> rules = {
+        {yes, no, no, letter("l"), nullptr, [](Context& c) { return c.window.focusAddress(), true; }},
+        {no, yes, no, letter("d"), nullptr, [](Context& c) { return c.window.focusAddress(), true; }},
+        {yes, no, no, letter("fe"), nullptr, [](Context& c) { return c.window.focusSearch(), true; }},
+        {no, no, any, key(P::F3), nullptr, [](Context& c) { return c.window.focusSearch(), true; }},
+        {no, no, any, key(P::F4), nullptr, [](Context& c) { return c.window.focusAddress(), true; }},
+        {no, no, any, key(P::F6), nullptr,
+         [](Context& c) { return c.window.cycleFocus(c.chord.shift()), true; }},
+        {no, no, no, key(P::F11), nullptr, [](Context& c) { return c.window.zoomWindow(), true; }},
+        {no, no, no, key(P::F1), nullptr, [](Context& c) { return call(c.window, "helpAction"); }},
+        {no, yes, no, key(P::F4), nullptr, [](Context& c) { return c.window.close(), true; }},
+        {yes, no, yes, letter("e"), nullptr,
+         [](Context& c) { return call(c.window, "expandToCurrentFolder"); }},
+        {yes, no, yes, digit(), [](const Context& c) { return c.chord.digit <= 8; },
+         [](Context& c) {
+             const QString name = QStringLiteral("setViewMode:%1").arg(c.chord.digit);
+             if (const Explorer::Operation run = c.window.operation(name)) run();
+             return true;
+         }},
+        {yes, no, no, digit(), nullptr,
+         [](Context& c) { return c.window.activateTab(c.chord.digit - 1), true; }},
+        {yes, no, any, key(P::Tab), nullptr,
+         [](Context& c) {
+             const int count = c.window.tabs.count();
+             const int step = c.chord.shift() ? count - 1 : 1;
+             return c.window.activateTab((c.window.tabs.active() + step) % count), true;
+         }},
+        {yes, no, no, letter("t"), nullptr, [](Context& c) { return c.window.newTab(), true; }},
+        {yes, no, no, letter("w"), nullptr, [](Context& c) { return c.window.closeTab(), true; }},
+        {yes, no, no, letter("r"), nullptr, [](Context& c) { return c.window.refreshAction(), true; }},
+        {yes, no, yes, letter("n"), nullptr, [](Context& c) { return call(c.window, "newFolder"); }},
+        {yes, no, no, letter("n"), nullptr, [](Context& c) { return c.window.newWindowAction(), true; }},
+    };
+    return rules;
+}
+
+const std::vector<Rule>& fileRules() {
+    static const std::vector<Rule> rules = {
+        {no, yes, any, letter("p"), nullptr,
+         [](Context& c) {
+             return c.chord.shift() ? c.window.toggleDetails() : c.window.togglePreview(), true;
+         }},
+        {no, yes, no, key(P::Left), nullptr, [](Context& c) { return c.window.back(), true; }},
+        {no, yes, no, key(P::Right), nullptr, [](Context& c) { return c.window.forward(), true; }},
+        {no, yes, no, key(P::Up), nullptr, [](Context& c) { return c.window.up(), true; }},
+        {no, yes, no, key(P::Return, P::Enter), nullptr,
+         [](Context& c) { return call(c.window, "propertiesAction"); }},
+        {yes, no, any, key(P::Down, P::Right), inDetailsTable,
+         [](Context& c) { return c.window.moveKeyboardFocus(1, c.chord.shift()), true; }},
+        {yes, no, any, key(P::Up, P::Left), inDetailsTable,
+         [](Context& c) { return c.window.moveKeyboardFocus(-1, c.chord.shift()), true; }},
+        {yes, no, any, key(P::Space), inDetailsTable,
+         [](Context& c) { return c.window.toggleKeyboardFocusSelection(), true; }},
+        {yes, no, any, key(P::KeypadPlus), nullptr,
+         [](Context& c) { return c.window.table()->autosizeColumns(), true; }},
+        {yes, no, any, key(P::Help), nullptr, [](Context& c) { return call(c.window, "copyAction"); }},
+        {yes, no, no, letter("a"), nullptr, [](Context& c) { return c.window.table()->selectAll(), true; }},
+        {yes, no, any, letter("c"), nullptr,
+         [](Context& c) { return call(c.window, c.chord.shift() ? "copyPathAction" : "copyAction"); }},
+        {yes, no, no, letter("x"), nullptr, [](Context& c) { return call(c.window, "cutAction"); }},
+        {yes, no, no, letter("v"), nullptr, [](Context& c) { return call(c.window, "pasteAction"); }},
+        {yes, no, no, letter("d"), nullptr, [](Context& c) { return call(c.window, "trashAction"); }},
+        {yes, no, no, letter("z"), nullptr, [](Context& c) { return call(c.window, "undoAction"); }},
+        {yes, no, yes, letter("h"), nullptr, [](Context& c) { return c.window.toggleHidden(), true; }},
+        {no, no, any, anyKey(),
+         [](const Context& c) { return c.window.focusIsInside(c.window.widgets().navigationPane); },
+         [](Context& c) { return c.window.handleSidebarKey(c.chord.key); }},
+        {any, any, yes, key(P::F10), nullptr,
+         [](Context& c) { return c.window.showKeyboardContextMenu(), true; }},
+        {any, any, yes, key(P::Help), nullptr, [](Context& c) { return call(c.window, "pasteAction"); }},
+        {any, any, any, key(P::ForwardDelete), nullptr,
+         [](Context& c) {
+             return call(c.window, c.chord.shift() ? "permanentlyDeleteAction" : "trashAction");
+         }},
+        {any, any, any, key(P::Home), inDetailsTable,
+         [](Context& c) { return c.window.selectBoundary(false, c.chord.shift()), true; }},
+        {any, any, any, key(P::End), inDetailsTable,
+         [](Context& c) { return c.window.selectBoundary(true, c.chord.shift()), true; }},
+        {any, any, any, key(P::Space),
+         [](const Context& c) {
+             return inDetailsTable(c) && c.window.table()->keyboardFocusRow().has_value();
+         },
+         [](Context& c) { return c.window.toggleKeyboardFocusSelection(), true; }},
+        {no, no, no, key(P::F2), nullptr, [](Context& c) { return call(c.window, "renameAction"); }},
+        {no, no, no, key(P::F5), nullptr, [](Context& c) { return c.window.refreshAction(), true; }},
+        {no, no, no, key(P::Return, P::Enter), nullptr,
+         [](Context& c) { return call(c.window, "renameAction"); }},
+        {no, no, no, key(P::Backspace), nullptr, [](Context& c) { return c.window.back(), true; }},
+        {no, no, no, key(P::Space), [](const Context& c) { return c.window.fileListFocused(); },
+         [](Context& c) { return call(c.window, "quickLook"); }},
+        {no, no, no, key(P::Escape), nullptr, [](Context& c) { return c.window.escapeFileArea(), true; }},
+    };
+    return rules;
+}
+
+// Control with Option on an arrow places the window: halves, maximised, restored.
+bool arrangeWindow(Explorer& window, const KeyChord& chord) {
+    const KeyModifiers& m = chord.modifiers;
+    if (!m.control || !m.alt || m.command) return false;
+    static const PhysicalKey arrows[] = {P::Left, P::Right, P::Up, P::Down};
+    for (int tag = 0; tag < 4; ++tag) {
+        if (arrows[tag] != chord.key) continue;
+        if (const Explorer::Operation run = window.operation(QStringLiteral("arrangeWindow:%1").arg(tag)))
+            run();
+        return true;
+    }
+    return false;
+}
+
+// The small layer a focused text field gets; what it leaves reaches the field as typing.
+bool handleEditorKey(Explorer& window, QLineEdit* editor, QKeyEvent* event, const KeyChord& chord) {
+    if (handleWindowsTextKey(editor, event)) return true;
+    if (chord.key == P::Escape && !chord.primary() && !chord.alt()) {
+        window.escapeTextEditing(editor);
+        return true;
+    }
+    const bool help = chord.key == P::Help;
+    if (chord.primary() && !chord.alt()) {
+        if (help) return editor->copy(), true;
+        const QString& l = chord.letter;
+        if (l == QLatin1String("z")) return chord.shift() ? editor->redo() : editor->undo(), true;
+        if (chord.shift()) return false;
+        if (l == QLatin1String("a")) return editor->selectAll(), true;
+        if (l == QLatin1String("c")) return editor->copy(), true;
+        if (l == QLatin1String("x")) return editor->cut(), true;
+        if (l == QLatin1String("v")) return editor->paste(), true;
+        return false;
+    }
+    if (chord.shift() && !chord.primary() && !chord.alt() && help) return editor->paste(), true;
+    return false;
+}
+
+} // namespace
+
+bool handleExplorerShortcut(Explorer& window, QKeyEvent* event) {
+    const QWidget* modal = QApplication::activeModalWidget();
+    if (modal && modal != &window) return false;
+    const KeyChord chord = readKeyChord(*event);
+    if (arrangeWindow(window, chord)) return true;
+    Context context{window, chord};
+    auto* editor = qobject_cast<QLineEdit*>(window.focusWidget());
+    if (!editor && window.activePhone() && runRules(phoneRules(), context)) return true;
+    if (runRules(commonRules(), context)) return true;
+    if (editor) return handleEditorKey(window, editor, event, chord);
+    return runRules(fileRules(), context);
+}
+
+// ---------------------------------------------------------------- text fields
+
+namespace {
+
+void deleteWord(QLineEdit* editor, bool backward) {
+    if (editor->isReadOnly()) return;
+    if (!editor->hasSelectedText()) {
+        if (backward)
+            editor->cursorWordBackward(true);
+        else
+            editor->cursorWordForward(true);
+    }
+    if (editor->hasSelectedText()) editor->del();
+}
+
+} // namespace
+
+bool handleWindowsTextKey(QLineEdit* editor, QKeyEvent* event) {
+    const KeyModifiers m = keyModifiers(event->modifiers());
+    if (!editor || !m.control || m.command || m.alt) return false;
+    switch (physicalKey(*event)) {
+    case PhysicalKey::Left:
+        editor->cursorWordBackward(m.shift);
+        return true;
+    case PhysicalKey::Right:
+        editor->cursorWordForward(m.shift);
+        return true;
+    case PhysicalKey::Home:
+        editor->home(m.shift);
+        return true;
+    case PhysicalKey::End:
+        editor->end(m.shift);
+        return true;
+    case PhysicalKey::Backspace:
+    case PhysicalKey::ForwardDelete:
+        if (m.shift) return false;
+        deleteWord(editor, physicalKey(*event) == PhysicalKey::Backspace);
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace orvane
