@@ -253,10 +253,13 @@ void FileTable::viewportResized(int oldWidth, int newWidth) {
 void FileTable::fillSpareWidth() {
     const int name = nameColumn();
     if (!model() || name >= headerView->count()) return;
+    // The name column alone absorbs the table's width, in both directions, down to its minimum.
     const int spare = viewport()->width() - headerView->length();
-    if (spare <= 0) return;
+    if (spare == 0) return;
+    const int width = qMax(explorerColumns()[name].minimumWidth, columnWidth(name) + spare);
+    if (width == columnWidth(name)) return;
     adjustingColumns = true;
-    setColumnWidth(name, columnWidth(name) + spare);
+    setColumnWidth(name, width);
     adjustingColumns = false;
 }
 
