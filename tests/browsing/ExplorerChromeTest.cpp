@@ -5,6 +5,7 @@
 #include "browsing/Preferences.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
+#include "support/WindowDriver.h"
 #include "views/FileTable.h"
 
 #include <QClipboard>
@@ -18,16 +19,9 @@
 
 using namespace orvane;
 using orvane::test::TempTree;
+using namespace orvane::test;
 
 namespace {
-void selectNames(Explorer& w, const QStringList& wanted) {
-    w.table()->clearSelection();
-    for (size_t row = 0; row < w.entries.size(); ++row)
-        if (wanted.contains(w.entries[row].name()))
-            w.table()->selectionModel()->select(w.table()->model()->index(int(row), 0),
-                                                QItemSelectionModel::Select | QItemSelectionModel::Rows);
-}
-
 QString enabledButtons(const Explorer& w) {
     QStringList on;
     for (const char* key : {"new", "cut", "copy", "paste", "rename", "trash", "pin"})

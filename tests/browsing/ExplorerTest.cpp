@@ -4,6 +4,7 @@
 #include "browsing/Preferences.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
+#include "support/WindowDriver.h"
 #include "views/FileTable.h"
 
 #include <QDir>
@@ -16,6 +17,7 @@
 
 using namespace orvane;
 using orvane::test::TempTree;
+using namespace orvane::test;
 
 namespace {
 QStringList names(const Explorer& w) {
@@ -29,21 +31,6 @@ QUrl url(const QString& path) {
     return QUrl::fromLocalFile(path);
 }
 
-// Answers the title of the alert the window shows, and dismisses it.
-QString takeAlert(Explorer& w) {
-    QPointer<QMessageBox> box = w.lastAlert();
-    if (!box) return {};
-    const QString text = box->text() + u'|' + box->informativeText();
-    box->close();
-    return text;
-}
-
-void selectNames(Explorer& w, const QStringList& wanted) {
-    for (size_t row = 0; row < w.entries.size(); ++row)
-        if (wanted.contains(w.entries[row].name()))
-            w.table()->selectionModel()->select(w.table()->model()->index(int(row), 0),
-                                                QItemSelectionModel::Select | QItemSelectionModel::Rows);
-}
 } // namespace
 
 class ExplorerTest : public QObject {
