@@ -65,7 +65,10 @@ Explorer::Explorer(AppDelegate* app, const std::optional<QUrl>& initialURL)
     ui.table->setFocus();
 }
 
-Explorer::~Explorer() = default;
+// The file commands watch widgets of this window; they go first, before the window is half gone.
+Explorer::~Explorer() {
+    delete fileCommands;
+}
 
 void Explorer::buildUI() {
     tableModel = new EntryTableModel(&entries, this);

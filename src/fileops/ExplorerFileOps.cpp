@@ -50,7 +50,8 @@ ExplorerFileOps::ExplorerFileOps(Explorer& window)
         if (w.busy) w.widgets().transferProgress->update(fraction);
     });
     connect(engine.get(), &TransferEngine::finished, this, &ExplorerFileOps::finishTransfer);
-    w.table()->viewport()->installEventFilter(this);
+    viewport = w.table()->viewport();
+    viewport->installEventFilter(this);
     registerOperations();
 }
 
@@ -323,7 +324,8 @@ bool ExplorerFileOps::eventFilter(QObject* watched, QEvent* event) {
         finishInlineRename(false);
         return true;
     }
-    if (watched != w.table()->viewport()) return false;
+    // Only pointer events reach the window below; hide and show events also come while it is torn down.
+    if (watched != viewport) return false;
     switch (event->type()) {
     case QEvent::MouseButtonPress:
         pointerPressed(static_cast<QMouseEvent*>(event));

@@ -72,6 +72,7 @@ private:
     QPointer<QLineEdit> editor;
     QUrl renameURL;
     QTimer renameDelay;
+    QPointer<QWidget> viewport;
 };
 
 } // namespace orvane
