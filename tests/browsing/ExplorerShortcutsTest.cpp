@@ -139,6 +139,7 @@ class ExplorerShortcutsTest : public QObject {
     std::unique_ptr<AppDelegate> app;
     Explorer* w = nullptr;
     QStringList called;
+    PhoneStandIn phone; // outlives the windows that hold it
 
     // Stand-ins for the commands the keys reach through the registry; each notes its name. Cancelling
     // a rename still happens, so the editor's Escape can be followed to its end.
@@ -158,7 +159,13 @@ class ExplorerShortcutsTest : public QObject {
             });
         }
     }
-    void openPhoneTab(PhoneStandIn& phone) {
+    // Selects one row and makes it current, as a plain click would.
+    void selectCurrent(int row) {
+        w->table()->selectionModel()->setCurrentIndex(w->table()->model()->index(row, 0),
+                                                      QItemSelectionModel::ClearAndSelect |
+                                                          QItemSelectionModel::Rows);
+    }
+    void openPhoneTab() {
         QVERIFY(w->navigate(QUrl(QStringLiteral("android://phone?location=1"))));
         w->setPhoneKeyTarget(w->tabs.current().id, &phone);
     }
@@ -174,9 +181,9 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(w));
         w->table()->setFocus();
         called.clear();
+        phone.calls.clear();
     }
     void cleanup() {
-        if (w) w->setPhoneKeyTarget(w->tabs.current().id, nullptr);
         app.reset();
         tree.reset();
     }
@@ -271,33 +278,33 @@ private slots:
         QFETCH(QString, phoneCall);
         QFETCH(QString, operation);
         registerStandIns();
-        PhoneStandIn phone;
-        openPhoneTab(phone);
+        openPhoneTab();
         w->table()->setFocus();
         QVERIFY(press(w, key, modifiers));
         QCOMPARE(phone.calls, listed(phoneCall));
         QCOMPARE(called, listed(operation));
     }
 
+    void searchFieldKeepsItsEditingKeys_data() {
+        QTest::addColumn<bool>("phoneTab");
+        QTest::newRow("folder tab") << false;
+        QTest::newRow("phone tab") << true;
+    }
     void searchFieldKeepsItsEditingKeys() {
+        QFETCH(bool, phoneTab);
         registerStandIns();
-        w->widgets().searchField->setFocus();
-        editsLikeAField(w, w->widgets().searchField);
+        if (phoneTab) openPhoneTab();
+        QLineEdit* search = w->widgets().searchField;
+        search->setFocus();
+        editsLikeAField(w, search);
         QCOMPARE(called, QStringList());
+        QCOMPARE(phone.calls, QStringList());
         // Commands of every context still work from a field, others are typing.
-        w->widgets().searchField->end(false);
+        search->end(false);
         press(w, keys::Space, none, QStringLiteral(" "));
-        QCOMPARE(w->widgets().searchField->text(), QStringLiteral("photos. "));
+        QCOMPARE(search->text(), QStringLiteral("photos. "));
         QVERIFY(press(w, keys::T, primary));
         QCOMPARE(w->tabs.count(), 2);
-    }
-
-    void phoneKeysLeaveTextFieldsAlone() {
-        PhoneStandIn phone;
-        openPhoneTab(phone);
-        w->widgets().searchField->setFocus();
-        editsLikeAField(w, w->widgets().searchField);
-        QCOMPARE(phone.calls, QStringList());
     }
 
     void renameEditorKeepsItsKeysAndEscapeCancels() {
@@ -378,8 +385,7 @@ private slots:
 
     void ringMovesWithoutTouchingTheSelection() {
         FileTable* table = w->table();
-        table->selectionModel()->setCurrentIndex(
-            table->model()->index(1, 0), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+        selectCurrent(1);
         QVERIFY(press(w, keys::Down, primary));
         QVERIFY(press(w, keys::Down, primary));
         QCOMPARE(table->keyboardFocusRow(), std::optional<int>(3));
@@ -407,8 +413,7 @@ private slots:
         QVERIFY(press(w, keys::Up, primary));
         QCOMPARE(table->keyboardFocusRow(), std::optional<int>(last)); // from nothing, Up lands on the end
         QVERIFY(selectedRows(*table).isEmpty());
-        table->selectionModel()->setCurrentIndex(
-            table->model()->index(2, 0), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+        selectCurrent(2);
         QVERIFY(press(w, keys::Down, primary | shift));
         QVERIFY(press(w, keys::Down, primary | shift));
         QCOMPARE(selectedRows(*table), QList<int>({2, 3, 4}));
