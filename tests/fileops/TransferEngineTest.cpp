@@ -30,6 +30,12 @@ bool present(const QString& path) {
     return lstat(QFile::encodeName(path).constData(), &st) == 0;
 }
 
+// Permission bits, or -1 when the item is missing.
+int mode(const QString& path) {
+    struct stat st;
+    return stat(QFile::encodeName(path).constData(), &st) == 0 ? int(st.st_mode & 07777) : -1;
+}
+
 // Runs a plan through a real engine and waits for its report on this thread.
 TransferResult runPlan(const TransferPlan& plan, bool moving, QList<double>* fractions = nullptr) {
     TransferEngine engine;
@@ -50,13 +56,31 @@ TransferResult transfer(const QStringList& sources, bool moving, const QString& 
     return runPlan(TransferEngine::plan(sources, moving, target), moving);
 }
 
+bool undo(const TransferResult& result) {
+    QString error;
+    const bool ok = result.undo()(error);
+    if (!ok) qWarning("undo failed: %s", qPrintable(error));
+    return ok;
+}
+
 QStringList trashFiles() {
-    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    QStringList names =
-        QDir(data + "/Trash/files").entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden);
-    names += QDir(qEnvironmentVariable("XDG_DATA_HOME") + "/Trash/files")
-                 .entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden);
+    QStringList names;
+    for (const QString& data : {QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation),
+                                qEnvironmentVariable("XDG_DATA_HOME")})
+        names +=
+            QDir(data + "/Trash/files").entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden);
     return names;
+}
+
+// A socket cannot be copied by anyone, root included, so the batch always holds an item that fails.
+QString makeSocket(const QString& path) {
+    const int fd = socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    qstrncpy(address.sun_path, QFile::encodeName(path).constData(), sizeof address.sun_path);
+    const bool ok = bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+    close(fd);
+    return ok ? path : QString();
 }
 
 } // namespace
@@ -64,276 +88,218 @@ QStringList trashFiles() {
 class TransferEngineTest : public QObject {
     Q_OBJECT
 private slots:
-    void copyIntoOwnFolderAndUndoToTrash();
-    void moveAndUndoBack_data();
-    void moveAndUndoBack();
-    void folderCopiedByteForByteWithLinkText();
-    void permissionsAndTimesKept();
-    void moveIntoSameFolderIsNoOp();
-    void intoItselfRefusesWholeBatch_data();
-    void intoItselfRefusesWholeBatch();
-    void mixedSourcesOneReportOneUndo();
-    void destinationTakenByAnotherProcessIsKept_data();
-    void destinationTakenByAnotherProcessIsKept();
-    void sameNamesFromTwoFoldersGetTwoPlaces();
-    void movedFolderReportedForPins();
-    void moveAcrossVolumes();
-    void oneRunAtATime();
-};
-
-void TransferEngineTest::copyIntoOwnFolderAndUndoToTrash() {
-    TempTree tree;
-    const QString source = tree.file("hello.txt", "hello");
-    QList<double> fractions;
-    const TransferResult result =
-        runPlan(TransferEngine::plan({source}, false, tree.path()), false, &fractions);
-    QVERIFY(result.failures.isEmpty());
-    QCOMPARE(contents(tree.path("hello - Copy.txt")), QByteArray("hello"));
-    QCOMPARE(contents(source), QByteArray("hello"));
-    QCOMPARE(result.statusText(), QString("1 items copied · Ctrl+Z to undo"));
-    QVERIFY(!fractions.isEmpty());
-    for (double f : fractions)
-        QVERIFY(f >= 0 && f <= 0.99);
-
-    QString error;
-    QVERIFY2(result.undo()(error), qPrintable(error));
-    QVERIFY(!present(tree.path("hello - Copy.txt")));
-    QVERIFY(present(source));
-    QVERIFY(trashFiles().contains("hello - Copy.txt"));
-}
-
-void TransferEngineTest::moveAndUndoBack_data() {
-    QTest::addColumn<QString>("name");
-    QTest::newRow("latin") << "notes.txt";
-    QTest::newRow("arabic") << "ملاحظات.txt";
-}
-
-void TransferEngineTest::moveAndUndoBack() {
-    QFETCH(QString, name);
-    TempTree tree;
-    const QString source = tree.file("a/" + name, "text");
-    const QString target = tree.folder("b");
-    tree.file("b/" + name, "other"); // the move must take a free name, not replace this
-    const TransferResult result = transfer({source}, true, target);
-    QVERIFY(result.failures.isEmpty());
-    QCOMPARE(result.finished.size(), size_t(1));
-    const QString landed = result.finished.at(0).destination;
-    QCOMPARE(QFileInfo(landed).fileName(), QFileInfo(name).completeBaseName() + " - Copy.txt");
-    QVERIFY(!present(source));
-    QCOMPARE(contents(landed), QByteArray("text"));
-    QCOMPARE(contents(target + '/' + name), QByteArray("other"));
-
-    QStringList followed;
-    QString error;
-    QVERIFY2(result.undo([&](const QString& from, const QString& to) { followed << from << to; })(error),
-             qPrintable(error));
-    QCOMPARE(contents(source), QByteArray("text"));
-    QVERIFY(!present(landed));
-    QCOMPARE(followed, QStringList({landed, source}));
-}
-
-void TransferEngineTest::folderCopiedByteForByteWithLinkText() {
-    TempTree tree;
-    const QString data = tree.sizedFile("pack/nested/data.bin", 2 << 20);
-    QVERIFY(QFile::link("nested/data.bin", tree.path("pack/link")));
-    tree.file("pack/.hidden", "h");
-    const QString target = tree.folder("target");
-    const TransferResult result = transfer({tree.path("pack")}, false, target);
-    QVERIFY(result.failures.isEmpty());
-    QCOMPARE(contents(target + "/pack/nested/data.bin"), contents(data));
-    QCOMPARE(contents(target + "/pack/.hidden"), QByteArray("h"));
-    QVERIFY(QFileInfo(target + "/pack/link").isSymLink());
-    QCOMPARE(QFile::symLinkTarget(target + "/pack/link"), target + "/pack/nested/data.bin");
-    char text[64] = {};
-    QCOMPARE(readlink(QFile::encodeName(target + "/pack/link").constData(), text, sizeof text - 1), 15);
-    QCOMPARE(QByteArray(text), QByteArray("nested/data.bin"));
-}
-
-void TransferEngineTest::permissionsAndTimesKept() {
-    TempTree tree;
-    tree.file("src/tool.sh", "#!/bin/sh\n");
-    tree.folder("src/locked");
-    const QDateTime when = QDateTime::fromSecsSinceEpoch(1500000000);
-    tree.setModified("src/tool.sh", when);
-    QVERIFY(chmod(QFile::encodeName(tree.path("src/tool.sh")).constData(), 0750) == 0);
-    QVERIFY(chmod(QFile::encodeName(tree.path("src/locked")).constData(), 0555) == 0);
-    const TransferResult result = transfer({tree.path("src")}, false, tree.folder("target"));
-    QVERIFY(result.failures.isEmpty());
-    struct stat st;
-    QVERIFY(stat(QFile::encodeName(tree.path("target/src/tool.sh")).constData(), &st) == 0);
-    QCOMPARE(st.st_mode & 07777, 0750u);
-    QCOMPARE(qint64(st.st_mtime), when.toSecsSinceEpoch());
-    QVERIFY(stat(QFile::encodeName(tree.path("target/src/locked")).constData(), &st) == 0);
-    QCOMPARE(st.st_mode & 07777, 0555u);
-    chmod(QFile::encodeName(tree.path("target/src/locked")).constData(), 0755);
-    chmod(QFile::encodeName(tree.path("src/locked")).constData(), 0755);
-}
-
-void TransferEngineTest::moveIntoSameFolderIsNoOp() {
-    TempTree tree;
-    const QString source = tree.file("here/a.txt", "a");
-    const TransferPlan plan = TransferEngine::plan({source}, true, tree.path("here"));
-    QVERIFY(!plan.refused());
-    QVERIFY(plan.jobs.empty());
-    TransferEngine engine;
-    QVERIFY(!engine.start(plan.jobs, true));
-    QVERIFY(!engine.running());
-    QCOMPARE(QDir(tree.path("here")).entryList(QDir::Files), QStringList{"a.txt"});
-    // Copying there is not a no-op.
-    QCOMPARE(TransferEngine::plan({source}, false, tree.path("here")).jobs.size(), size_t(1));
-}
-
-void TransferEngineTest::intoItselfRefusesWholeBatch_data() {
-    QTest::addColumn<bool>("moving");
-    QTest::addColumn<QString>("target"); // relative to the tree
-    QTest::newRow("copy into itself") << false << "box";
-    QTest::newRow("copy below itself") << false << "box/inner";
-    QTest::newRow("move below itself") << true << "box/inner";
-    QTest::newRow("copy through a link") << false << "alias/inner";
-}
-
-void TransferEngineTest::intoItselfRefusesWholeBatch() {
-    QFETCH(bool, moving);
-    QFETCH(QString, target);
-    TempTree tree;
-    const QString good = tree.file("good.txt", "g");
-    const QString box = tree.folder("box/inner");
-    QVERIFY(QFile::link(tree.path("box"), tree.path("alias")));
-    const TransferPlan plan = TransferEngine::plan({good, tree.path("box")}, moving, tree.path(target));
-    QVERIFY(plan.refused());
-    QCOMPARE(plan.refusedSource, tree.path("box"));
-    QVERIFY(plan.jobs.empty());
-    QCOMPARE(TransferPlan::refusalTitle(), QString("Cannot copy a folder into itself"));
-    QVERIFY(present(good) && !present(tree.path(target) + "/good.txt"));
-}
-
-// A socket cannot be copied by anyone, root included, so the batch always holds an item that fails.
-static QString makeSocket(const QString& path) {
-    const int fd = socket(AF_UNIX, SOCK_STREAM, 0);
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    const QByteArray native = QFile::encodeName(path);
-    qstrncpy(address.sun_path, native.constData(), sizeof address.sun_path);
-    const bool ok = bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
-    close(fd);
-    return ok ? path : QString();
-}
-
-void TransferEngineTest::mixedSourcesOneReportOneUndo() {
-    TempTree tree;
-    const QString one = tree.file("src/one.txt", "1");
-    const QString two = tree.file("src/two.txt", "2");
-    const QString gone = tree.path("src/gone.txt");
-    const QString socket = makeSocket(tree.path("src/sock"));
-    QVERIFY(!socket.isEmpty());
-    QStringList sources{one, gone, socket, two};
-    const bool root = geteuid() == 0; // permissions do not stop root
-    const QString locked = tree.file("src/locked.txt", "x");
-    if (!root) {
-        QVERIFY(chmod(QFile::encodeName(locked).constData(), 0) == 0);
-        sources << locked;
+    void copyIntoOwnFolderAndUndoToTrash() {
+        TempTree tree;
+        const QString source = tree.file("hello.txt", "hello");
+        QList<double> fractions;
+        const TransferResult result =
+            runPlan(TransferEngine::plan({source}, false, tree.path()), false, &fractions);
+        QVERIFY(result.failures.isEmpty());
+        QCOMPARE(contents(tree.path("hello - Copy.txt")), QByteArray("hello"));
+        QCOMPARE(contents(source), QByteArray("hello"));
+        QVERIFY(!fractions.isEmpty());
+        for (double f : fractions)
+            QVERIFY(f >= 0 && f <= 0.99);
+        QVERIFY(undo(result));
+        QVERIFY(!present(tree.path("hello - Copy.txt")) && present(source));
+        QVERIFY(trashFiles().contains("hello - Copy.txt"));
     }
-    const QString target = tree.folder("target");
-    const TransferResult result = transfer(sources, false, target);
-    QCOMPARE(result.finished.size(), size_t(2));
-    QCOMPARE(result.failures.size(), root ? 2 : 3);
-    QVERIFY(result.failures.at(0).startsWith("gone.txt: "));
-    QVERIFY(result.failures.at(1).startsWith("sock: "));
-    QVERIFY(result.failures.at(0).size() > QString("gone.txt: ").size());
-    QCOMPARE(TransferResult::failureTitle(), QString("Some items could not be transferred"));
-    QCOMPARE(result.failureDetail().count('\n'), result.failures.size() - 1);
-    if (!root) QVERIFY(!present(target + "/locked.txt")); // a failed copy leaves no half file behind
 
-    tree.file("target/unrelated.txt", "u");
-    QString error;
-    QVERIFY(result.undo()(error));
-    QCOMPARE(QDir(target).entryList(QDir::Files), QStringList{"unrelated.txt"});
-    QVERIFY(present(one) && present(two));
-}
+    void moveAndUndoBack_data() {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("latin") << "notes.txt";
+        QTest::newRow("arabic") << "ملاحظات.txt";
+    }
+    void moveAndUndoBack() {
+        QFETCH(QString, name);
+        TempTree tree;
+        const QString source = tree.file("a/" + name, "text");
+        const QString target = tree.folder("b");
+        tree.file("b/" + name, "other"); // the move must take a free name, not replace this
+        const TransferResult result = transfer({source}, true, target);
+        QVERIFY(result.failures.isEmpty());
+        QCOMPARE(result.finished.size(), size_t(1));
+        const QString landed = result.finished.at(0).destination;
+        QCOMPARE(QFileInfo(landed).fileName(), QFileInfo(name).completeBaseName() + " - Copy.txt");
+        QVERIFY(!present(source));
+        QCOMPARE(contents(landed), QByteArray("text"));
+        QCOMPARE(contents(target + '/' + name), QByteArray("other"));
+        QStringList followed;
+        QString error;
+        QVERIFY2(result.undo([&](const QString& from, const QString& to) { followed << from << to; })(error),
+                 qPrintable(error));
+        QCOMPARE(contents(source), QByteArray("text"));
+        QVERIFY(!present(landed));
+        QCOMPARE(followed, QStringList({landed, source}));
+    }
 
-void TransferEngineTest::destinationTakenByAnotherProcessIsKept_data() {
-    QTest::addColumn<bool>("folder");
-    QTest::addColumn<bool>("moving");
-    QTest::newRow("file copy") << false << false;
-    QTest::newRow("folder copy") << true << false;
-    QTest::newRow("file move") << false << true;
-}
+    void folderCopiedWithLinksModesAndTimes() {
+        TempTree tree;
+        const QString data = tree.sizedFile("pack/nested/data.bin", 2 << 20);
+        QVERIFY(QFile::link("nested/data.bin", tree.path("pack/link")));
+        tree.file("pack/.hidden", "h");
+        tree.file("pack/tool.sh", "#!/bin/sh\n");
+        const QDateTime when = QDateTime::fromSecsSinceEpoch(1500000000);
+        tree.setModified("pack/tool.sh", when);
+        QVERIFY(chmod(QFile::encodeName(tree.path("pack/tool.sh")).constData(), 0750) == 0);
+        QVERIFY(chmod(QFile::encodeName(tree.folder("pack/locked")).constData(), 0555) == 0);
+        const QString target = tree.folder("target");
+        const TransferResult result = transfer({tree.path("pack")}, false, target);
+        QVERIFY(result.failures.isEmpty());
+        QCOMPARE(contents(target + "/pack/nested/data.bin"), contents(data));
+        QCOMPARE(contents(target + "/pack/.hidden"), QByteArray("h"));
+        char text[64] = {};
+        QCOMPARE(readlink(QFile::encodeName(target + "/pack/link").constData(), text, sizeof text - 1), 15);
+        QCOMPARE(QByteArray(text), QByteArray("nested/data.bin")); // the link text, not a rewritten path
+        QCOMPARE(mode(target + "/pack/tool.sh"), 0750);
+        QCOMPARE(QFileInfo(target + "/pack/tool.sh").lastModified(), when);
+        QCOMPARE(mode(target + "/pack/locked"), 0555);
+        chmod(QFile::encodeName(target + "/pack/locked").constData(), 0755);
+        chmod(QFile::encodeName(tree.path("pack/locked")).constData(), 0755);
+    }
 
-// The plan found a free name; another program takes it before the run. Its item must survive whole.
-void TransferEngineTest::destinationTakenByAnotherProcessIsKept() {
-    QFETCH(bool, folder);
-    QFETCH(bool, moving);
-    TempTree tree;
-    const QString source = folder ? tree.folder("src/item") : tree.file("src/item", "ours");
-    if (folder) tree.file("src/item/inside", "ours");
-    const TransferPlan plan = TransferEngine::plan({source}, moving, tree.folder("target"));
-    QCOMPARE(plan.jobs.at(0).destination, tree.path("target/item"));
-    QCOMPARE(QProcess::execute("/bin/sh", {"-c", "printf theirs > \"$0\"", tree.path("target/item")}), 0);
-    const TransferResult result = runPlan(plan, moving);
-    QVERIFY(result.finished.empty());
-    QCOMPARE(result.failures, QStringList{"item: " + QString::fromLocal8Bit(strerror(EEXIST))});
-    QCOMPARE(contents(tree.path("target/item")), QByteArray("theirs"));
-    QVERIFY(present(source));
-}
+    void moveIntoSameFolderIsNoOp() {
+        TempTree tree;
+        const QString source = tree.file("here/a.txt", "a");
+        const TransferPlan plan = TransferEngine::plan({source}, true, tree.path("here"));
+        QVERIFY(!plan.refused() && plan.jobs.empty());
+        TransferEngine engine;
+        QVERIFY(!engine.start(plan.jobs, true));
+        QVERIFY(!engine.running());
+        QCOMPARE(QDir(tree.path("here")).entryList(QDir::Files), QStringList{"a.txt"});
+        // Copying there is not a no-op.
+        QCOMPARE(TransferEngine::plan({source}, false, tree.path("here")).jobs.size(), size_t(1));
+    }
 
-void TransferEngineTest::sameNamesFromTwoFoldersGetTwoPlaces() {
-    TempTree tree;
-    const QString a = tree.file("a/x.txt", "a");
-    const QString b = tree.file("b/x.txt", "b");
-    const TransferResult result = transfer({a, b}, false, tree.folder("target"));
-    QVERIFY(result.failures.isEmpty());
-    QCOMPARE(contents(tree.path("target/x.txt")), QByteArray("a"));
-    QCOMPARE(contents(tree.path("target/x - Copy.txt")), QByteArray("b"));
-}
+    void intoItselfRefusesWholeBatch_data() {
+        QTest::addColumn<bool>("moving");
+        QTest::addColumn<QString>("target"); // relative to the tree
+        QTest::newRow("copy into itself") << false << "box";
+        QTest::newRow("copy below itself") << false << "box/inner";
+        QTest::newRow("move below itself") << true << "box/inner";
+        QTest::newRow("copy through a link") << false << "alias/inner";
+    }
+    void intoItselfRefusesWholeBatch() {
+        QFETCH(bool, moving);
+        QFETCH(QString, target);
+        TempTree tree;
+        const QString good = tree.file("good.txt", "g");
+        tree.folder("box/inner");
+        QVERIFY(QFile::link(tree.path("box"), tree.path("alias")));
+        const TransferPlan plan = TransferEngine::plan({good, tree.path("box")}, moving, tree.path(target));
+        QVERIFY(plan.refused() && plan.jobs.empty());
+        QCOMPARE(plan.refusedSource, tree.path("box"));
+        QVERIFY(present(good) && !present(tree.path(target) + "/good.txt"));
+    }
 
-void TransferEngineTest::movedFolderReportedForPins() {
-    TempTree tree;
-    const QString pinned = tree.folder("a/Pinned");
-    const QString stays = tree.file("a/stays.txt");
-    const TransferResult result = transfer({pinned, tree.path("missing")}, true, tree.folder("b"));
-    QCOMPARE(result.movedSources(), QStringList{pinned});
-    QCOMPARE(result.finished.at(0).destination, tree.path("b/Pinned"));
-    QCOMPARE(result.statusText(), QString("1 items moved · Ctrl+Z to undo"));
-    QVERIFY(present(stays));
-}
+    void mixedSourcesOneReportOneUndo() {
+        TempTree tree;
+        const QString one = tree.file("src/one.txt", "1");
+        const QString two = tree.file("src/two.txt", "2");
+        const QString socket = makeSocket(tree.path("src/sock"));
+        QVERIFY(!socket.isEmpty());
+        QStringList sources{one, tree.path("src/gone.txt"), socket, two};
+        const bool root = geteuid() == 0; // permissions do not stop root
+        const QString locked = tree.file("src/locked.txt", "x");
+        if (!root) {
+            QVERIFY(chmod(QFile::encodeName(locked).constData(), 0) == 0);
+            sources << locked;
+        }
+        const QString target = tree.folder("target");
+        const TransferResult result = transfer(sources, false, target);
+        QCOMPARE(result.finished.size(), size_t(2));
+        QCOMPARE(result.failures.size(), root ? 2 : 3);
+        QVERIFY(result.failures.at(0).startsWith("gone.txt: ") && result.failures.at(0).size() > 10);
+        QVERIFY(result.failures.at(1).startsWith("sock: "));
+        QCOMPARE(result.failureDetail().count('\n'), result.failures.size() - 1);
+        QVERIFY(!present(target + "/locked.txt")); // a failed copy leaves no half file behind
+        tree.file("target/unrelated.txt", "u");
+        QVERIFY(undo(result));
+        QCOMPARE(QDir(target).entryList(QDir::Files), QStringList{"unrelated.txt"});
+        QVERIFY(present(one) && present(two));
+    }
 
-// /dev/shm is a volume of its own on Linux: the move becomes a copy, and the source goes only afterwards.
-void TransferEngineTest::moveAcrossVolumes() {
-    struct stat shm, tmp;
-    TempTree tree;
-    if (stat("/dev/shm", &shm) != 0 || stat(QFile::encodeName(tree.path()).constData(), &tmp) != 0 ||
-        shm.st_dev == tmp.st_dev || access("/dev/shm", W_OK) != 0)
-        QSKIP("no second writable volume");
-    QTemporaryDir other("/dev/shm/orvane-move-XXXXXX");
-    QVERIFY(QDir().mkpath(other.path() + "/box/sub"));
-    QFile f(other.path() + "/box/sub/f.txt");
-    QVERIFY(f.open(QIODevice::WriteOnly) && f.write("far") == 3);
-    f.close();
-    QVERIFY(QFile::link("sub/f.txt", other.path() + "/box/link"));
-    const TransferResult result = transfer({other.path() + "/box"}, true, tree.path());
-    QVERIFY2(result.failures.isEmpty(), qPrintable(result.failureDetail()));
-    QVERIFY(!present(other.path() + "/box"));
-    QCOMPARE(contents(tree.path("box/sub/f.txt")), QByteArray("far"));
-    QCOMPARE(QFileInfo(tree.path("box/link")).symLinkTarget(), tree.path("box/sub/f.txt"));
-    QString error;
-    QVERIFY2(result.undo()(error), qPrintable(error));
-    QCOMPARE(contents(other.path() + "/box/sub/f.txt"), QByteArray("far"));
-    QVERIFY(!present(tree.path("box")));
-}
+    void destinationTakenByAnotherProcessIsKept_data() {
+        QTest::addColumn<bool>("folder");
+        QTest::addColumn<bool>("moving");
+        QTest::newRow("file copy") << false << false;
+        QTest::newRow("folder copy") << true << false;
+        QTest::newRow("file move") << false << true;
+    }
+    // The plan found a free name; another program takes it before the run. Its item must survive whole.
+    void destinationTakenByAnotherProcessIsKept() {
+        QFETCH(bool, folder);
+        QFETCH(bool, moving);
+        TempTree tree;
+        const QString source = folder ? tree.folder("src/item") : tree.file("src/item", "ours");
+        if (folder) tree.file("src/item/inside", "ours");
+        const TransferPlan plan = TransferEngine::plan({source}, moving, tree.folder("target"));
+        QCOMPARE(plan.jobs.at(0).destination, tree.path("target/item"));
+        QCOMPARE(QProcess::execute("/bin/sh", {"-c", "printf theirs > \"$0\"", tree.path("target/item")}), 0);
+        const TransferResult result = runPlan(plan, moving);
+        QVERIFY(result.finished.empty());
+        QCOMPARE(result.failures, QStringList{"item: " + QString::fromLocal8Bit(strerror(EEXIST))});
+        QCOMPARE(contents(tree.path("target/item")), QByteArray("theirs"));
+        QVERIFY(present(source));
+    }
 
-void TransferEngineTest::oneRunAtATime() {
-    TempTree tree;
-    tree.sizedFile("src/big.bin", 8 << 20);
-    TransferEngine engine;
-    QSignalSpy done(&engine, &TransferEngine::finished);
-    const TransferPlan plan = TransferEngine::plan({tree.path("src")}, false, tree.folder("t"));
-    QVERIFY(engine.start(plan.jobs, false));
-    QVERIFY(engine.running());
-    QVERIFY(!engine.start(TransferEngine::plan({tree.path("src")}, false, tree.path("t")).jobs, false));
-    QVERIFY(done.wait(60000));
-    QVERIFY(!engine.running());
-    QCOMPARE(contents(tree.path("t/src/big.bin")).size(), 8 << 20);
-}
+    void sameNamesFromTwoFoldersGetTwoPlaces() {
+        TempTree tree;
+        const TransferResult result =
+            transfer({tree.file("a/x.txt", "a"), tree.file("b/x.txt", "b")}, false, tree.folder("target"));
+        QVERIFY(result.failures.isEmpty());
+        QCOMPARE(contents(tree.path("target/x.txt")), QByteArray("a"));
+        QCOMPARE(contents(tree.path("target/x - Copy.txt")), QByteArray("b"));
+    }
+
+    void movedFolderReportedForPins() {
+        TempTree tree;
+        const QString pinned = tree.folder("a/Pinned");
+        const QString stays = tree.file("a/stays.txt");
+        const TransferResult result = transfer({pinned, tree.path("missing")}, true, tree.folder("b"));
+        QCOMPARE(result.movedSources(), QStringList{pinned});
+        QCOMPARE(result.finished.at(0).destination, tree.path("b/Pinned"));
+        QCOMPARE(result.statusText(), QString("1 items moved · Ctrl+Z to undo"));
+        QVERIFY(present(stays));
+    }
+
+    // /dev/shm is a volume of its own on Linux: the move becomes a copy, and the source goes only afterwards.
+    void moveAcrossVolumes() {
+        struct stat shm, tmp;
+        TempTree tree;
+        if (stat("/dev/shm", &shm) != 0 || stat(QFile::encodeName(tree.path()).constData(), &tmp) != 0 ||
+            shm.st_dev == tmp.st_dev || access("/dev/shm", W_OK) != 0)
+            QSKIP("no second writable volume");
+        QTemporaryDir other("/dev/shm/orvane-move-XXXXXX");
+        QVERIFY(QDir().mkpath(other.path() + "/box/sub"));
+        QFile f(other.path() + "/box/sub/f.txt");
+        QVERIFY(f.open(QIODevice::WriteOnly) && f.write("far") == 3);
+        f.close();
+        QVERIFY(QFile::link("sub/f.txt", other.path() + "/box/link"));
+        const TransferResult result = transfer({other.path() + "/box"}, true, tree.path());
+        QVERIFY2(result.failures.isEmpty(), qPrintable(result.failureDetail()));
+        QVERIFY(!present(other.path() + "/box"));
+        QCOMPARE(contents(tree.path("box/sub/f.txt")), QByteArray("far"));
+        QCOMPARE(QFileInfo(tree.path("box/link")).symLinkTarget(), tree.path("box/sub/f.txt"));
+        QVERIFY(undo(result));
+        QCOMPARE(contents(other.path() + "/box/sub/f.txt"), QByteArray("far"));
+        QVERIFY(!present(tree.path("box")));
+    }
+
+    void oneRunAtATime() {
+        TempTree tree;
+        tree.sizedFile("src/big.bin", 8 << 20);
+        TransferEngine engine;
+        QSignalSpy done(&engine, &TransferEngine::finished);
+        const TransferPlan plan = TransferEngine::plan({tree.path("src")}, false, tree.folder("t"));
+        QVERIFY(engine.start(plan.jobs, false));
+        QVERIFY(engine.running());
+        QVERIFY(!engine.start(plan.jobs, false));
+        QVERIFY(done.wait(60000));
+        QVERIFY(!engine.running());
+        QCOMPARE(contents(tree.path("t/src/big.bin")).size(), 8 << 20);
+    }
+};
 
 ORVANE_TEST_MAIN(TransferEngineTest)
 #include "TransferEngineTest.moc"

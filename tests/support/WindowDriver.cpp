@@ -11,12 +11,26 @@
 
 namespace orvane::test {
 
+void selectRows(QAbstractItemView& view, const QList<int>& rows) {
+    view.clearSelection();
+    for (int row : rows)
+        view.selectionModel()->select(view.model()->index(row, 0),
+                                      QItemSelectionModel::Select | QItemSelectionModel::Rows);
+}
+
+QList<int> selectedRows(const QAbstractItemView& view) {
+    QList<int> rows;
+    for (const QModelIndex& index : view.selectionModel()->selectedRows())
+        rows << index.row();
+    std::sort(rows.begin(), rows.end());
+    return rows;
+}
+
 void selectNames(Explorer& w, const QStringList& wanted) {
-    w.table()->clearSelection();
+    QList<int> rows;
     for (size_t row = 0; row < w.entries.size(); ++row)
-        if (wanted.contains(w.entries[row].name()))
-            w.table()->selectionModel()->select(w.table()->model()->index(int(row), 0),
-                                                QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        if (wanted.contains(w.entries[row].name())) rows << int(row);
+    selectRows(*w.table(), rows);
 }
 
 QString takeAlert(Explorer& w) {

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 #include <QStringList>
+
+class QAbstractItemView;
 
 namespace orvane {
 class Explorer;
@@ -9,6 +12,10 @@ class Explorer;
 
 namespace orvane::test {
 
+// Selects exactly these rows, leaving the current index alone.
+void selectRows(QAbstractItemView& view, const QList<int>& rows);
+// The selected rows in ascending order.
+QList<int> selectedRows(const QAbstractItemView& view);
 // Selects exactly the rows with these names, as Control-clicks would.
 void selectNames(Explorer& window, const QStringList& names);
 // The window's alert as "title|detail", dismissed; empty when none is showing.

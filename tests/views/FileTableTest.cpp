@@ -1,20 +1,19 @@
 #include "views/FileTable.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
-#include "views/ColumnSettings.h"
+#include "support/WindowDriver.h"
 #include "views/EntryTableModel.h"
 #include "views/ExplorerColumns.h"
 #include "views/ExplorerFont.h"
 #include "views/ExplorerHeaderView.h"
 
 #include <QContextMenuEvent>
-#include <QItemSelectionModel>
 #include <QMenu>
 #include <QSettings>
 #include <QSignalSpy>
 
 using namespace orvane;
-using orvane::test::TempTree;
+using namespace orvane::test;
 
 Q_DECLARE_METATYPE(QList<int>)
 
@@ -32,27 +31,27 @@ class FileTableTest : public QObject {
         table->show();
         QVERIFY(QTest::qWaitForWindowExposed(table.get()));
     }
-    QPoint rowCenter(int row) const {
-        return QPoint(60, table->rowViewportPosition(row) + table->rowHeight(row) / 2);
+    // The middle of the name cell of a row, or the empty space below the rows for -1.
+    QPoint at(int row) const {
+        return row < 0 ? QPoint(60, table->viewport()->height() - 5)
+                       : QPoint(60, table->rowViewportPosition(row) + table->rowHeight(row) / 2);
     }
-    QList<int> selectedRows() const {
-        QList<int> rows;
-        for (const QModelIndex& index : table->selectionModel()->selectedRows())
-            rows << index.row();
-        std::sort(rows.begin(), rows.end());
-        return rows;
-    }
-    void select(const QList<int>& rows) {
-        table->clearSelection();
-        for (int row : rows)
-            table->selectionModel()->select(model->index(row, 0),
-                                            QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    void click(int row, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, modifiers, at(row));
     }
     void clickHeader(const QString& key) {
         QHeaderView* header = table->horizontalHeader();
         const int column = explorerColumnIndex(key);
         QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
                           QPoint(header->sectionViewportPosition(column) + 20, header->height() / 2));
+    }
+    int column(const QString& key) const { return explorerColumnIndex(key); }
+    // The visible columns but the name.
+    int othersWidth() const {
+        int others = 0;
+        for (int c = 1; c < model->columnCount(); ++c)
+            others += table->isColumnHidden(c) ? 0 : table->columnWidth(c);
+        return others;
     }
 
 private slots:
@@ -71,31 +70,34 @@ private slots:
         model.reset();
     }
 
-    void controlClickTogglesOneRowWithoutAMenu() {
+    void clicksSelect_data() {
+        QTest::addColumn<QList<int>>("before"); // clicked in turn, the first alone, the others with Control
+        QTest::addColumn<int>("row");
+        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+        QTest::addColumn<QList<int>>("after");
+        QTest::newRow("control drops a selected row")
+            << QList<int>{0, 1, 2} << 1 << Qt::KeyboardModifiers(Qt::ControlModifier) << QList<int>{0, 2};
+        QTest::newRow("control adds a row")
+            << QList<int>{0, 2} << 4 << Qt::KeyboardModifiers(Qt::ControlModifier) << QList<int>{0, 2, 4};
+        QTest::newRow("shift extends")
+            << QList<int>{1} << 3 << Qt::KeyboardModifiers(Qt::ShiftModifier) << QList<int>{1, 2, 3};
+        QTest::newRow("no row clears") << QList<int>{1, 2} << -1 << Qt::KeyboardModifiers() << QList<int>{};
+    }
+    void clicksSelect() {
+        QFETCH(QList<int>, before);
+        QFETCH(int, row);
+        QFETCH(Qt::KeyboardModifiers, modifiers);
+        QFETCH(QList<int>, after);
         int menus = 0;
         table->contextMenuProvider = [&] { return ++menus, new QMenu; };
-        select({0, 1, 2});
-        QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::ControlModifier, rowCenter(1));
-        QCOMPARE(selectedRows(), (QList<int>{0, 2}));
-        QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::ControlModifier, rowCenter(4));
-        QCOMPARE(selectedRows(), (QList<int>{0, 2, 4}));
-        QCOMPARE(menus, 0);
-    }
-
-    void shiftClickExtends() {
-        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, rowCenter(1));
-        QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::ShiftModifier, rowCenter(3));
-        QCOMPARE(selectedRows(), (QList<int>{1, 2, 3}));
-    }
-
-    void clickOnNoRowClears() {
         QSignalSpy noRow(table.get(), &FileTable::clickedOnNoRow);
-        select({1, 2});
-        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, QPoint(60, table->viewport()->height() - 5));
-        QCOMPARE(noRow.count(), 1);
-        QVERIFY(selectedRows().isEmpty());
-        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, rowCenter(0));
-        QCOMPARE(noRow.count(), 1);
+        for (int i = 0; i < before.size(); ++i)
+            click(before[i], i ? Qt::ControlModifier : Qt::NoModifier);
+        QCOMPARE(selectedRows(*table), before);
+        click(row, modifiers);
+        QCOMPARE(selectedRows(*table), after);
+        QCOMPARE(noRow.count(), row < 0 ? 1 : 0);
+        QCOMPARE(menus, 0); // Control-click is no right click here
     }
 
     void rightClickSettlesTheSelectionThenAsksForTheMenu_data() {
@@ -113,16 +115,15 @@ private slots:
         QList<int> seenByProvider{-1};
         QPointer<QMenu> shown;
         table->contextMenuProvider = [&] {
-            seenByProvider = selectedRows();
+            seenByProvider = selectedRows(*table);
             shown = new QMenu;
             shown->addAction(QStringLiteral("Open"));
             return shown.data();
         };
-        select(before);
-        const QPoint at = row >= 0 ? rowCenter(row) : QPoint(60, table->viewport()->height() - 5);
-        QContextMenuEvent event(QContextMenuEvent::Mouse, at, table->viewport()->mapToGlobal(at));
+        selectRows(*table, before);
+        QContextMenuEvent event(QContextMenuEvent::Mouse, at(row), table->viewport()->mapToGlobal(at(row)));
         QCoreApplication::sendEvent(table->viewport(), &event);
-        QCOMPARE(selectedRows(), after);
+        QCOMPARE(selectedRows(*table), after);
         QCOMPARE(seenByProvider, after);
         QVERIFY(shown && shown->isVisible());
         shown->close();
@@ -130,38 +131,30 @@ private slots:
     }
 
     void headerClicksRequestSorting_data() {
+        QTest::addColumn<QString>("shown"); // the indicator set beforehand, which asks for nothing
         QTest::addColumn<QStringList>("clicks");
         QTest::addColumn<QStringList>("requests");
-        QTest::newRow("size twice flips") << QStringList{"size", "size"} << QStringList{"size+", "size-"};
-        QTest::newRow("the sorted column flips at once") << QStringList{"name"} << QStringList{"name-"};
-        QTest::newRow("a new column starts ascending")
-            << QStringList{"modified", "modified", "kind"} << QStringList{"modified+", "modified-", "kind+"};
-        QTest::newRow("dimensions has no sort") << QStringList{"dimensions", "dimensions"} << QStringList{};
+        QTest::newRow("the sorted column flips at once") << "" << QStringList{"name"} << QStringList{"name-"};
+        QTest::newRow("a new column starts ascending") << "" << QStringList{"modified", "modified", "kind"}
+                                                       << QStringList{"modified+", "modified-", "kind+"};
+        QTest::newRow("dimensions has no sort")
+            << "" << QStringList{"dimensions", "dimensions"} << QStringList{};
+        QTest::newRow("a shown descending sort flips")
+            << "size-" << QStringList{"size"} << QStringList{"size+"};
     }
     void headerClicksRequestSorting() {
+        QFETCH(QString, shown);
         QFETCH(QStringList, clicks);
         QFETCH(QStringList, requests);
         QStringList seen;
         connect(table.get(), &FileTable::sortRequested, this,
                 [&](const QString& key, bool ascending) { seen << key + (ascending ? u'+' : u'-'); });
+        if (!shown.isEmpty()) table->setSortIndicator(shown.chopped(1), shown.endsWith(u'+'));
         for (const QString& key : clicks)
             clickHeader(key);
         QCOMPARE(seen, requests);
-        if (!requests.isEmpty()) {
-            QCOMPARE(table->sortKey() + (table->sortAscending() ? u'+' : u'-'), requests.last());
-        } else {
-            QCOMPARE(table->sortKey(), QStringLiteral("name"));
-        }
-    }
-
-    void sortIndicatorIsShownWithoutARequest() {
-        QSignalSpy requests(table.get(), &FileTable::sortRequested);
-        table->setSortIndicator("size", false);
-        QCOMPARE(table->sortKey(), QStringLiteral("size"));
-        QVERIFY(!table->sortAscending());
-        clickHeader("size");
-        QCOMPARE(requests.count(), 1);
-        QVERIFY(requests.first().at(1).toBool()); // descending shown, so the click asks for ascending
+        QCOMPARE(table->sortKey() + (table->sortAscending() ? u'+' : u'-'),
+                 requests.isEmpty() ? QStringLiteral("name+") : requests.last());
     }
 
     void compactRows() {
@@ -177,16 +170,16 @@ private slots:
         QSignalSpy status(table.get(), &FileTable::selectionStatusChanged);
         table->setKeyboardFocusRow(2);
         table->extendingKeyboardSelection = true;
-        select({2, 3});
+        selectRows(*table, {2, 3});
         QCOMPARE(table->keyboardFocusRow(), std::optional<int>(2));
         table->extendingKeyboardSelection = false;
         QVERIFY(status.count() > 0);
         status.clear();
-        select({4});
+        selectRows(*table, {4});
         QCOMPARE(table->keyboardFocusRow(), std::nullopt);
         QVERIFY(status.count() > 0);
         table->setKeyboardFocusRow(1);
-        QTest::mousePress(table->viewport(), Qt::LeftButton, Qt::ControlModifier, rowCenter(1));
+        QTest::mousePress(table->viewport(), Qt::LeftButton, Qt::ControlModifier, at(1));
         QCOMPARE(table->keyboardFocusRow(), std::nullopt);
     }
 
@@ -225,41 +218,29 @@ private slots:
         QVERIFY(items[explorerColumns().size()]->isSeparator());
         QCOMPARE(items.last()->text(), QStringLiteral("Size columns to fit"));
         QCOMPARE(items.last()->isEnabled(), detailsMode);
-        items[explorerColumnIndex("kind")]->trigger();
-        QVERIFY(table->isColumnHidden(explorerColumnIndex("kind")));
+        items[column("kind")]->trigger();
+        QVERIFY(table->isColumnHidden(column("kind")));
     }
 
-    void toggledColumnsPersistAndNameStays() {
+    void columnStateSurvivesANewTable() {
         QSignalSpy changes(table.get(), &FileTable::columnVisibilityChanged);
-        table->toggleColumn("name");
-        table->toggleColumn("dimensions");
-        table->toggleColumn("created");
-        QCOMPARE(changes.count(), 2);
-        QVERIFY(!table->isColumnHidden(explorerColumnIndex("name")));
-        QVERIFY(table->isColumnHidden(explorerColumnIndex("dimensions")));
-        QVERIFY(!table->isColumnHidden(explorerColumnIndex("created")));
-        QCOMPARE(QSettings().value(ColumnSettings::visibleKey).toStringList(),
-                 (QStringList{"name", "modified", "kind", "size", "created"}));
-        makeTable(); // the next window reads the same state
-        QVERIFY(table->isColumnHidden(explorerColumnIndex("dimensions")));
-        QVERIFY(!table->isColumnHidden(explorerColumnIndex("created")));
-    }
-
-    void columnWidthsSurviveANewTable() {
-        const int kind = explorerColumnIndex("kind");
-        table->setColumnWidth(kind, 250);
-        table->setColumnWidth(explorerColumnIndex("size"), 20); // below the minimum
-        QCOMPARE(table->columnWidth(explorerColumnIndex("size")), 85);
-        makeTable();
-        QCOMPARE(table->columnWidth(kind), 250);
-        QCOMPARE(table->columnWidth(explorerColumnIndex("size")), 85);
+        for (const char* key : {"name", "dimensions", "created"})
+            table->toggleColumn(key);
+        QCOMPARE(changes.count(), 2); // the name column stays
+        table->setColumnWidth(column("kind"), 250);
+        table->setColumnWidth(column("size"), 20); // below the minimum
+        QCOMPARE(table->columnWidth(column("size")), 85);
+        for (int round = 0; round < 2; ++round) { // the next window reads the same state
+            QVERIFY(!table->isColumnHidden(column("name")) && !table->isColumnHidden(column("created")));
+            QVERIFY(table->isColumnHidden(column("dimensions")));
+            QCOMPARE(table->columnWidth(column("kind")), 250);
+            QCOMPARE(table->columnWidth(column("size")), 85);
+            makeTable();
+        }
     }
 
     void nameColumnTakesTheSpareWidth() {
-        int total = 0;
-        for (int column = 0; column < model->columnCount(); ++column)
-            total += table->isColumnHidden(column) ? 0 : table->columnWidth(column);
-        QCOMPARE(total, table->viewport()->width());
+        QCOMPARE(table->columnWidth(0), table->viewport()->width() - othersWidth());
         const int before = table->columnWidth(0);
         table->resize(table->width() + 100, table->height());
         QTRY_COMPARE(table->columnWidth(0), before + 100);
@@ -287,34 +268,21 @@ private slots:
         int widest = metrics.horizontalAdvance(column.title);
         for (const QString& text : texts)
             widest = qMax(widest, metrics.horizontalAdvance(text));
-        const int width = FileTable::fittedWidth(key, texts);
-        if (extra < 0)
-            QCOMPARE(width, column.minimumWidth);
-        else
-            QCOMPARE(width, widest + extra);
+        QCOMPARE(FileTable::fittedWidth(key, texts), extra < 0 ? column.minimumWidth : widest + extra);
     }
 
     void autosizeUsesTheModelTexts() {
         table->detailsMode = false;
         table->autosizeColumns();
-        QVERIFY(table->columnWidth(explorerColumnIndex("modified")) == 200); // ignored outside details
+        QCOMPARE(table->columnWidth(column("modified")), 200); // ignored outside details
         table->detailsMode = true;
         table->autosizeColumns();
-        const QFontMetrics metrics(explorerFont());
-        const int name = metrics.horizontalAdvance(entries.back().name()) + 48;
-        QCOMPARE(table->columnWidth(0),
-                 qMax(
-                     name, table->viewport()->width() - [&] {
-                         int others = 0;
-                         for (int column = 1; column < model->columnCount(); ++column)
-                             others += table->isColumnHidden(column) ? 0 : table->columnWidth(column);
-                         return others;
-                     }()));
-        for (int column = 0; column < model->columnCount(); ++column)
-            if (!table->isColumnHidden(column))
-                QVERIFY(table->columnWidth(column) >= explorerColumns()[column].minimumWidth);
-        QCOMPARE(table->columnWidth(explorerColumnIndex("dimensions")),
-                 FileTable::fittedWidth("dimensions", {}));
+        QCOMPARE(table->columnWidth(0), qMax(FileTable::fittedWidth("name", {entries.back().name()}),
+                                             table->viewport()->width() - othersWidth()));
+        for (int c = 0; c < model->columnCount(); ++c)
+            if (!table->isColumnHidden(c))
+                QVERIFY(table->columnWidth(c) >= explorerColumns()[c].minimumWidth);
+        QCOMPARE(table->columnWidth(column("dimensions")), FileTable::fittedWidth("dimensions", {}));
     }
 };
 
