@@ -209,24 +209,20 @@ std::string LibmtpPhone::list(uint32_t storage, uint32_t parent, std::vector<Pho
         true);
 }
 
-bool LibmtpPhone::isFolder(uint32_t id, bool& folder, uint32_t& storage, uint64_t& size) {
+std::optional<LibmtpPhone::ObjectFacts> LibmtpPhone::facts(uint32_t id) {
     LIBMTP_file_t* meta = id == rootHandle ? nullptr : LIBMTP_Get_Filemetadata(device, id);
-    if (!meta) return false;
-    folder = meta->filetype == LIBMTP_FILETYPE_FOLDER;
-    storage = meta->storage_id;
-    size = meta->filesize;
+    if (!meta) return std::nullopt;
+    const ObjectFacts found{meta->filetype == LIBMTP_FILETYPE_FOLDER, meta->storage_id, meta->filesize};
     LIBMTP_destroy_file_t(meta);
-    return true;
+    return found;
 }
 
 std::string LibmtpPhone::get(uint32_t id, const std::string& path, const TransferProgress& progress) {
     return session(
         [&] {
-            bool folder = false;
-            uint32_t storage = 0;
-            uint64_t size = 0;
-            if (!isFolder(id, folder, storage, size)) return missing();
-            if (folder) return std::string("A folder can't be copied as one file.");
+            const std::optional<ObjectFacts> object = facts(id);
+            if (!object) return missing();
+            if (object->folder) return std::string("A folder can't be copied as one file.");
             const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
             if (fd < 0) return "Cannot create " + lastComponent(path) + ": " + std::strerror(errno) + ".";
             const int status = LIBMTP_Get_File_To_File_Descriptor(device, id, fd, progressThunk, &progress);
@@ -283,14 +279,12 @@ std::string LibmtpPhone::remove(uint32_t id) {
     if (id == rootHandle || id == 0) return "A storage can't be deleted.";
     return session(
         [&] {
-            bool folder = false;
-            uint32_t storage = 0;
-            uint64_t size = 0;
-            if (!isFolder(id, folder, storage, size)) return missing();
+            const std::optional<ObjectFacts> object = facts(id);
+            if (!object) return missing();
             if (LIBMTP_Delete_Object(device, id) == 0) return std::string();
-            if (!folder || broken()) return failure("Cannot delete this item on the phone");
+            if (!object->folder || broken()) return failure("Cannot delete this item on the phone");
             LIBMTP_Clear_Errorstack(device);
-            return removeTree(storage, id);
+            return removeTree(object->storage, id);
         },
         false);
 }
@@ -335,10 +329,8 @@ std::string LibmtpPhone::move(uint32_t id, uint32_t storage, uint32_t parent) {
 std::string LibmtpPhone::info(uint32_t id, PhoneObjectInfo& out) {
     return session(
         [&] {
-            bool folder = false;
-            uint32_t storage = 0;
-            uint64_t size = 0;
-            if (!isFolder(id, folder, storage, size)) return missing();
+            const std::optional<ObjectFacts> object = facts(id);
+            if (!object) return missing();
             const uint32_t width = LIBMTP_Get_u32_From_Object(device, id, LIBMTP_PROPERTY_Width, 0);
             const uint32_t height = LIBMTP_Get_u32_From_Object(device, id, LIBMTP_PROPERTY_Height, 0);
             char* created = LIBMTP_Get_String_From_Object(device, id, LIBMTP_PROPERTY_DateCreated);

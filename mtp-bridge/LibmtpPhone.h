@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "PhoneBackend.h"
 
 #include <functional>
@@ -43,7 +45,12 @@ private:
     std::string failure(const std::string& what);
     std::string missing();
     std::string removeTree(uint32_t storage, uint32_t id);
-    bool isFolder(uint32_t id, bool& folder, uint32_t& storage, uint64_t& size);
+    struct ObjectFacts {
+        bool folder;
+        uint32_t storage;
+        uint64_t size;
+    };
+    std::optional<ObjectFacts> facts(uint32_t id);
 
     LIBMTP_mtpdevice_struct* device = nullptr;
 };
