@@ -101,7 +101,8 @@ int tableScroll(const QStringList& args) {
     }
     const int count = args.isEmpty() ? 100000 : args[0].toInt();
     std::vector<Entry> entries = syntheticEntries(count);
-    EntryTableModel model(&entries);
+    EntryTableModel model;
+    model.setEntries(std::move(entries));
     FileTable table;
     table.setModel(&model);
     table.resize(1100, 800);

@@ -2,6 +2,7 @@
 
 #include "browsing/Explorer.h"
 #include "browsing/ModalShortcuts.h"
+#include "browsing/WindowCommands.h"
 
 #include "views/FileTable.h"
 #include <QApplication>
@@ -46,7 +47,7 @@ void AppDelegate::installModalShortcuts() {
 
 bool AppDelegate::anyWindowBusy() const {
     for (const auto& window : windows)
-        if (window->busy) return true;
+        if (window->busy()) return true;
     return false;
 }
 
@@ -60,7 +61,7 @@ bool AppDelegate::shouldTerminate() {
         return false;
     }
     for (const auto& window : windows) {
-        if (!window->busy) continue;
+        if (!window->busy()) continue;
         auto* box = new QMessageBox(QMessageBox::Warning, QStringLiteral("A file transfer is still running"),
                                     QStringLiteral("A file transfer is still running"), QMessageBox::Ok,
                                     window.get());
@@ -114,7 +115,7 @@ void AppDelegate::routeEdit(int tag, Explorer* window) {
         return;
     }
     const char* const names[] = {"cutAction", "copyAction", "pasteAction", "", "undoAction"};
-    if (const Explorer::Operation run = window->operation(QLatin1String(names[tag]))) run();
+    window->commands().run(QLatin1String(names[tag]));
 }
 
 void AppDelegate::makeMenu(QMenuBar* bar, Explorer* window) {
@@ -137,8 +138,13 @@ void AppDelegate::makeMenu(QMenuBar* bar, Explorer* window) {
     QMenu* file = bar->addMenu(QStringLiteral("File"));
     file->addAction(QStringLiteral("New Window"), QKeySequence(Qt::CTRL | Qt::Key_N), this,
                     [this] { newWindow(); });
-    file->addAction(QStringLiteral("Close Window"), QKeySequence(Qt::CTRL | Qt::Key_W), window,
-                    &QWidget::close);
+    // Ctrl+W closes the tab, as the keys do; the window has its own item.
+    window->commands()
+        .addTo(file, QStringLiteral("closeTab"), {}, QStringLiteral("Close Tab"))
+        ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_W));
+    window->commands()
+        .addTo(file, QStringLiteral("closeWindow"), {}, QStringLiteral("Close Window"))
+        ->setShortcut(QKeySequence(Qt::ALT | Qt::Key_F4));
 
     QMenu* edit = bar->addMenu(QStringLiteral("Edit"));
     const struct {
@@ -154,9 +160,10 @@ void AppDelegate::makeMenu(QMenuBar* bar, Explorer* window) {
                         window, [this, tag, window] { routeEdit(tag, window); });
 
     QMenu* arrange = bar->addMenu(QStringLiteral("Window"));
+    int tag = 0;
     for (const char* title : {"Left half", "Right half", "Maximize", "Restore size", "Top left quarter",
                               "Top right quarter", "Bottom left quarter", "Bottom right quarter"})
-        arrange->addAction(QLatin1String(title))->setEnabled(false);
+        window->commands().addTo(arrange, QStringLiteral("arrangeWindow"), tag++, QLatin1String(title));
 }
 
 } // namespace orvane

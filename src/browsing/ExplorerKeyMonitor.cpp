@@ -1,6 +1,9 @@
 #include "browsing/ExplorerKeyMonitor.h"
 
 #include "browsing/Explorer.h"
+#include "browsing/ExplorerKeyboard.h"
+#include "browsing/WindowCommands.h"
+#include "chrome/ExplorerChrome.h"
 #include "views/FileTable.h"
 
 #include <QApplication>
@@ -71,9 +74,9 @@ bool ExplorerKeyMonitor::offerTableKey(QKeyEvent* event) {
 }
 
 bool ExplorerKeyMonitor::answer(QKeyEvent* event) {
-    if (const Explorer::Operation cancel = window.operation(QStringLiteral("cancelPendingRename"))) cancel();
+    window.commands().run(QStringLiteral("cancelPendingRename"));
     // The icon view answers its own keys.
-    if (window.viewMode != 6 && window.fileListFocused()) return false;
+    if (window.chrome().viewMode != 6 && window.keyboard().fileListFocused()) return false;
     return window.handleExplorerShortcut(event);
 }
 

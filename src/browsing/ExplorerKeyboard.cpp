@@ -1,11 +1,12 @@
-// The keyboard side of the browser window: the focus ring, the focus regions, Escape, the guide.
-#include "browsing/AppDelegate.h"
+#include "browsing/ExplorerKeyboard.h"
+
 #include "browsing/EditablePathBox.h"
 #include "browsing/Explorer.h"
 #include "browsing/ExplorerKeyMonitor.h"
-#include "browsing/ExplorerShortcuts.h"
-#include "browsing/PhoneKeyTarget.h"
-#include "browsing/ShortcutGuideWindow.h"
+#include "browsing/WindowCommands.h"
+#include "browsing/WindowListing.h"
+#include "chrome/ExplorerChrome.h"
+#include "fileops/ExplorerFileOps.h"
 #include "fileops/FileClipboard.h"
 #include "views/EntryTableModel.h"
 #include "views/FileTable.h"
@@ -17,33 +18,27 @@
 
 namespace orvane {
 
-void Explorer::installKeyboardHandling() {
-    keyMonitor = new ExplorerKeyMonitor(*this);
-    ui.table->keyHandler = [this](QKeyEvent* event) { return keyMonitor->offerTableKey(event); };
-    registerOperation(QStringLiteral("helpAction"), [this] { showShortcutGuide(); });
-}
-
-bool Explorer::handleExplorerShortcut(QKeyEvent* event) {
-    return orvane::handleExplorerShortcut(*this, event);
-}
-
-PhoneKeyTarget* Explorer::activePhone() const {
-    if (current().scheme() != QLatin1String("android")) return nullptr;
-    return phoneKeyTargets.value(tabs.current().id, nullptr);
-}
-
-void Explorer::setPhoneKeyTarget(const QUuid& tabID, PhoneKeyTarget* target) {
-    if (target)
-        phoneKeyTargets.insert(tabID, target);
-    else
-        phoneKeyTargets.remove(tabID);
+ExplorerKeyboard::ExplorerKeyboard(Explorer& window)
+    : QObject(&window), w(window), monitor(new ExplorerKeyMonitor(window)) {
+    w.table()->keyHandler = [this](QKeyEvent* event) { return monitor->offerTableKey(event); };
+    WindowCommands& c = w.commands();
+    c.add(QStringLiteral("focusAddress"), QStringLiteral("Edit the address"), [this] { focusAddress(); });
+    c.add(QStringLiteral("focusSearch"), QStringLiteral("Search"), [this] { focusSearch(); });
+    c.add(Command{QStringLiteral("cycleFocus"),
+                  QStringLiteral("Next region"),
+                  [this](const QVariant& backward) { cycleFocus(backward.toBool()); },
+                  {},
+                  {}});
+    c.add(QStringLiteral("showKeyboardContextMenu"), QStringLiteral("Context menu"),
+          [this] { showKeyboardContextMenu(); });
+    c.add(QStringLiteral("escapeFileArea"), QStringLiteral("Clear"), [this] { escapeFileArea(); });
 }
 
 // ---------------------------------------------------------------- the focus ring
 
 // The row a command takes as "the selected one": the current row when selected, else the first.
-int Explorer::selectedRow() const {
-    const QItemSelectionModel* selection = ui.table->selectionModel();
+int ExplorerKeyboard::selectedRow() const {
+    const QItemSelectionModel* selection = w.table()->selectionModel();
     const QModelIndex current = selection->currentIndex();
     if (current.isValid() && selection->isRowSelected(current.row(), QModelIndex())) return current.row();
     int first = -1;
@@ -53,185 +48,146 @@ int Explorer::selectedRow() const {
 }
 
 // Replaces the selection by a range without moving the current row, which stays the anchor.
-void Explorer::selectRows(int from, int to) {
-    const QItemSelection range(tableModel->index(qMin(from, to), 0),
-                               tableModel->index(qMax(from, to), tableModel->columnCount() - 1));
-    ui.table->extendingKeyboardSelection = true;
-    ui.table->selectionModel()->select(range, QItemSelectionModel::ClearAndSelect);
-    ui.table->extendingKeyboardSelection = false;
+void ExplorerKeyboard::selectRows(int from, int to) {
+    const QItemSelection range(
+        w.listing().model()->index(qMin(from, to), 0),
+        w.listing().model()->index(qMax(from, to), w.listing().model()->columnCount() - 1));
+    w.table()->extendingKeyboardSelection = true;
+    w.table()->selectionModel()->select(range, QItemSelectionModel::ClearAndSelect);
+    w.table()->extendingKeyboardSelection = false;
 }
 
-void Explorer::moveKeyboardFocus(int delta, bool extending) {
-    const int rows = int(entries.size());
+void ExplorerKeyboard::moveKeyboardFocus(int delta, bool extending) {
+    const int rows = int(w.entries().size());
     if (rows == 0) return;
     const int selectedNow = selectedRow();
     int start = delta > 0 ? -1 : rows;
-    if (const std::optional<int> ring = ui.table->keyboardFocusRow())
+    if (const std::optional<int> ring = w.table()->keyboardFocusRow())
         start = *ring;
     else if (selectedNow >= 0)
         start = selectedNow;
     const int row = qBound(0, start + delta, rows - 1);
-    ui.table->setKeyboardFocusRow(row);
-    updateKeyboardFocus();
-    ui.table->scrollTo(tableModel->index(row, 0));
+    w.table()->setKeyboardFocusRow(row);
+    w.table()->viewport()->update();
+    w.table()->scrollTo(w.listing().model()->index(row, 0));
     if (extending) selectRows(qMax(selectedNow, 0), row);
 }
 
-void Explorer::toggleKeyboardFocusSelection() {
-    if (entries.empty()) return;
-    const int row = ui.table->keyboardFocusRow().value_or(qMax(selectedRow(), 0));
-    ui.table->setKeyboardFocusRow(row);
-    updateKeyboardFocus();
-    const QModelIndex index = tableModel->index(row, 0);
-    QItemSelectionModel* selection = ui.table->selectionModel();
-    ui.table->extendingKeyboardSelection = true;
+void ExplorerKeyboard::toggleKeyboardFocusSelection() {
+    if (w.entries().empty()) return;
+    const int row = w.table()->keyboardFocusRow().value_or(qMax(selectedRow(), 0));
+    w.table()->setKeyboardFocusRow(row);
+    w.table()->viewport()->update();
+    const QModelIndex index = w.listing().model()->index(row, 0);
+    QItemSelectionModel* selection = w.table()->selectionModel();
+    w.table()->extendingKeyboardSelection = true;
     if (selection->isRowSelected(row, QModelIndex())) {
         selection->select(index, QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
     } else {
         selection->select(index, QItemSelectionModel::Select | QItemSelectionModel::Rows);
         selection->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
     }
-    ui.table->extendingKeyboardSelection = false;
-    ui.table->scrollTo(index);
+    w.table()->extendingKeyboardSelection = false;
+    w.table()->scrollTo(index);
 }
 
-void Explorer::selectBoundary(bool last, bool extending) {
-    if (entries.empty()) return;
-    const int target = last ? int(entries.size()) - 1 : 0;
-    const QModelIndex index = tableModel->index(target, 0);
+void ExplorerKeyboard::selectBoundary(bool last, bool extending) {
+    if (w.entries().empty()) return;
+    const int target = last ? int(w.entries().size()) - 1 : 0;
+    const QModelIndex index = w.listing().model()->index(target, 0);
     if (extending)
         selectRows(qMax(selectedRow(), 0), target);
     else
-        ui.table->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect |
-                                                               QItemSelectionModel::Rows);
-    ui.table->scrollTo(index);
-}
-
-void Explorer::updateKeyboardFocus() {
-    ui.table->viewport()->update();
+        w.table()->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect |
+                                                                QItemSelectionModel::Rows);
+    w.table()->scrollTo(index);
 }
 
 // ---------------------------------------------------------------- focus regions
 
-bool Explorer::focusIsInside(const QWidget* view) const {
-    const QWidget* focus = focusWidget();
+bool ExplorerKeyboard::focusIsInside(const QWidget* view) const {
+    const QWidget* focus = w.focusWidget();
     return view && focus && (focus == view || view->isAncestorOf(focus));
 }
 
 // Until the icon view is there, the table is the file list in every mode.
-bool Explorer::fileListFocused() const {
-    return viewMode == 6 && focusIsInside(ui.table);
+bool ExplorerKeyboard::fileListFocused() const {
+    return w.chrome().viewMode == 6 && focusIsInside(w.table());
 }
 
-bool Explorer::tableFocusedInDetails() const {
-    return viewMode == 6 && focusIsInside(ui.table);
+bool ExplorerKeyboard::tableFocusedInDetails() const {
+    return w.chrome().viewMode == 6 && focusIsInside(w.table());
 }
 
-int Explorer::focusRegion() const {
-    if (focusIsInside(ui.pathBox)) return 0;
-    if (focusIsInside(ui.searchField)) return 1;
-    if (focusIsInside(ui.navigationPane)) return 2;
+int ExplorerKeyboard::focusRegion() const {
+    if (focusIsInside(w.widgets().pathBox)) return 0;
+    if (focusIsInside(w.widgets().searchField)) return 1;
+    if (focusIsInside(w.widgets().navigationPane)) return 2;
     return 3;
 }
 
-void Explorer::cycleFocus(bool backward) {
+void ExplorerKeyboard::cycleFocus(bool backward) {
     const int next = (focusRegion() + (backward ? 3 : 1)) % 4;
     if (next == 0) {
         focusAddress();
         return;
     }
-    ui.pathBox->showPathBar();
+    w.widgets().pathBox->showPathBar();
     if (next == 1)
         focusSearch();
     else if (next == 2)
-        ui.places->setFocus(Qt::TabFocusReason);
+        w.widgets().places->setFocus(Qt::TabFocusReason);
     else
-        focusFileList();
+        w.focusFileList();
 }
 
-void Explorer::focusSearch() {
-    ui.searchField->setFocus(Qt::ShortcutFocusReason);
-    ui.searchField->selectAll();
+void ExplorerKeyboard::focusAddress() {
+    w.widgets().pathBox->showAddress();
+}
+
+void ExplorerKeyboard::focusSearch() {
+    w.widgets().searchField->setFocus(Qt::ShortcutFocusReason);
+    w.widgets().searchField->selectAll();
 }
 
 // ---------------------------------------------------------------- Escape and the context menu
 
-void Explorer::escapeFileArea() {
+void ExplorerKeyboard::escapeFileArea() {
     if (dismissQuickLook && dismissQuickLook()) return;
     FileClipboard::shared().clearCut();
-    setSearchText(QString());
+    w.commands().run(QStringLiteral("clearSearch"));
 }
 
-void Explorer::escapeTextEditing(QLineEdit* editor) {
-    if (editor == renameEditor) {
-        if (const Operation cancel = operation(QStringLiteral("cancelInlineRename"))) {
-            cancel();
-            return;
-        }
-        // Without the rename commands nothing may be renamed: the editor simply goes.
-        renameEditor.clear();
-        editor->hide();
-        editor->deleteLater();
-        focusFileList();
+void ExplorerKeyboard::escapeTextEditing(QLineEdit* editor) {
+    if (w.fileOps() && editor == w.fileOps()->renameEditor()) {
+        w.commands().run(QStringLiteral("cancelInlineRename"));
         return;
     }
-    if (current().isLocalFile()) ui.pathBox->addressField()->setText(current().toLocalFile());
-    ui.pathBox->showPathBar();
-    focusFileList();
+    if (w.current().isLocalFile()) w.widgets().pathBox->addressField()->setText(w.current().toLocalFile());
+    w.widgets().pathBox->showPathBar();
+    w.focusFileList();
 }
 
-void Explorer::showKeyboardContextMenu() {
-    if (focusIsInside(ui.navigationPane)) {
-        if (const Operation show = operation(QStringLiteral("showSidebarContextMenu"))) show();
+void ExplorerKeyboard::showKeyboardContextMenu() {
+    if (focusIsInside(w.widgets().navigationPane)) {
+        w.commands().run(QStringLiteral("showSidebarContextMenu"));
         return;
     }
-    QMenu* menu = ui.table->contextMenuProvider ? ui.table->contextMenuProvider() : nullptr;
+    QMenu* menu = w.table()->contextMenuProvider ? w.table()->contextMenuProvider() : nullptr;
     if (!menu) return;
     QPoint at(40, 32);
-    if (viewMode == 6) {
-        const int row = ui.table->keyboardFocusRow().value_or(selectedRow());
-        at = row >= 0 ? QPoint(30, ui.table->rowViewportPosition(row) + ui.table->rowHeight(row) - 30)
+    if (w.chrome().viewMode == 6) {
+        const int row = w.table()->keyboardFocusRow().value_or(selectedRow());
+        at = row >= 0 ? QPoint(30, w.table()->rowViewportPosition(row) + w.table()->rowHeight(row) - 30)
                       : QPoint(30, 30);
     }
     connect(menu, &QMenu::aboutToHide, menu, &QObject::deleteLater);
-    menu->popup(ui.table->viewport()->mapToGlobal(at));
+    menu->popup(w.table()->viewport()->mapToGlobal(at));
 }
 
-// Until the navigation tree is there the pane is a plain list: arrows walk it, Return opens.
-bool Explorer::handleSidebarKey(PhysicalKey key) {
-    if (sidebarTreeKey) return sidebarTreeKey(key);
-    QListWidget* list = ui.places;
-    if (key == PhysicalKey::Return || key == PhysicalKey::Enter) {
-        const QUrl url = list->currentItem() ? list->currentItem()->data(Qt::UserRole).toUrl() : QUrl();
-        if (url.isValid()) navigate(url);
-        return true;
-    }
-    if (key != PhysicalKey::Up && key != PhysicalKey::Down) return false;
-    const int step = key == PhysicalKey::Up ? -1 : 1;
-    for (int row = list->currentRow() + step; row >= 0 && row < list->count(); row += step) {
-        if (list->item(row)->flags() & Qt::ItemIsSelectable) {
-            list->setCurrentRow(row);
-            break;
-        }
-    }
-    return true;
-}
-
-// ---------------------------------------------------------------- window commands
-
-void Explorer::showShortcutGuide() {
-    if (!shortcutsWindow) shortcutsWindow = new ShortcutGuideWindow(this);
-    shortcutsWindow->show();
-    shortcutsWindow->raise();
-    shortcutsWindow->activateWindow();
-}
-
-void Explorer::zoomWindow() {
-    isMaximized() ? showNormal() : showMaximized();
-}
-
-void Explorer::newWindowAction() {
-    if (app) app->newWindow();
+// The navigation pane answers its own keys through the hook it fills in.
+bool ExplorerKeyboard::handleSidebarKey(PhysicalKey key) {
+    return sidebarKey && sidebarKey(key);
 }
 
 } // namespace orvane

@@ -2,27 +2,27 @@
 
 #include "browsing/ActionState.h"
 #include "browsing/Explorer.h"
+#include "browsing/WindowCommands.h"
+#include "browsing/WindowListing.h"
+#include "chrome/ExplorerChrome.h"
 #include "platform/Platform.h"
 
-#include <QActionGroup>
 #include <QMenu>
 
 namespace orvane {
 
 namespace {
 
-// An item whose operation has not arrived yet stays in the menu, greyed.
-QAction* item(QMenu* menu, const QString& title, bool enabled, std::function<void()> run = {}) {
-    QAction* action = menu->addAction(title);
-    action->setEnabled(enabled && bool(run));
-    if (run) QObject::connect(action, &QAction::triggered, menu, std::move(run));
-    return action;
+// Every item is a command by name; one that has not arrived yet stays in the menu, greyed.
+QAction* item(QMenu* menu, Explorer* w, const char* name, const QString& title = {},
+              const QVariant& arg = {}) {
+    return w->commands().addTo(menu, QLatin1String(name), arg, title);
 }
 
-QAction* tick(QMenu* menu, const QString& title, bool on, std::function<void()> run) {
-    QAction* action = item(menu, title, true, std::move(run));
-    action->setCheckable(true);
-    action->setChecked(on);
+// The context menu's own enabled rule, within what the command allows.
+QAction* contextItem(QMenu* menu, Explorer* w, const char* name, bool allowed, const QString& title = {}) {
+    QAction* action = item(menu, w, name, title);
+    action->setEnabled(allowed && w->commands().contains(QLatin1String(name)));
     return action;
 }
 
@@ -30,9 +30,8 @@ QAction* tick(QMenu* menu, const QString& title, bool on, std::function<void()> 
 
 void ExplorerMenus::fillNewMenu(QMenu* menu, Explorer* w) {
     menu->clear();
-    const bool allowed = ActionState::create(w->selectionFacts());
-    item(menu, QStringLiteral("Folder"), allowed, w->operation(QStringLiteral("newFolder")));
-    item(menu, QStringLiteral("Text document"), allowed, w->operation(QStringLiteral("newTextDocument")));
+    item(menu, w, "newFolder", QStringLiteral("Folder"));
+    item(menu, w, "newTextDocument", QStringLiteral("Text document"));
 }
 
 void ExplorerMenus::fillSortMenu(QMenu* menu, Explorer* w) {
@@ -41,55 +40,52 @@ void ExplorerMenus::fillSortMenu(QMenu* menu, Explorer* w) {
                                 QStringLiteral("Type"), QStringLiteral("Size"),
                                 QStringLiteral("Date created")};
     for (int tag = 0; tag < titles.size(); ++tag)
-        tick(menu, titles[tag], w->sort.key == sortKeys()[tag], [w, tag] { w->sortChoice(tag); });
+        item(menu, w, "sortChoice", titles[tag], tag);
     menu->addSeparator();
-    item(menu, w->sort.ascending ? QStringLiteral("Descending") : QStringLiteral("Ascending"), true,
-         [w] { w->reverseSort(); });
+    item(menu, w, "reverseSort",
+         w->listing().sort().ascending ? QStringLiteral("Descending") : QStringLiteral("Ascending"));
     menu->addSeparator();
     QMenu* group = menu->addMenu(QStringLiteral("Group by"));
-    tick(group, QStringLiteral("None"), !w->sort.groupByType, [w] { w->groupChoice(false); });
-    tick(group, QStringLiteral("Type"), w->sort.groupByType, [w] { w->groupChoice(true); });
+    item(group, w, "groupChoice", QStringLiteral("None"), false);
+    item(group, w, "groupChoice", QStringLiteral("Type"), true);
 }
 
 void ExplorerMenus::fillViewMenu(QMenu* menu, Explorer* w) {
     menu->clear();
-    tick(menu, QStringLiteral("Standard rows"), !w->compact, [w] { w->setCompact(false); });
-    tick(menu, QStringLiteral("Compact view"), w->compact, [w] { w->setCompact(!w->compact); });
-    tick(menu, QStringLiteral("Details pane"), w->detailsVisible, [w] { w->toggleDetails(); });
-    tick(menu, QStringLiteral("Preview pane"), w->previewVisible, [w] { w->togglePreview(); });
-    tick(menu, QStringLiteral("Hidden items"), w->showHidden, [w] { w->toggleHidden(); });
+    item(menu, w, "setCompact", QStringLiteral("Standard rows"), false);
+    item(menu, w, "setCompact", QStringLiteral("Compact view"), true);
+    item(menu, w, "toggleDetails");
+    item(menu, w, "togglePreview");
+    item(menu, w, "toggleHidden");
 }
 
 void ExplorerMenus::fillMoreMenu(QMenu* menu, Explorer* w) {
     menu->clear();
-    item(menu, QStringLiteral("Copy path"), true, w->operation(QStringLiteral("copyPathAction")));
-    item(menu, Platform::instance().word(PlatformWord::ShowInFileManager), true,
-         w->operation(QStringLiteral("revealAction")));
-    item(menu, QStringLiteral("Keyboard shortcuts"), true, w->operation(QStringLiteral("helpAction")));
+    item(menu, w, "copyPathAction", QStringLiteral("Copy path"));
+    item(menu, w, "revealAction", Platform::instance().word(PlatformWord::ShowInFileManager));
+    item(menu, w, "helpAction", QStringLiteral("Keyboard shortcuts"));
 }
 
 void ExplorerMenus::fillContextMenu(QMenu* menu, Explorer* w) {
     namespace M = ActionState::Menu;
-    const SelectionFacts f = w->selectionFacts();
-    item(menu, QStringLiteral("Open"), M::open(f), [w] { w->openSelected(); });
-    if (f.singlePackage)
-        item(menu, QStringLiteral("Show Package Contents"), true, [w] { w->showPackageContents(); });
-    item(menu, QStringLiteral("Open in new tab"), M::openInNewTab(f), [w] { w->openNewTabSelected(); });
-    item(menu, ActionState::pinTitle(f), ActionState::pin(f), w->operation(QStringLiteral("pinAction")));
+    const SelectionFacts f = w->chrome().selectionFacts();
+    contextItem(menu, w, "openSelected", M::open(f), QStringLiteral("Open"));
+    if (f.singlePackage) item(menu, w, "showPackageContents", QStringLiteral("Show Package Contents"));
+    contextItem(menu, w, "openNewTabSelected", M::openInNewTab(f), QStringLiteral("Open in new tab"));
+    item(menu, w, "pinAction");
     menu->addSeparator();
-    item(menu, QStringLiteral("Cut"), M::cut(f), w->operation(QStringLiteral("cutAction")));
-    item(menu, QStringLiteral("Copy"), M::copy(f), w->operation(QStringLiteral("copyAction")));
-    item(menu, QStringLiteral("Paste"), ActionState::paste(f), w->operation(QStringLiteral("pasteAction")));
-    item(menu, QStringLiteral("Copy as path"), true, w->operation(QStringLiteral("copyPathAction")));
-    item(menu, QStringLiteral("Compress"), M::compress(f), w->operation(QStringLiteral("compressAction")));
+    contextItem(menu, w, "cutAction", M::cut(f), QStringLiteral("Cut"));
+    contextItem(menu, w, "copyAction", M::copy(f), QStringLiteral("Copy"));
+    contextItem(menu, w, "pasteAction", ActionState::paste(f), QStringLiteral("Paste"));
+    item(menu, w, "copyPathAction", QStringLiteral("Copy as path"));
+    contextItem(menu, w, "compressAction", M::compress(f), QStringLiteral("Compress"));
     menu->addSeparator();
-    item(menu, QStringLiteral("Rename"), M::rename(f), w->operation(QStringLiteral("renameAction")));
-    item(menu, QStringLiteral("Move to Trash"), M::trash(f), w->operation(QStringLiteral("trashAction")));
-    item(menu, QStringLiteral("New folder"), true, w->operation(QStringLiteral("newFolder")));
+    contextItem(menu, w, "renameAction", M::rename(f), QStringLiteral("Rename"));
+    contextItem(menu, w, "trashAction", M::trash(f), QStringLiteral("Move to Trash"));
+    item(menu, w, "newFolder", QStringLiteral("New folder"));
     menu->addSeparator();
-    item(menu, QStringLiteral("Properties"), true, w->operation(QStringLiteral("propertiesAction")));
-    item(menu, Platform::instance().word(PlatformWord::ShowInFileManager), true,
-         w->operation(QStringLiteral("revealAction")));
+    item(menu, w, "propertiesAction", QStringLiteral("Properties"));
+    item(menu, w, "revealAction", Platform::instance().word(PlatformWord::ShowInFileManager));
 }
 
 } // namespace orvane

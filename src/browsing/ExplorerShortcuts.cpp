@@ -1,7 +1,9 @@
 #include "browsing/ExplorerShortcuts.h"
 
 #include "browsing/Explorer.h"
+#include "browsing/ExplorerKeyboard.h"
 #include "browsing/PhoneKeyTarget.h"
+#include "browsing/WindowCommands.h"
 #include "views/FileTable.h"
 
 #include <QApplication>
@@ -16,21 +18,26 @@ namespace orvane {
 const std::vector<ShortcutRow>& explorerShortcutRows() {
     static const std::vector<ShortcutRow> rows = {
         {QStringLiteral("BROWSING"), {}},
-        {QStringLiteral("Alt + Enter"), QStringLiteral("Properties for the selection")},
+        {QStringLiteral("Alt + Enter"), QStringLiteral("Properties for the selection"),
+         QStringLiteral("propertiesAction")},
         {QStringLiteral("Alt + ← / →"), QStringLiteral("Previous / next folder")},
         {QStringLiteral("Alt + ↑"), QStringLiteral("Parent folder")},
         {QStringLiteral("Backspace"), QStringLiteral("Previous folder")},
-        {QStringLiteral("Enter · F2"), QStringLiteral("Rename selection inline")},
+        {QStringLiteral("Enter · F2"), QStringLiteral("Rename selection inline"),
+         QStringLiteral("renameAction")},
         {QStringLiteral("Ctrl + L · Alt + D · F4"), QStringLiteral("Edit the folder path")},
         {QStringLiteral("Ctrl + F / E · F3"), QStringLiteral("Focus search")},
-        {QStringLiteral("F5 · Ctrl + R"), QStringLiteral("Refresh folder")},
+        {QStringLiteral("F5 · Ctrl + R"), QStringLiteral("Refresh folder"), QStringLiteral("refreshAction")},
         {QStringLiteral("WINDOW ARRANGEMENT"), {}},
-        {QStringLiteral("Ctrl + Alt + ← / →"), QStringLiteral("Left / right half")},
-        {QStringLiteral("Ctrl + Alt + ↑ / ↓"), QStringLiteral("Maximize / restore size")},
+        {QStringLiteral("Ctrl + Alt + ← / →"), QStringLiteral("Left / right half"),
+         QStringLiteral("arrangeWindow")},
+        {QStringLiteral("Ctrl + Alt + ↑ / ↓"), QStringLiteral("Maximize / restore size"),
+         QStringLiteral("arrangeWindow")},
         {QStringLiteral("Drag a tab"),
          QStringLiteral("Reorder, detach, or drop onto another window tab strip")},
         {QStringLiteral("Right-click a tab"), QStringLiteral("Move tab to new window")},
-        {QStringLiteral("Window menu"), QStringLiteral("Half-screen and quarter-screen layouts")},
+        {QStringLiteral("Window menu"), QStringLiteral("Half-screen and quarter-screen layouts"),
+         QStringLiteral("arrangeWindow")},
         {QStringLiteral("TABS & FOCUS"), {}},
         {QStringLiteral("Ctrl + T / W"), QStringLiteral("New tab / close current tab")},
         {QStringLiteral("Ctrl + Tab / Ctrl + Shift + Tab"), QStringLiteral("Next / previous tab")},
@@ -42,32 +49,46 @@ const std::vector<ShortcutRow>& explorerShortcutRows() {
         {QStringLiteral("FILES & SELECTION"), {}},
         {QStringLiteral("Ctrl + C / X / V"), QStringLiteral("Copy / cut / paste")},
         {QStringLiteral("Ctrl + Insert / Shift + Insert"), QStringLiteral("Copy / paste")},
-        {QStringLiteral("Ctrl + Shift + C"), QStringLiteral("Copy quoted paths")},
-        {QStringLiteral("Ctrl + Shift + N"), QStringLiteral("Create folder")},
-        {QStringLiteral("F2"), QStringLiteral("Rename; keep the extension unselected")},
+        {QStringLiteral("Ctrl + Shift + C"), QStringLiteral("Copy quoted paths"),
+         QStringLiteral("copyPathAction")},
+        {QStringLiteral("Ctrl + Shift + N"), QStringLiteral("Create folder"), QStringLiteral("newFolder")},
+        {QStringLiteral("F2"), QStringLiteral("Rename; keep the extension unselected"),
+         QStringLiteral("renameAction")},
         {QStringLiteral("Ctrl + A"), QStringLiteral("Select all")},
         {QStringLiteral("Ctrl + arrows, then Space"), QStringLiteral("Choose individual items")},
         {QStringLiteral("Shift + arrows / click"), QStringLiteral("Select a range")},
         {QStringLiteral("Ctrl + click"), QStringLiteral("Toggle an item in the selection")},
         {QStringLiteral("Home / End"), QStringLiteral("First / last item")},
-        {QStringLiteral("Shift + F10"), QStringLiteral("Selection context menu")},
-        {QStringLiteral("Delete · Ctrl + D"), QStringLiteral("Move selection to Trash")},
-        {QStringLiteral("Shift + Delete"), QStringLiteral("Permanent deletion, after confirmation")},
-        {QStringLiteral("Ctrl + Z"), QStringLiteral("Undo the last file operation")},
+        {QStringLiteral("Shift + F10"), QStringLiteral("Selection context menu"),
+         QStringLiteral("showKeyboardContextMenu")},
+        {QStringLiteral("Delete · Ctrl + D"), QStringLiteral("Move selection to Trash"),
+         QStringLiteral("trashAction")},
+        {QStringLiteral("Shift + Delete"), QStringLiteral("Permanent deletion, after confirmation"),
+         QStringLiteral("permanentlyDeleteAction")},
+        {QStringLiteral("Ctrl + Z"), QStringLiteral("Undo the last file operation"),
+         QStringLiteral("undoAction")},
         {QStringLiteral("Shift + drag / Ctrl + drag"), QStringLiteral("Move / copy dropped files")},
-        {QStringLiteral("Alt + drag"), QStringLiteral("Create a macOS alias shortcut")},
+        {QStringLiteral("Alt + drag"), QStringLiteral("Create a macOS alias shortcut"),
+         QStringLiteral("makeAlias")},
         {QStringLiteral("VIEWS & PANES"), {}},
-        {QStringLiteral("Alt + P"), QStringLiteral("Toggle Preview")},
-        {QStringLiteral("Alt + Shift + P"), QStringLiteral("Toggle Details pane")},
-        {QStringLiteral("Ctrl + Shift + 1…8"), QStringLiteral("Icon sizes, List, Details, Tiles, Content")},
-        {QStringLiteral("Ctrl + wheel"), QStringLiteral("Adjust icon size")},
-        {QStringLiteral("Ctrl + keypad +"), QStringLiteral("Fit Details columns to text")},
-        {QStringLiteral("Ctrl + Shift + E"), QStringLiteral("Reveal current folder in the navigation tree")},
-        {QStringLiteral("← / → · keypad − / +"), QStringLiteral("Collapse / expand a navigation folder")},
-        {QStringLiteral("Space"), QStringLiteral("Quick Look (unless choosing individual items)")},
-        {QStringLiteral("Ctrl + Shift + H"), QStringLiteral("Toggle hidden items")},
+        {QStringLiteral("Alt + P"), QStringLiteral("Toggle Preview"), QStringLiteral("togglePreview")},
+        {QStringLiteral("Alt + Shift + P"), QStringLiteral("Toggle Details pane"),
+         QStringLiteral("toggleDetails")},
+        {QStringLiteral("Ctrl + Shift + 1…8"), QStringLiteral("Icon sizes, List, Details, Tiles, Content"),
+         QStringLiteral("setViewMode")},
+        {QStringLiteral("Ctrl + wheel"), QStringLiteral("Adjust icon size"), QStringLiteral("setViewMode")},
+        {QStringLiteral("Ctrl + keypad +"), QStringLiteral("Fit Details columns to text"),
+         QStringLiteral("autosizeColumns")},
+        {QStringLiteral("Ctrl + Shift + E"), QStringLiteral("Reveal current folder in the navigation tree"),
+         QStringLiteral("expandToCurrentFolder")},
+        {QStringLiteral("← / → · keypad − / +"), QStringLiteral("Collapse / expand a navigation folder"),
+         QStringLiteral("expandToCurrentFolder")},
+        {QStringLiteral("Space"), QStringLiteral("Quick Look (unless choosing individual items)"),
+         QStringLiteral("quickLook")},
+        {QStringLiteral("Ctrl + Shift + H"), QStringLiteral("Toggle hidden items"),
+         QStringLiteral("toggleHidden")},
         {QStringLiteral("Escape"), QStringLiteral("Cancel path editing, clear filter or dismiss Quick Look")},
-        {QStringLiteral("F1"), QStringLiteral("This guide")},
+        {QStringLiteral("F1"), QStringLiteral("This guide"), QStringLiteral("helpAction")},
     };
     return rows;
 }
@@ -197,13 +218,13 @@ bool runRules(const std::vector<Rule>& rules, Context& context) {
 
 // Commands that other parts of the program provide; a key for one that is not there yet is used up
 // all the same, as a refused command is.
-bool call(Explorer& window, const char* name) {
-    if (const Explorer::Operation run = window.operation(QLatin1String(name))) run();
+bool call(Explorer& window, const char* name, const QVariant& arg = {}) {
+    window.commands().run(QLatin1String(name), arg);
     return true;
 }
 
 bool inDetailsTable(const Context& c) {
-    return c.window.tableFocusedInDetails();
+    return c.window.keyboard().tableFocusedInDetails();
 }
 
 using P = PhysicalKey;
@@ -232,37 +253,33 @@ const std::vector<Rule>& phoneRules() {
 
 const std::vector<Rule>& commonRules() {
     static const std::vector<Rule> rules = {
-        {yes, no, no, letter("l"), nullptr, [](Context& c) { return c.window.focusAddress(), true; }},
-        {no, yes, no, letter("d"), nullptr, [](Context& c) { return c.window.focusAddress(), true; }},
-        {yes, no, no, letter("fe"), nullptr, [](Context& c) { return c.window.focusSearch(), true; }},
-        {no, no, any, key(P::F3), nullptr, [](Context& c) { return c.window.focusSearch(), true; }},
-        {no, no, any, key(P::F4), nullptr, [](Context& c) { return c.window.focusAddress(), true; }},
+        {yes, no, no, letter("l"), nullptr, [](Context& c) { return call(c.window, "focusAddress"); }},
+        {no, yes, no, letter("d"), nullptr, [](Context& c) { return call(c.window, "focusAddress"); }},
+        {yes, no, no, letter("fe"), nullptr, [](Context& c) { return call(c.window, "focusSearch"); }},
+        {no, no, any, key(P::F3), nullptr, [](Context& c) { return call(c.window, "focusSearch"); }},
+        {no, no, any, key(P::F4), nullptr, [](Context& c) { return call(c.window, "focusAddress"); }},
         {no, no, any, key(P::F6), nullptr,
-         [](Context& c) { return c.window.cycleFocus(c.chord.shift()), true; }},
-        {no, no, no, key(P::F11), nullptr, [](Context& c) { return c.window.zoomWindow(), true; }},
+         [](Context& c) { return call(c.window, "cycleFocus", c.chord.shift()); }},
+        {no, no, no, key(P::F11), nullptr, [](Context& c) { return call(c.window, "zoomWindow"); }},
         {no, no, no, key(P::F1), nullptr, [](Context& c) { return call(c.window, "helpAction"); }},
-        {no, yes, no, key(P::F4), nullptr, [](Context& c) { return c.window.close(), true; }},
+        {no, yes, no, key(P::F4), nullptr, [](Context& c) { return call(c.window, "closeWindow"); }},
         {yes, no, yes, letter("e"), nullptr,
          [](Context& c) { return call(c.window, "expandToCurrentFolder"); }},
         {yes, no, yes, digit(), [](const Context& c) { return c.chord.digit <= 8; },
-         [](Context& c) {
-             const QString name = QStringLiteral("setViewMode:%1").arg(c.chord.digit);
-             if (const Explorer::Operation run = c.window.operation(name)) run();
-             return true;
-         }},
+         [](Context& c) { return call(c.window, "setViewMode", c.chord.digit); }},
         {yes, no, no, digit(), nullptr,
-         [](Context& c) { return c.window.activateTab(c.chord.digit - 1), true; }},
+         [](Context& c) { return call(c.window, "activateTab", c.chord.digit - 1); }},
         {yes, no, any, key(P::Tab), nullptr,
          [](Context& c) {
              const int count = c.window.tabs.count();
              const int step = c.chord.shift() ? count - 1 : 1;
-             return c.window.activateTab((c.window.tabs.active() + step) % count), true;
+             return call(c.window, "activateTab", (c.window.tabs.active() + step) % count);
          }},
-        {yes, no, no, letter("t"), nullptr, [](Context& c) { return c.window.newTab(), true; }},
-        {yes, no, no, letter("w"), nullptr, [](Context& c) { return c.window.closeTab(), true; }},
-        {yes, no, no, letter("r"), nullptr, [](Context& c) { return c.window.refreshAction(), true; }},
+        {yes, no, no, letter("t"), nullptr, [](Context& c) { return call(c.window, "newTab"); }},
+        {yes, no, no, letter("w"), nullptr, [](Context& c) { return call(c.window, "closeTab"); }},
+        {yes, no, no, letter("r"), nullptr, [](Context& c) { return call(c.window, "refreshAction"); }},
         {yes, no, yes, letter("n"), nullptr, [](Context& c) { return call(c.window, "newFolder"); }},
-        {yes, no, no, letter("n"), nullptr, [](Context& c) { return c.window.newWindowAction(), true; }},
+        {yes, no, no, letter("n"), nullptr, [](Context& c) { return call(c.window, "newWindowAction"); }},
     };
     return rules;
 }
@@ -270,58 +287,58 @@ const std::vector<Rule>& commonRules() {
 const std::vector<Rule>& fileRules() {
     static const std::vector<Rule> rules = {
         {no, yes, any, letter("p"), nullptr,
-         [](Context& c) {
-             return c.chord.shift() ? c.window.toggleDetails() : c.window.togglePreview(), true;
-         }},
-        {no, yes, no, key(P::Left), nullptr, [](Context& c) { return c.window.back(), true; }},
-        {no, yes, no, key(P::Right), nullptr, [](Context& c) { return c.window.forward(), true; }},
-        {no, yes, no, key(P::Up), nullptr, [](Context& c) { return c.window.up(), true; }},
+         [](Context& c) { return call(c.window, c.chord.shift() ? "toggleDetails" : "togglePreview"); }},
+        {no, yes, no, key(P::Left), nullptr, [](Context& c) { return call(c.window, "back"); }},
+        {no, yes, no, key(P::Right), nullptr, [](Context& c) { return call(c.window, "forward"); }},
+        {no, yes, no, key(P::Up), nullptr, [](Context& c) { return call(c.window, "up"); }},
         {no, yes, no, key(P::Return, P::Enter), nullptr,
          [](Context& c) { return call(c.window, "propertiesAction"); }},
         {yes, no, any, key(P::Down, P::Right), inDetailsTable,
-         [](Context& c) { return c.window.moveKeyboardFocus(1, c.chord.shift()), true; }},
+         [](Context& c) { return c.window.keyboard().moveKeyboardFocus(1, c.chord.shift()), true; }},
         {yes, no, any, key(P::Up, P::Left), inDetailsTable,
-         [](Context& c) { return c.window.moveKeyboardFocus(-1, c.chord.shift()), true; }},
+         [](Context& c) { return c.window.keyboard().moveKeyboardFocus(-1, c.chord.shift()), true; }},
         {yes, no, any, key(P::Space), inDetailsTable,
-         [](Context& c) { return c.window.toggleKeyboardFocusSelection(), true; }},
+         [](Context& c) { return c.window.keyboard().toggleKeyboardFocusSelection(), true; }},
         {yes, no, any, key(P::KeypadPlus), nullptr,
-         [](Context& c) { return c.window.table()->autosizeColumns(), true; }},
+         [](Context& c) { return call(c.window, "autosizeColumns"); }},
         {yes, no, any, key(P::Help), nullptr, [](Context& c) { return call(c.window, "copyAction"); }},
-        {yes, no, no, letter("a"), nullptr, [](Context& c) { return c.window.table()->selectAll(), true; }},
+        {yes, no, no, letter("a"), nullptr, [](Context& c) { return call(c.window, "selectAll"); }},
         {yes, no, any, letter("c"), nullptr,
          [](Context& c) { return call(c.window, c.chord.shift() ? "copyPathAction" : "copyAction"); }},
         {yes, no, no, letter("x"), nullptr, [](Context& c) { return call(c.window, "cutAction"); }},
         {yes, no, no, letter("v"), nullptr, [](Context& c) { return call(c.window, "pasteAction"); }},
         {yes, no, no, letter("d"), nullptr, [](Context& c) { return call(c.window, "trashAction"); }},
         {yes, no, no, letter("z"), nullptr, [](Context& c) { return call(c.window, "undoAction"); }},
-        {yes, no, yes, letter("h"), nullptr, [](Context& c) { return c.window.toggleHidden(), true; }},
+        {yes, no, yes, letter("h"), nullptr, [](Context& c) { return call(c.window, "toggleHidden"); }},
         {no, no, any, anyKey(),
-         [](const Context& c) { return c.window.focusIsInside(c.window.widgets().navigationPane); },
-         [](Context& c) { return c.window.handleSidebarKey(c.chord.key); }},
+         [](const Context& c) {
+             return c.window.keyboard().focusIsInside(c.window.widgets().navigationPane);
+         },
+         [](Context& c) { return c.window.keyboard().handleSidebarKey(c.chord.key); }},
         {any, any, yes, key(P::F10), nullptr,
-         [](Context& c) { return c.window.showKeyboardContextMenu(), true; }},
+         [](Context& c) { return call(c.window, "showKeyboardContextMenu"); }},
         {any, any, yes, key(P::Help), nullptr, [](Context& c) { return call(c.window, "pasteAction"); }},
         {any, any, any, key(P::ForwardDelete), nullptr,
          [](Context& c) {
              return call(c.window, c.chord.shift() ? "permanentlyDeleteAction" : "trashAction");
          }},
         {any, any, any, key(P::Home), inDetailsTable,
-         [](Context& c) { return c.window.selectBoundary(false, c.chord.shift()), true; }},
+         [](Context& c) { return c.window.keyboard().selectBoundary(false, c.chord.shift()), true; }},
         {any, any, any, key(P::End), inDetailsTable,
-         [](Context& c) { return c.window.selectBoundary(true, c.chord.shift()), true; }},
+         [](Context& c) { return c.window.keyboard().selectBoundary(true, c.chord.shift()), true; }},
         {any, any, any, key(P::Space),
          [](const Context& c) {
              return inDetailsTable(c) && c.window.table()->keyboardFocusRow().has_value();
          },
-         [](Context& c) { return c.window.toggleKeyboardFocusSelection(), true; }},
+         [](Context& c) { return c.window.keyboard().toggleKeyboardFocusSelection(), true; }},
         {no, no, no, key(P::F2), nullptr, [](Context& c) { return call(c.window, "renameAction"); }},
-        {no, no, no, key(P::F5), nullptr, [](Context& c) { return c.window.refreshAction(), true; }},
+        {no, no, no, key(P::F5), nullptr, [](Context& c) { return call(c.window, "refreshAction"); }},
         {no, no, no, key(P::Return, P::Enter), nullptr,
          [](Context& c) { return call(c.window, "renameAction"); }},
-        {no, no, no, key(P::Backspace), nullptr, [](Context& c) { return c.window.back(), true; }},
-        {no, no, no, key(P::Space), [](const Context& c) { return c.window.fileListFocused(); },
+        {no, no, no, key(P::Backspace), nullptr, [](Context& c) { return call(c.window, "back"); }},
+        {no, no, no, key(P::Space), [](const Context& c) { return c.window.keyboard().fileListFocused(); },
          [](Context& c) { return call(c.window, "quickLook"); }},
-        {no, no, no, key(P::Escape), nullptr, [](Context& c) { return c.window.escapeFileArea(), true; }},
+        {no, no, no, key(P::Escape), nullptr, [](Context& c) { return call(c.window, "escapeFileArea"); }},
     };
     return rules;
 }
@@ -333,9 +350,7 @@ bool arrangeWindow(Explorer& window, const KeyChord& chord) {
     static const PhysicalKey arrows[] = {P::Left, P::Right, P::Up, P::Down};
     for (int tag = 0; tag < 4; ++tag) {
         if (arrows[tag] != chord.key) continue;
-        if (const Explorer::Operation run = window.operation(QStringLiteral("arrangeWindow:%1").arg(tag)))
-            run();
-        return true;
+        return call(window, "arrangeWindow", tag);
     }
     return false;
 }
@@ -344,7 +359,7 @@ bool arrangeWindow(Explorer& window, const KeyChord& chord) {
 bool handleEditorKey(Explorer& window, QLineEdit* editor, QKeyEvent* event, const KeyChord& chord) {
     if (handleWindowsTextKey(editor, event)) return true;
     if (chord.key == P::Escape && !chord.primary() && !chord.alt()) {
-        window.escapeTextEditing(editor);
+        window.keyboard().escapeTextEditing(editor);
         return true;
     }
     const bool help = chord.key == P::Help;

@@ -16,6 +16,8 @@ class Explorer;
 struct ShortcutRow {
     QString keys;
     QString description;
+    // The window command the row stands for, when it is one; the guide marks absent ones.
+    QString command = {};
     bool isHeading() const { return description.isEmpty(); }
 };
 

@@ -6,7 +6,7 @@
 #include "chrome/ExplorerTabStrip.h"
 #include "chrome/Symbols.h"
 #include "chrome/TitleRow.h"
-#include "fileops/TransferProgressEdge.h"
+#include "chrome/TransferProgressEdge.h"
 #include "views/FileTable.h"
 
 #include <QGridLayout>
@@ -181,7 +181,8 @@ QWidget* ExplorerWidgets::buildSplit(QWidget* parent) {
     paneColumn->addWidget(storageButton, 0, Qt::AlignLeft);
 
     // The empty label floats over the table in the same grid cell, so it stays centred at any size.
-    auto* fileArea = new QWidget(split);
+    fileArea = new QWidget(split);
+    fileArea->setObjectName(QStringLiteral("fileArea"));
     auto* grid = new QGridLayout(fileArea);
     grid->setContentsMargins(0, 0, 0, 0);
     table = new FileTable(fileArea);

@@ -51,6 +51,8 @@ struct ExplorerWidgets {
     QWidget* navigationPane;
     QListWidget* places;
     QToolButton* storageButton;
+    // The file views share one grid cell of the file area: the table, and views that plug in beside it.
+    QWidget* fileArea;
     FileTable* table;
     QLabel* emptyLabel;
     DetailsPane* detailsPane;

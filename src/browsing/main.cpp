@@ -1,6 +1,6 @@
+#include "batteries/SelfTest.h"
 #include "browsing/AppDelegate.h"
 #include "browsing/Palette.h"
-#include "browsing/SelfTest.h"
 
 #include <QApplication>
 

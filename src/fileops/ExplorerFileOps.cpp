@@ -1,15 +1,20 @@
 #include "fileops/ExplorerFileOps.h"
 
+#include "browsing/ActionState.h"
 #include "browsing/EditablePathBox.h"
 #include "browsing/Explorer.h"
+#include "browsing/ExplorerEvents.h"
 #include "browsing/Palette.h"
+#include "browsing/Preferences.h"
+#include "browsing/WindowCommands.h"
+#include "chrome/ExplorerChrome.h"
+#include "chrome/TransferProgressEdge.h"
 #include "fileops/FileClipboard.h"
 #include "fileops/FileCommands.h"
 #include "fileops/FileNames.h"
 #include "fileops/FileTrash.h"
 #include "fileops/PermanentDelete.h"
 #include "fileops/TransferEngine.h"
-#include "fileops/TransferProgressEdge.h"
 #include "navigation/PinnedStore.h"
 #include "views/FileTable.h"
 
@@ -35,6 +40,11 @@ QString subject(const std::vector<Entry>& items, bool quoted) {
     if (items.size() != 1) return QString::number(items.size()) + QStringLiteral(" items");
     return quoted ? u'"' + items.front().name() + u'"' : items.front().name();
 }
+// Pins follow renamed and moved folders in every window, through the one stored list.
+void followPin(const QString& from, const QString& to) {
+    PinnedStore store(Preferences::pins());
+    store.replace(QUrl::fromLocalFile(from), QUrl::fromLocalFile(to));
+}
 } // namespace
 
 ExplorerFileOps::ExplorerFileOps(Explorer& window)
@@ -47,32 +57,50 @@ ExplorerFileOps::ExplorerFileOps(Explorer& window)
             renameAction();
     });
     connect(engine.get(), &TransferEngine::progress, this, [this](double fraction) {
-        if (w.busy) w.widgets().transferProgress->update(fraction);
+        if (w.busy()) w.widgets().transferProgress->update(fraction);
     });
     connect(engine.get(), &TransferEngine::finished, this, &ExplorerFileOps::finishTransfer);
     viewport = w.table()->viewport();
     viewport->installEventFilter(this);
     registerOperations();
+    connect(&w.events(), &ExplorerEvents::locationChanged, this, [this] {
+        cancelPendingRename();
+        finishInlineRename(false);
+    });
 }
 
 ExplorerFileOps::~ExplorerFileOps() = default;
 
 void ExplorerFileOps::registerOperations() {
-    const std::pair<const char*, void (ExplorerFileOps::*)()> commands[] = {
-        {"copyAction", &ExplorerFileOps::copyAction},
-        {"cutAction", &ExplorerFileOps::cutAction},
-        {"pasteAction", &ExplorerFileOps::pasteAction},
-        {"undoAction", &ExplorerFileOps::undoAction},
-        {"newFolder", &ExplorerFileOps::newFolder},
-        {"newTextDocument", &ExplorerFileOps::newTextDocument},
-        {"renameAction", &ExplorerFileOps::renameAction},
-        {"trashAction", &ExplorerFileOps::trashAction},
-        {"permanentlyDeleteAction", &ExplorerFileOps::permanentlyDeleteAction},
+    using Rule = bool (*)(const SelectionFacts&);
+    const struct {
+        const char* name;
+        const char* title;
+        void (ExplorerFileOps::*method)();
+        Rule enabled;
+    } commands[] = {
+        {"copyAction", "Copy", &ExplorerFileOps::copyAction, ActionState::copy},
+        {"cutAction", "Cut", &ExplorerFileOps::cutAction, ActionState::cut},
+        {"pasteAction", "Paste", &ExplorerFileOps::pasteAction, ActionState::paste},
+        {"undoAction", "Undo", &ExplorerFileOps::undoAction, nullptr},
+        {"newFolder", "New folder", &ExplorerFileOps::newFolder, ActionState::create},
+        {"newTextDocument", "New text document", &ExplorerFileOps::newTextDocument, ActionState::create},
+        {"renameAction", "Rename", &ExplorerFileOps::renameAction, ActionState::rename},
+        {"trashAction", "Move to Trash", &ExplorerFileOps::trashAction, ActionState::trash},
+        {"permanentlyDeleteAction", "Delete permanently", &ExplorerFileOps::permanentlyDeleteAction,
+         ActionState::trash},
     };
-    for (const auto& [name, method] : commands)
-        w.registerOperation(QLatin1String(name), [this, method = method] { (this->*method)(); });
-    w.registerOperation(QStringLiteral("cancelInlineRename"), [this] { finishInlineRename(false); });
-    w.registerOperation(QStringLiteral("cancelPendingRename"), [this] { cancelPendingRename(); });
+    for (const auto& c : commands) {
+        std::function<bool()> enabled;
+        if (c.enabled) enabled = [this, rule = c.enabled] { return rule(w.chrome().selectionFacts()); };
+        w.commands().add(
+            QLatin1String(c.name), QLatin1String(c.title), [this, method = c.method] { (this->*method)(); },
+            enabled);
+    }
+    w.commands().add(QStringLiteral("cancelInlineRename"), QStringLiteral("Cancel rename"),
+                     [this] { finishInlineRename(false); });
+    w.commands().add(QStringLiteral("cancelPendingRename"), QStringLiteral("Cancel rename"),
+                     [this] { cancelPendingRename(); });
 }
 
 bool ExplorerFileOps::transferRunning() const {
@@ -90,7 +118,7 @@ void ExplorerFileOps::cutAction() {
 }
 
 void ExplorerFileOps::setClipboard(bool cut) {
-    if (w.busy) {
+    if (w.busy()) {
         QApplication::beep();
         return;
     }
@@ -100,14 +128,14 @@ void ExplorerFileOps::setClipboard(bool cut) {
     for (const Entry& e : items)
         urls << e.url();
     FileClipboard::shared().setClipboard(urls, cut);
-    w.refresh();
+    w.table()->viewport()->update(); // the cut marks
     w.setStatus(QString::number(urls.size()) + QStringLiteral(" items ") +
                 (cut ? QStringLiteral("cut — paste to move") : QStringLiteral("copied")));
 }
 
 void ExplorerFileOps::pasteAction() {
     const QList<QUrl> urls = FileClipboard::shared().fileUrls();
-    if (w.busy || urls.isEmpty() || !w.current().isLocalFile()) return;
+    if (w.busy() || urls.isEmpty() || !w.current().isLocalFile()) return;
     QStringList sources;
     for (const QUrl& url : urls)
         sources << url.toLocalFile();
@@ -115,7 +143,7 @@ void ExplorerFileOps::pasteAction() {
 }
 
 void ExplorerFileOps::transfer(const QStringList& sources, bool moving, const QString& into) {
-    if (w.busy) return;
+    if (w.busy()) return;
     if (into.isEmpty() && !w.current().isLocalFile()) {
         QApplication::beep();
         return;
@@ -127,25 +155,21 @@ void ExplorerFileOps::transfer(const QStringList& sources, bool moving, const QS
         return;
     }
     if (plan.jobs.empty() || !engine->start(plan.jobs, moving)) return;
-    w.busy = true;
+    w.setBusy(true);
     w.widgets().transferProgress->begin();
-    w.updateActionState();
     w.setStatus(TransferEngine::startText(moving));
 }
 
 void ExplorerFileOps::finishTransfer(const TransferResult& result) {
-    w.busy = false;
+    w.setBusy(false);
     w.widgets().transferProgress->finish();
     if (result.moving) {
         for (const TransferJob& job : result.finished)
-            w.pins->replace(QUrl::fromLocalFile(job.source), QUrl::fromLocalFile(job.destination));
+            followPin(job.source, job.destination);
         FileClipboard::shared().finishMove(result.movedSources());
     }
     if (!result.finished.empty()) {
-        PinnedStore* pins = w.pins.get();
-        fileUndo = result.undo([pins](const QString& from, const QString& to) {
-            pins->replace(QUrl::fromLocalFile(from), QUrl::fromLocalFile(to));
-        });
+        fileUndo = result.undo(followPin);
     }
     w.refresh();
     w.setStatus(result.statusText());
@@ -158,7 +182,7 @@ void ExplorerFileOps::adopt(const FileUndo& step) {
 }
 
 void ExplorerFileOps::undoAction() {
-    if (w.busy || !fileUndo) {
+    if (w.busy() || !fileUndo) {
         QApplication::beep();
         return;
     }
@@ -175,7 +199,7 @@ void ExplorerFileOps::undoAction() {
 // ---------------------------------------------------------------- create
 
 void ExplorerFileOps::newFolder() {
-    if (!w.current().isLocalFile() || w.busy) {
+    if (!w.current().isLocalFile() || w.busy()) {
         QApplication::beep();
         return;
     }
@@ -186,13 +210,14 @@ void ExplorerFileOps::newFolder() {
         return;
     }
     adopt(made.undo);
-    w.setSearchText(QString());
+    w.commands().run(QStringLiteral("clearSearch"));
+    w.refresh();
     w.selectURL(QUrl::fromLocalFile(made.path));
     beginInlineRename();
 }
 
 void ExplorerFileOps::newTextDocument() {
-    if (w.busy || !w.current().isLocalFile()) return;
+    if (w.busy() || !w.current().isLocalFile()) return;
     const QString name = askName(QStringLiteral("New text document"), FileNames::newDocumentName());
     if (name.isEmpty()) return;
     const FileCommandResult made = FileCommands::createTextDocument(w.current().toLocalFile(), name);
@@ -241,12 +266,12 @@ QRect ExplorerFileOps::renamePlacement(int row) const {
 void ExplorerFileOps::beginInlineRename() {
     cancelPendingRename();
     const QModelIndexList rows = w.table()->selectionModel()->selectedRows();
-    if (w.busy || rows.size() != 1) return;
+    if (w.busy() || rows.size() != 1) return;
     const int row = rows.front().row();
     const QRect place = renamePlacement(row);
     if (!place.isValid()) return;
     finishInlineRename(false);
-    const Entry& entry = w.entries[size_t(row)];
+    const Entry& entry = w.entries()[size_t(row)];
     auto* field = new QLineEdit(entry.name(), w.table()->viewport());
     field->setObjectName(QStringLiteral("renameEditor"));
     field->setGeometry(place);
@@ -255,7 +280,7 @@ void ExplorerFileOps::beginInlineRename() {
     connect(field, &QLineEdit::editingFinished, this, [this] { finishInlineRename(true); });
     renameURL = entry.url();
     editor = field;
-    w.renameEditor = field;
+    emit w.events().editingChanged(true);
     field->show();
     field->setFocus();
     const TextRange stem = filenameStemRange(entry.name(), entry.directory);
@@ -270,32 +295,25 @@ void ExplorerFileOps::finishInlineRename(bool commit) {
         if (name.isEmpty()) name = oldName;
         QLineEdit* field = editor;
         editor.clear();
-        w.renameEditor.clear();
+
         renameURL.clear();
         field->removeEventFilter(this);
         field->deleteLater();
         field->hide();
         if (commit && name != oldName) {
-            PinnedStore* pins = w.pins.get();
-            const FileCommandResult done =
-                FileCommands::rename(path, name, [pins](const QString& a, const QString& b) {
-                    pins->replace(QUrl::fromLocalFile(a), QUrl::fromLocalFile(b));
-                });
+            const FileCommandResult done = FileCommands::rename(path, name, followPin);
             if (!done.ok) {
                 w.showError(done.title, done.detail);
             } else {
                 adopt(done.undo);
-                w.pins->replace(QUrl::fromLocalFile(path), QUrl::fromLocalFile(done.path));
+                followPin(path, done.path);
                 w.refresh();
                 w.selectURL(QUrl::fromLocalFile(done.path));
             }
         }
         w.focusFileList();
     }
-    if (w.pendingRenameRefresh) {
-        w.pendingRenameRefresh = false;
-        w.refresh();
-    }
+    emit w.events().editingChanged(false);
 }
 
 void ExplorerFileOps::scheduleInlineRename() {
@@ -315,7 +333,7 @@ void ExplorerFileOps::pointerPressed(QMouseEvent* event) {
     const QModelIndex hit = w.table()->indexAt(event->position().toPoint());
     if (rows.size() != 1 || !hit.isValid() || hit.row() != rows.front().row()) return;
     if (renamePlacement(hit.row()).contains(event->position().toPoint()))
-        renameClickURL = w.entries[size_t(hit.row())].url();
+        renameClickURL = w.entries()[size_t(hit.row())].url();
 }
 
 bool ExplorerFileOps::eventFilter(QObject* watched, QEvent* event) {
@@ -364,7 +382,7 @@ bool ExplorerFileOps::confirm(const QString& message, const QString& info, const
 }
 
 void ExplorerFileOps::trashAction() {
-    if (w.busy) {
+    if (w.busy()) {
         QApplication::beep();
         return;
     }
@@ -382,16 +400,15 @@ void ExplorerFileOps::trashAction() {
 
 void ExplorerFileOps::permanentlyDeleteAction() {
     const std::vector<Entry> items = w.commandSelection();
-    if (w.busy || items.empty()) return;
+    if (w.busy() || items.empty()) return;
     if (!confirm(QStringLiteral("Permanently delete ") + subject(items, false) + u'?',
                  QStringLiteral("These items will not go to Trash. This operation cannot be undone."),
                  QStringLiteral("Delete permanently"), true))
         return;
-    w.busy = true;
-    w.updateActionState();
+    w.setBusy(true);
     w.setStatus(QStringLiteral("Deleting items…"));
     PermanentDelete::start(paths(items), this, [this](const PermanentDelete::Result& result) {
-        w.busy = false;
+        w.setBusy(false);
         if (result.deleted > 0) fileUndo = nullptr;
         w.refresh();
         w.setStatus(result.statusText());

@@ -6,11 +6,10 @@
 
 namespace orvane {
 
-EntryTableModel::EntryTableModel(const std::vector<Entry>* entries, QObject* parent)
-    : QAbstractTableModel(parent), entries(entries) {}
+EntryTableModel::EntryTableModel(QObject* parent) : QAbstractTableModel(parent) {}
 
 int EntryTableModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : int(entries->size());
+    return parent.isValid() ? 0 : int(rows.size());
 }
 
 int EntryTableModel::columnCount(const QModelIndex& parent) const {
@@ -18,8 +17,8 @@ int EntryTableModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant EntryTableModel::data(const QModelIndex& index, int role) const {
-    if (!index.isValid() || size_t(index.row()) >= entries->size()) return {};
-    const Entry& entry = (*entries)[size_t(index.row())];
+    if (!index.isValid() || size_t(index.row()) >= rows.size()) return {};
+    const Entry& entry = rows[size_t(index.row())];
     const QString& key = explorerColumns()[index.column()].key;
     switch (role) {
     case Qt::DisplayRole:
@@ -46,9 +45,121 @@ QVariant EntryTableModel::headerData(int section, Qt::Orientation orientation, i
     return explorerColumns()[section].title;
 }
 
-void EntryTableModel::reload() {
-    beginResetModel();
-    endResetModel();
+bool sameShown(const Entry& a, const Entry& b) {
+    return a.size == b.size && a.modified == b.modified && a.created == b.created && a.kind == b.kind &&
+           a.directory == b.directory && a.package == b.package && a.added == b.added;
+}
+
+namespace {
+
+// How many separate runs of rows would come and go, and whether the staying rows keep their order.
+struct MergeShape {
+    int runs = 0;
+    bool ordered = true;
+};
+
+MergeShape mergeShape(const std::vector<Entry>& rows, const std::vector<Entry>& next,
+                      const QHash<QString, int>& wanted) {
+    MergeShape shape;
+    int previous = -1;
+    bool inGap = false;
+    for (const Entry& row : rows) {
+        const auto it = wanted.constFind(row.location);
+        const bool gone = it == wanted.cend();
+        if (gone && !inGap) ++shape.runs;
+        inGap = gone;
+        if (gone) continue;
+        if (*it < previous) shape.ordered = false;
+        // A gap between two staying rows in the new order is one run to insert.
+        if (*it > previous + 1) ++shape.runs;
+        previous = *it;
+    }
+    if (previous + 1 < int(next.size())) ++shape.runs;
+    return shape;
+}
+
+} // namespace
+
+void EntryTableModel::setEntries(std::vector<Entry> next) {
+    QHash<QString, int> wanted;
+    wanted.reserve(qsizetype(next.size()));
+    for (size_t i = 0; i < next.size(); ++i)
+        wanted.insert(next[i].location, int(i));
+    const MergeShape shape = mergeShape(rows, next, wanted);
+    // Each run costs a pass over the rows; past a few, one layout change is cheaper.
+    if (!shape.ordered || shape.runs > 8) {
+        replaceInOneLayout(std::move(next), wanted);
+        return;
+    }
+    removeMissing(wanted);
+    insertNew(next);
+}
+
+// Like a sort: persistent indexes (selection, current row, the keyboard ring) follow their items,
+// and those whose items went become invalid.
+void EntryTableModel::replaceInOneLayout(std::vector<Entry> next, const QHash<QString, int>& wanted) {
+    emit layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
+    const QModelIndexList before = persistentIndexList();
+    QModelIndexList after;
+    after.reserve(before.size());
+    for (const QModelIndex& old : before) {
+        const auto it = size_t(old.row()) < rows.size() ? wanted.constFind(rows[size_t(old.row())].location)
+                                                        : wanted.cend();
+        after.append(it == wanted.cend() ? QModelIndex() : createIndex(*it, old.column()));
+    }
+    rows = std::move(next);
+    changePersistentIndexList(before, after);
+    emit layoutChanged({}, QAbstractItemModel::VerticalSortHint);
+}
+
+void EntryTableModel::entriesChanged() {
+    if (!rows.empty()) emit dataChanged(index(0, 0), index(int(rows.size()) - 1, columnCount() - 1));
+}
+
+// From the bottom up, so the rows still to visit keep their numbers.
+void EntryTableModel::removeMissing(const QHash<QString, int>& wanted) {
+    int last = int(rows.size()) - 1;
+    while (last >= 0) {
+        if (wanted.contains(rows[size_t(last)].location)) {
+            --last;
+            continue;
+        }
+        int first = last;
+        while (first > 0 && !wanted.contains(rows[size_t(first - 1)].location))
+            --first;
+        beginRemoveRows({}, first, last);
+        rows.erase(rows.begin() + first, rows.begin() + last + 1);
+        endRemoveRows();
+        last = first - 1;
+    }
+}
+
+// The rows left are in `next`'s order; what is missing between them goes in as runs.
+void EntryTableModel::insertNew(std::vector<Entry>& next) {
+    size_t row = 0;
+    int firstChanged = -1;
+    int lastChanged = -1;
+    for (size_t k = 0; k < next.size();) {
+        if (row < rows.size() && rows[row].location == next[k].location) {
+            if (!sameShown(rows[row], next[k])) {
+                if (firstChanged < 0) firstChanged = int(row);
+                lastChanged = int(row);
+            }
+            rows[row] = std::move(next[k]);
+            ++row, ++k;
+            continue;
+        }
+        size_t end = k + 1;
+        while (end < next.size() && (row >= rows.size() || rows[row].location != next[end].location))
+            ++end;
+        beginInsertRows({}, int(row), int(row + (end - k)) - 1);
+        rows.insert(rows.begin() + qsizetype(row), std::make_move_iterator(next.begin() + qsizetype(k)),
+                    std::make_move_iterator(next.begin() + qsizetype(end)));
+        endInsertRows();
+        row += end - k;
+        k = end;
+    }
+    if (firstChanged >= 0) emit dataChanged(index(firstChanged, 0), index(lastChanged, columnCount() - 1));
 }
 
 } // namespace orvane

@@ -7,24 +7,36 @@
 
 namespace orvane {
 
-// A view onto the window's entries, never a copy: a row costs nothing until it is painted.
+// The rows of one window's listing. A new listing is merged in by identity (the location), in
+// ranges, so the selection, the current row and the scroll position stay with their items.
 class EntryTableModel : public QAbstractTableModel {
     Q_OBJECT
 public:
     enum Role { EntryLocationRole = Qt::UserRole + 1, DirectoryRole };
 
-    explicit EntryTableModel(const std::vector<Entry>* entries, QObject* parent = nullptr);
+    explicit EntryTableModel(QObject* parent = nullptr);
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
-    // The entries were replaced wholesale.
-    void reload();
+    const std::vector<Entry>& entries() const { return rows; }
+    // Becomes `next`: a few rows coming and going are signalled as ranges, anything larger as one
+    // layout change; the model is never reset.
+    void setEntries(std::vector<Entry> next);
+    // Rows whose entry changed without its identity, re-read by the views.
+    void entriesChanged();
 
 private:
-    const std::vector<Entry>* entries;
+    void removeMissing(const QHash<QString, int>& wanted);
+    void replaceInOneLayout(std::vector<Entry> next, const QHash<QString, int>& wanted);
+    void insertNew(std::vector<Entry>& next);
+
+    std::vector<Entry> rows;
 };
+
+// Whether two entries show the same; rows that differ are repainted.
+bool sameShown(const Entry& a, const Entry& b);
 
 } // namespace orvane

@@ -192,11 +192,16 @@ void FileTable::setCompact(bool compact) {
     scheduleHoverRefresh();
 }
 
+std::optional<int> FileTable::keyboardFocusRow() const {
+    if (!focusIndex.isValid()) return std::nullopt;
+    return focusIndex.row();
+}
+
 void FileTable::setKeyboardFocusRow(std::optional<int> row) {
-    if (row == focusRow) return;
-    updateRow(focusRow);
-    focusRow = row;
-    updateRow(focusRow);
+    if (row == keyboardFocusRow()) return;
+    updateRow(keyboardFocusRow());
+    focusIndex = row && model() ? QPersistentModelIndex(model()->index(*row, 0)) : QPersistentModelIndex();
+    updateRow(keyboardFocusRow());
 }
 
 void FileTable::setSortIndicator(const QString& key, bool ascending) {
@@ -415,6 +420,7 @@ void FileTable::paintRows(const QRect& area) {
     QPainter painter(viewport());
     ExplorerRowDelegate::RowState state;
     state.emphasised = isActiveWindow();
+    const std::optional<int> focusRow = keyboardFocusRow();
     for (int row = first; row <= last; ++row) {
         state.selected = selectionModel()->isRowSelected(row, QModelIndex());
         state.hovering = hoveredRow == row;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPersistentModelIndex>
 #include <QTableView>
 #include <functional>
 #include <memory>
@@ -48,7 +49,8 @@ public:
     // --- rows ---
     bool compact() const { return compactRows; }
     void setCompact(bool compact);
-    std::optional<int> keyboardFocusRow() const { return focusRow; }
+    // The ring follows its item when rows come and go around it.
+    std::optional<int> keyboardFocusRow() const;
     void setKeyboardFocusRow(std::optional<int> row);
     // Set while the window moves the selection from the keyboard, so the focus ring stays.
     bool extendingKeyboardSelection = false;
@@ -113,7 +115,7 @@ private:
     ExplorerHeaderView* headerView;
     ExplorerRowDelegate* delegate;
     bool compactRows = false;
-    std::optional<int> focusRow;
+    QPersistentModelIndex focusIndex;
     std::optional<int> hoveredRow;
     bool hoverRefreshQueued = false;
     bool toggleClickInProgress = false;

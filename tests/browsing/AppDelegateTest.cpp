@@ -31,7 +31,7 @@ private slots:
         AppDelegate app;
         Explorer* idle = app.newWindow();
         Explorer* working = app.newWindow();
-        working->busy = true;
+        working->setBusy(true);
         QVERIFY(!app.shouldTerminate());
         QVERIFY(app.lastAlert());
         QCOMPARE(app.lastAlert()->text(), QStringLiteral("A file transfer is still running"));
@@ -48,7 +48,7 @@ private slots:
         QVERIFY(idle->close());
         QCOMPARE(app.windows.size(), size_t(1));
         QVERIFY(!app.shouldTerminateAfterLastWindowClosed());
-        working->busy = false;
+        working->setBusy(false);
         QVERIFY(app.shouldTerminateAfterLastWindowClosed());
         QVERIFY(app.shouldTerminate());
     }

@@ -72,9 +72,9 @@ private slots:
         QFETCH(QStringList, selection);
         QFETCH(bool, busy);
         QFETCH(QString, enabled);
-        w->busy = busy;
+        w->setBusy(busy);
         selectNames(*w, selection);
-        w->updateActionState();
+        w->chrome().updateActionState();
         QCOMPARE(enabledButtons(*w), enabled);
     }
 
@@ -112,25 +112,25 @@ private slots:
     }
 
     void detailsAndPreviewExcludeEachOther() {
-        w->toggleDetails();
-        QVERIFY(w->detailsVisible);
+        w->chrome().toggleDetails();
+        QVERIFY(w->chrome().detailsVisible);
         QVERIFY(w->widgets().detailsPane->isVisibleTo(w));
         QVERIFY(w->widgets().detailsPane->width() >= 260 || w->widgets().detailsPane->minimumWidth() >= 260);
         QCOMPARE(w->widgets().detailsPane->title(), QFileInfo(tree.path()).fileName());
         selectNames(*w, {"one.txt", "two.txt"});
         QCOMPARE(w->widgets().detailsPane->title(), QStringLiteral("2 items selected"));
         QCOMPARE(w->widgets().detailsPane->meta(), QStringLiteral("Files total\n4 KB"));
-        w->togglePreview();
-        QVERIFY(w->previewVisible);
-        QVERIFY(!w->detailsVisible);
+        w->chrome().togglePreview();
+        QVERIFY(w->chrome().previewVisible);
+        QVERIFY(!w->chrome().detailsVisible);
         QVERIFY(!w->widgets().detailsPane->isVisibleTo(w));
-        w->toggleDetails();
-        QVERIFY(!w->previewVisible);
+        w->chrome().toggleDetails();
+        QVERIFY(!w->chrome().previewVisible);
     }
 
     void copyPathQuotesEachPath() {
         selectNames(*w, {"one.txt", "two.txt"});
-        w->copyPathAction();
+        w->chrome().copyPathAction();
         QCOMPARE(QGuiApplication::clipboard()->text(),
                  QStringLiteral("\"%1\"\n\"%2\"").arg(tree.path("one.txt"), tree.path("two.txt")));
     }
@@ -154,12 +154,12 @@ private slots:
         const int sizeColumn = 4;
         const QPoint onSize(header->sectionViewportPosition(sizeColumn) + 10, header->height() / 2);
         QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, onSize);
-        QCOMPARE(w->sort.key, QStringLiteral("size"));
-        QCOMPARE(w->entries.back().name(), QStringLiteral("two.txt"));
+        QCOMPARE(w->listing().sort().key, QStringLiteral("size"));
+        QCOMPARE(w->entries().back().name(), QStringLiteral("two.txt"));
         QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, onSize);
-        QVERIFY(!w->sort.ascending);
-        QCOMPARE(w->entries.front().name(), QStringLiteral("two.txt"));
-        w->setSort(QStringLiteral("name"), true);
+        QVERIFY(!w->listing().sort().ascending);
+        QCOMPARE(w->entries().front().name(), QStringLiteral("two.txt"));
+        w->findChild<ListingCommands*>()->setSort(QStringLiteral("name"), true);
     }
 
     void sidebarWidthIsClamped_data() {
@@ -174,7 +174,7 @@ private slots:
         QFETCH(int, stored);
         QFETCH(int, width);
         Preferences::standard()->setValue(QStringLiteral("sidebar.width.v2"), stored);
-        QCOMPARE(w->sidebarWidth(), width);
+        QCOMPARE(w->chrome().sidebarWidth(), width);
     }
 };
 

@@ -150,13 +150,18 @@ class ExplorerShortcutsTest : public QObject {
             "arrangeWindow:0 "
             "arrangeWindow:1 arrangeWindow:2 arrangeWindow:3 setViewMode:1 setViewMode:2 setViewMode:3 "
             "setViewMode:8 setViewMode:9 cancelInlineRename");
-        for (const QString& name : names.split(u' ')) {
-            Explorer::Operation real =
-                name == QLatin1String("cancelInlineRename") ? w->operation(name) : nullptr;
-            w->registerOperation(name, [this, name, real] {
-                called << name;
-                if (real) real();
-            });
+        for (const QString& spelled : names.split(u' ')) {
+            const QString name = spelled.section(u':', 0, 0);
+            if (name != spelled && w->commands().contains(name)) continue;
+            const bool real = name == QLatin1String("cancelInlineRename");
+            w->commands().add(Command{name,
+                                      name,
+                                      [this, name, real](const QVariant& arg) {
+                                          called << (arg.isValid() ? name + u':' + arg.toString() : name);
+                                          if (real) w->fileOps()->finishInlineRename(false);
+                                      },
+                                      {},
+                                      {}});
         }
     }
     // Selects one row and makes it current, as a plain click would.
@@ -323,7 +328,7 @@ private slots:
         QCOMPARE(w->tabs.current().index, 2);
         QVERIFY(press(w, keys::Escape));
         QCOMPARE(called, QStringList{"cancelInlineRename"});
-        QVERIFY(!w->renameEditor && !w->fileOps()->renameEditor());
+        QVERIFY(!w->fileOps()->renameEditor() && !w->fileOps()->renameEditor());
         QCOMPARE(w->focusWidget(), w->table());
         QVERIFY(QFileInfo::exists(tree->path("a.txt")));
     }
@@ -401,7 +406,7 @@ private slots:
         // Past the last row the ring stays on it.
         for (int i = 0; i < 10; ++i)
             press(w, keys::Down, primary);
-        QCOMPARE(table->keyboardFocusRow(), std::optional<int>(int(w->entries.size()) - 1));
+        QCOMPARE(table->keyboardFocusRow(), std::optional<int>(int(w->entries().size()) - 1));
         QTest::mouseClick(table->viewport(), Qt::LeftButton, {},
                           table->visualRect(table->model()->index(0, 0)).center());
         QCOMPARE(table->keyboardFocusRow(), std::nullopt);
@@ -409,7 +414,7 @@ private slots:
 
     void ringExtendsAndBoundariesSelect() {
         FileTable* table = w->table();
-        const int last = int(w->entries.size()) - 1;
+        const int last = int(w->entries().size()) - 1;
         QVERIFY(press(w, keys::Up, primary));
         QCOMPARE(table->keyboardFocusRow(), std::optional<int>(last)); // from nothing, Up lands on the end
         QVERIFY(selectedRows(*table).isEmpty());
@@ -482,42 +487,42 @@ private slots:
     void f6CyclesTheRegions() {
         for (int region : {0, 1, 2, 3, 0}) {
             QVERIFY(press(w, keys::F6));
-            QCOMPARE(w->focusRegion(), region);
+            QCOMPARE(w->keyboard().focusRegion(), region);
         }
         for (int region : {3, 2}) {
             QVERIFY(press(w, keys::F6, shift));
-            QCOMPARE(w->focusRegion(), region);
+            QCOMPARE(w->keyboard().focusRegion(), region);
         }
         QCOMPARE(w->focusWidget(), w->widgets().places);
         QVERIFY(!w->widgets().pathBox->addressShown());
     }
 
     void escapeClearsTheFilterAndTheCut() {
-        w->setSearchText(QStringLiteral("a.t"));
-        QCOMPARE(w->entries.size(), size_t(1));
+        w->commands().run(QStringLiteral("setSearchText"), QStringLiteral("a.t"));
+        QCOMPARE(w->entries().size(), size_t(1));
         FileClipboard::shared().setClipboard({QUrl::fromLocalFile(tree->path("b.txt"))}, true);
         QVERIFY(FileClipboard::shared().cutHolds());
         bool quickLookUp = true;
-        w->dismissQuickLook = [&] { return std::exchange(quickLookUp, false); };
+        w->keyboard().dismissQuickLook = [&] { return std::exchange(quickLookUp, false); };
         w->table()->setFocus();
         QVERIFY(press(w, keys::Escape));
-        QCOMPARE(w->entries.size(), size_t(1)); // the first Escape only put Quick Look away
+        QCOMPARE(w->entries().size(), size_t(1)); // the first Escape only put Quick Look away
         QVERIFY(press(w, keys::Escape));
         QVERIFY(w->tabs.current().query.isEmpty());
         QVERIFY(w->widgets().searchField->text().isEmpty());
-        QCOMPARE(w->entries.size(), size_t(7));
+        QCOMPARE(w->entries().size(), size_t(7));
         QVERIFY(!FileClipboard::shared().cutHolds());
     }
 
     void paneAndWindowToggles() {
         QVERIFY(press(w, keys::P, alt));
-        QVERIFY(w->previewVisible);
+        QVERIFY(w->chrome().previewVisible);
         QVERIFY(press(w, keys::P, alt | shift));
-        QVERIFY(w->detailsVisible && !w->previewVisible);
+        QVERIFY(w->chrome().detailsVisible && !w->chrome().previewVisible);
         QVERIFY(press(w, keys::H, primary | shift));
-        QVERIFY(w->showHidden);
+        QVERIFY(w->listing().showHidden());
         QVERIFY(press(w, keys::A, primary));
-        QCOMPARE(selectedRows(*w->table()).size(), int(w->entries.size()));
+        QCOMPARE(selectedRows(*w->table()).size(), int(w->entries().size()));
         QVERIFY(press(w, keys::N, primary, QStringLiteral("ى")));
         QCOMPARE(app->windows.size(), size_t(2));
     }
@@ -546,7 +551,7 @@ private slots:
 
     void guideListsEveryRowAndEscapeClosesIt() {
         QVERIFY(press(w, keys::F1));
-        QPointer<ShortcutGuideWindow> guide = w->shortcutsWindow;
+        QPointer<ShortcutGuideWindow> guide = w->chrome().shortcutGuide();
         QVERIFY(guide && guide->isVisible());
         QCOMPARE(guide->windowTitle(), QStringLiteral("Keyboard shortcuts — Orvane"));
         QStringList texts;
@@ -559,7 +564,7 @@ private slots:
         }
         w->activateWindow();
         QVERIFY(press(w, keys::F1));
-        QCOMPARE(w->shortcutsWindow, guide);
+        QCOMPARE(w->chrome().shortcutGuide(), guide);
         QKeyEvent escape = keyEvent(QEvent::KeyPress, keys::Escape, none, {});
         QApplication::sendEvent(guide, &escape);
         QTRY_VERIFY(!guide);

@@ -22,7 +22,7 @@ using namespace orvane::test;
 namespace {
 QStringList names(const Explorer& w) {
     QStringList list;
-    for (const Entry& e : w.entries)
+    for (const Entry& e : w.entries())
         list << e.name();
     return list;
 }
@@ -112,7 +112,7 @@ private slots:
         field->setText(QStringLiteral("~"));
         w->addressGo();
         QCOMPARE(w->current().toLocalFile(), QDir::homePath());
-        w->focusAddress();
+        w->keyboard().focusAddress();
         field->setText(QStringLiteral("no such place"));
         w->addressGo();
         QVERIFY(takeAlert(*w).startsWith(QLatin1String("Folder not found|")));
@@ -122,10 +122,10 @@ private slots:
 
     void searchFiltersAndNavigationClearsIt() {
         Explorer* w = app->newWindow(url(tree->path()));
-        w->setSearchText(QStringLiteral("B.T"));
+        w->commands().run(QStringLiteral("setSearchText"), QStringLiteral("B.T"));
         QCOMPARE(names(*w), QStringList{"b.txt"});
-        w->setSearchText(QStringLiteral("nothing"));
-        QVERIFY(w->entries.empty());
+        w->commands().run(QStringLiteral("setSearchText"), QStringLiteral("nothing"));
+        QVERIFY(w->entries().empty());
         QCOMPARE(w->widgets().emptyLabel->text(), QStringLiteral("No matching items in this folder"));
         w->navigate(url(tree->path("Other")));
         QVERIFY(w->tabs.current().query.isEmpty());
@@ -137,7 +137,7 @@ private slots:
         tree->file(".secret");
         Explorer* w = app->newWindow(url(tree->path()));
         QVERIFY(!names(*w).contains(".secret"));
-        w->toggleHidden();
+        w->commands().run(QStringLiteral("toggleHidden"));
         QVERIFY(names(*w).contains(".secret"));
         QCOMPARE(w->widgets().status->text(), QStringLiteral("5 items"));
     }
@@ -156,12 +156,13 @@ private slots:
         Explorer* w = app->newWindow(url(tree->path()));
         tree->file("c.txt");
         QTRY_VERIFY(names(*w).contains("c.txt"));
-        QLineEdit editor;
-        w->renameEditor = &editor;
+        emit w->events().editingChanged(true);
         tree->file("d.txt");
-        QTRY_VERIFY(w->pendingRenameRefresh);
+        auto* content = dynamic_cast<LocalFolderContent*>(w->contentFor(w->current()));
+        QTRY_VERIFY(content->changesWaiting());
         QVERIFY(!names(*w).contains("d.txt"));
-        QVERIFY(w->renameEditor);
+        emit w->events().editingChanged(false);
+        QVERIFY(names(*w).contains("d.txt"));
     }
 
     void tabsOpenOnTheCurrentFolderWithoutSelection() {
@@ -185,13 +186,14 @@ private slots:
     void openingAFolderNavigatesAndNewTabOpensIt() {
         Explorer* w = app->newWindow(url(tree->path()));
         selectNames(*w, {"Sub"});
-        w->openNewTabSelected();
+        w->commands().run(QStringLiteral("openNewTabSelected"));
         QCOMPARE(w->tabs.count(), 2);
         QCOMPARE(w->current().toLocalFile(), tree->path("Sub"));
         selectNames(*w, {"Deeper"});
         w->openSelected();
         QCOMPARE(w->current().toLocalFile(), tree->path("Sub/Deeper"));
-        w->showPackageContents(); // nothing selected and no packages here: nothing happens
+        w->commands().run(
+            QStringLiteral("showPackageContents")); // nothing selected and no packages here: nothing happens
         QCOMPARE(w->current().toLocalFile(), tree->path("Sub/Deeper"));
     }
 
@@ -205,15 +207,15 @@ private slots:
 
     void sortStateSurvivesTabsAndGroupingPersists() {
         Explorer* w = app->newWindow(url(tree->path()));
-        w->setSort(QStringLiteral("size"), false);
+        w->findChild<ListingCommands*>()->setSort(QStringLiteral("size"), false);
         QCOMPARE(names(*w).first(), QStringLiteral("b.txt"));
         w->newTab();
-        QCOMPARE(w->sort.key, QStringLiteral("size"));
-        w->groupChoice(true);
+        QCOMPARE(w->listing().sort().key, QStringLiteral("size"));
+        w->commands().run(QStringLiteral("groupChoice"), true);
         QCOMPARE(names(*w).mid(0, 2), QStringList({"Sub", "Other"}));
         Explorer* second = app->newWindow(url(tree->path()));
-        QVERIFY(second->sort.groupByType);
-        QCOMPARE(second->sort.key, QStringLiteral("name"));
+        QVERIFY(second->listing().sort().groupByType);
+        QCOMPARE(second->listing().sort().key, QStringLiteral("name"));
     }
 };
 

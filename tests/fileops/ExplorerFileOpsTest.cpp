@@ -1,8 +1,8 @@
 #include "fileops/ExplorerFileOps.h"
 #include "browsing/AppDelegate.h"
 #include "browsing/Explorer.h"
+#include "chrome/TransferProgressEdge.h"
 #include "fileops/FileClipboard.h"
-#include "fileops/TransferProgressEdge.h"
 #include "navigation/PinnedStore.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
@@ -33,7 +33,7 @@ class ExplorerFileOpsTest : public QObject {
 
     void waitForJob() {
         QSignalSpy done(ops(), &ExplorerFileOps::jobFinished);
-        if (w->busy) QVERIFY(done.wait(20000));
+        if (w->busy()) QVERIFY(done.wait(20000));
     }
 
 private slots:
@@ -55,7 +55,7 @@ private slots:
         ops()->copyAction();
         QCOMPARE(w->widgets().status->text(), QStringLiteral("1 items copied"));
         ops()->pasteAction();
-        QVERIFY(w->busy);
+        QVERIFY(w->busy());
         QVERIFY(!w->close()); // a running transfer holds the window open
         takeAlert(*w);
         waitForJob();
@@ -69,7 +69,7 @@ private slots:
     }
 
     void cutPasteMovesPinsFollowAndUndoReturns() {
-        QVERIFY(w->pins->pin(QUrl::fromLocalFile(tree->path("Box"))));
+        QVERIFY(w->findChild<PlacesList*>()->pins().pin(QUrl::fromLocalFile(tree->path("Box"))));
         selectNames(*w, {"Box", "ملاحظات.txt"});
         ops()->cutAction();
         QVERIFY(FileClipboard::shared().isCut(QUrl::fromLocalFile(tree->path("Box"))));
@@ -79,12 +79,12 @@ private slots:
         QVERIFY(QFile::exists(tree->path("Target/Box/Inner")));
         QVERIFY(QFile::exists(tree->path("Target/ملاحظات.txt")));
         QVERIFY(!QFile::exists(tree->path("Box")));
-        QVERIFY(w->pins->contains(QUrl::fromLocalFile(tree->path("Target/Box"))));
+        QVERIFY(w->findChild<PlacesList*>()->pins().contains(QUrl::fromLocalFile(tree->path("Target/Box"))));
         QVERIFY(!FileClipboard::shared().cutHolds());
         ops()->undoAction();
         QVERIFY(QFile::exists(tree->path("Box/Inner")));
         QVERIFY(QFile::exists(tree->path("ملاحظات.txt")));
-        QVERIFY(w->pins->contains(QUrl::fromLocalFile(tree->path("Box"))));
+        QVERIFY(w->findChild<PlacesList*>()->pins().contains(QUrl::fromLocalFile(tree->path("Box"))));
     }
 
     void aForeignCopyTurnsTheCutIntoACopy() {
@@ -106,7 +106,7 @@ private slots:
         ops()->copyAction();
         w->navigate(QUrl::fromLocalFile(tree->path("Box/Inner")));
         ops()->pasteAction();
-        QVERIFY(!w->busy);
+        QVERIFY(!w->busy());
         QCOMPARE(takeAlert(*w), QStringLiteral("Cannot copy a folder into itself|") + tree->path("Box"));
         QVERIFY(!QFile::exists(tree->path("Box/Inner/hello.txt")));
     }
@@ -118,13 +118,14 @@ private slots:
         QVERIFY(editor);
         QCOMPARE(editor->text(), QStringLiteral("New Folder"));
         tree->file("appeared.txt");
-        QTRY_VERIFY(w->pendingRenameRefresh);
+        auto* content = dynamic_cast<LocalFolderContent*>(w->contentFor(w->current()));
+        QTRY_VERIFY(content->changesWaiting());
         QVERIFY(ops()->renameEditor());
         editor->setText(QStringLiteral("Projects"));
         ops()->finishInlineRename(true);
         QVERIFY(QFileInfo(tree->path("Projects")).isDir());
-        QVERIFY(!w->pendingRenameRefresh);
-        QVERIFY(std::any_of(w->entries.begin(), w->entries.end(),
+        QVERIFY(!content->changesWaiting());
+        QVERIFY(std::any_of(w->entries().begin(), w->entries().end(),
                             [](const Entry& e) { return e.name() == QLatin1String("appeared.txt"); }));
         ops()->newFolder();
         ops()->finishInlineRename(true); // an untouched editor keeps the default name
@@ -169,7 +170,7 @@ private slots:
         w->resize(1000, 600);
         selectNames(*w, {"hello.txt"});
         int row = 0;
-        while (w->entries[size_t(row)].name() != QLatin1String("hello.txt"))
+        while (w->entries()[size_t(row)].name() != QLatin1String("hello.txt"))
             ++row;
         QWidget* viewport = w->table()->viewport();
         const QPoint onName = w->table()->visualRect(w->table()->model()->index(row, 0)).center();

@@ -2,6 +2,8 @@
 #include "browsing/AppDelegate.h"
 #include "browsing/Explorer.h"
 #include "browsing/NotificationCenter.h"
+#include "browsing/WindowCommands.h"
+#include "navigation/PlacesList.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 
@@ -199,12 +201,13 @@ private slots:
         Explorer* two = app.newWindow(local(tree->path("C")));
         const int before = two->widgets().places->count();
         one->navigate(local(tree->path("A")));
-        one->pinAction();
+        one->findChild<PlacesList*>()->pinAction();
         QCOMPARE(two->widgets().places->count(), before + 1);
-        QVERIFY(two->isPinned(local(tree->path("A"))));
-        QCOMPARE(one->pinActionTitle(), QStringLiteral("Unpin from Quick access"));
-        one->pinAction();
-        QVERIFY(!two->isPinned(local(tree->path("A"))));
+        QVERIFY(two->findChild<PlacesList*>()->pins().contains(local(tree->path("A"))));
+        QCOMPARE(one->commands().title(QStringLiteral("pinAction")),
+                 QStringLiteral("Unpin from Quick access"));
+        one->findChild<PlacesList*>()->pinAction();
+        QVERIFY(!two->findChild<PlacesList*>()->pins().contains(local(tree->path("A"))));
     }
 };
 

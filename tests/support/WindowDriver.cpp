@@ -28,8 +28,8 @@ QList<int> selectedRows(const QAbstractItemView& view) {
 
 void selectNames(Explorer& w, const QStringList& wanted) {
     QList<int> rows;
-    for (size_t row = 0; row < w.entries.size(); ++row)
-        if (wanted.contains(w.entries[row].name())) rows << int(row);
+    for (size_t row = 0; row < w.entries().size(); ++row)
+        if (wanted.contains(w.entries()[row].name())) rows << int(row);
     selectRows(*w.table(), rows);
 }
 

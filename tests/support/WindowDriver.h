@@ -1,5 +1,14 @@
 #pragma once
 
+#include "browsing/ExplorerEvents.h"
+#include "browsing/ExplorerKeyboard.h"
+#include "browsing/ListingCommands.h"
+#include "browsing/LocalFolderContent.h"
+#include "browsing/WindowCommands.h"
+#include "browsing/WindowListing.h"
+#include "chrome/ExplorerChrome.h"
+#include "navigation/PlacesList.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>

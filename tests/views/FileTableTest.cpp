@@ -62,7 +62,8 @@ private slots:
         for (const char* name : {"alpha.txt", "beta.txt", "gamma.txt", "delta.txt", "epsilon.txt"})
             entries.push_back(Entry::fromPath(tree->file(name, name)));
         entries.push_back(Entry::fromPath(tree->folder("Folder with a much longer name than the rest")));
-        model = std::make_unique<EntryTableModel>(&entries);
+        model = std::make_unique<EntryTableModel>();
+        model->setEntries(entries);
         makeTable();
     }
     void cleanup() {

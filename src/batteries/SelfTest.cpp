@@ -1,11 +1,12 @@
-#include "browsing/SelfTest.h"
+#include "batteries/SelfTest.h"
 
+#include "batteries/FileOpsSelfTest.h"
+#include "batteries/PhoneParityBattery.h"
 #include "browsing/AppDelegate.h"
 #include "browsing/EntryText.h"
 #include "browsing/Explorer.h"
 #include "browsing/Preferences.h"
-#include "fileops/FileOpsSelfTest.h"
-#include "phone/PhoneParityBattery.h"
+#include "browsing/WindowCommands.h"
 
 #include <QDir>
 #include <QFile>
@@ -22,7 +23,7 @@ void touch(const QString& path, qint64 size) {
 
 QStringList names(const Explorer& w) {
     QStringList list;
-    for (const Entry& e : w.entries)
+    for (const Entry& e : w.entries())
         list << e.name();
     return list;
 }
@@ -58,22 +59,24 @@ bool SelfTest::runBrowsingChecks() {
     Explorer* w = delegate->newWindow(QUrl::fromLocalFile(root));
     if (!check(QStringLiteral("window opens on the battery folder"), w->current().toLocalFile() == root))
         return false;
-    if (!check(QStringLiteral("hidden files stay hidden"), w->entries.size() == 4)) return false;
-    w->toggleHidden();
-    if (!check(QStringLiteral("hidden files show when asked"), w->entries.size() == 5)) return false;
-    w->toggleHidden();
+    if (!check(QStringLiteral("hidden files stay hidden"), w->entries().size() == 4)) return false;
+    w->commands().run(QStringLiteral("toggleHidden"));
+    if (!check(QStringLiteral("hidden files show when asked"), w->entries().size() == 5)) return false;
+    w->commands().run(QStringLiteral("toggleHidden"));
     if (!check(QStringLiteral("names sort with numbers as numbers"),
                names(*w) == QStringList({"A.txt", "file2.txt", "file10.txt", "Folder"})))
         return false;
-    w->setSort(QStringLiteral("size"), false);
+    w->commands().run(QStringLiteral("sortChoice"), 3);
+    w->commands().run(QStringLiteral("reverseSort"));
     if (!check(QStringLiteral("size sorts descending"), names(*w).first() == QLatin1String("file2.txt")))
         return false;
-    w->setSort(QStringLiteral("name"), true);
-    w->setSearchText(QStringLiteral("FILE"));
-    if (!check(QStringLiteral("search keeps matching names"), w->entries.size() == 2)) return false;
+    w->commands().run(QStringLiteral("sortChoice"), 0);
+    w->commands().run(QStringLiteral("reverseSort"));
+    w->commands().run(QStringLiteral("setSearchText"), QStringLiteral("FILE"));
+    if (!check(QStringLiteral("search keeps matching names"), w->entries().size() == 2)) return false;
     w->navigate(QUrl::fromLocalFile(root + QStringLiteral("/Folder")));
     if (!check(QStringLiteral("navigation clears the search"),
-               w->tabs.current().query.isEmpty() && w->entries.size() == 1))
+               w->tabs.current().query.isEmpty() && w->entries().size() == 1))
         return false;
     w->back();
     if (!check(QStringLiteral("back returns"), w->current().toLocalFile() == root)) return false;

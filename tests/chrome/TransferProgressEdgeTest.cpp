@@ -1,4 +1,4 @@
-#include "fileops/TransferProgressEdge.h"
+#include "chrome/TransferProgressEdge.h"
 #include "support/TestEnvironment.h"
 
 #include <QAccessible>

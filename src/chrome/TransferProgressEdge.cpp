@@ -1,4 +1,4 @@
-#include "fileops/TransferProgressEdge.h"
+#include "chrome/TransferProgressEdge.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>

@@ -1,4 +1,4 @@
-#include "phone/PhoneParityBattery.h"
+#include "batteries/PhoneParityBattery.h"
 
 #include "phone/PhoneBridge.h"
 

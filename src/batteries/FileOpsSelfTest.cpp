@@ -1,12 +1,12 @@
-#include "fileops/FileOpsSelfTest.h"
+#include "batteries/FileOpsSelfTest.h"
 
-#include "browsing/SelfTest.h"
+#include "batteries/SelfTest.h"
+#include "chrome/TransferProgressEdge.h"
 #include "fileops/FileClipboard.h"
 #include "fileops/FileCommands.h"
 #include "fileops/FileNames.h"
 #include "fileops/FileTrash.h"
 #include "fileops/TransferEngine.h"
-#include "fileops/TransferProgressEdge.h"
 #include "fileops/TransferProgressSnapshot.h"
 
 #include <QClipboard>

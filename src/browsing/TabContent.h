@@ -1,0 +1,29 @@
+#pragma once
+
+#include "browsing/Entry.h"
+
+#include <QString>
+#include <QUrl>
+
+namespace orvane {
+
+// What a tab shows: a local folder or a place that another subsystem knows how to list.
+// The window keeps navigation and history; the content lists, reports and answers commands.
+class TabContent {
+public:
+    virtual ~TabContent() = default;
+    virtual bool handles(const QUrl& url) const = 0;
+    // Lists the window's current location again.
+    virtual void reload() = 0;
+    // The window shows something else now (another tab, another kind of place).
+    virtual void leave() {}
+    // The parent of `url` as this content sees it, or an invalid URL at the top.
+    virtual QUrl parent(const QUrl& url) const = 0;
+    // Whether the window's command `name` applies here; a local folder answers all.
+    virtual bool answers(const QString& name) const {
+        Q_UNUSED(name);
+        return true;
+    }
+};
+
+} // namespace orvane

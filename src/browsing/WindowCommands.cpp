@@ -1,0 +1,83 @@
+#include "browsing/WindowCommands.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QMenu>
+
+namespace orvane {
+
+void WindowCommands::add(Command command) {
+    const QString name = command.name;
+    commands.insert(name, std::move(command));
+    emit statesChanged();
+}
+
+void WindowCommands::add(const QString& name, const QString& title, std::function<void()> run,
+                         std::function<bool()> enabled) {
+    add(Command{name, title, [run = std::move(run)](const QVariant&) { run(); }, std::move(enabled), {}});
+}
+
+bool WindowCommands::isEnabled(const QString& name) const {
+    const auto it = commands.constFind(name);
+    return it != commands.cend() && it->run && (!it->enabled || it->enabled());
+}
+
+bool WindowCommands::isChecked(const QString& name, const QVariant& arg) const {
+    const auto it = commands.constFind(name);
+    return it != commands.cend() && it->checked && it->checked(arg);
+}
+
+QString WindowCommands::title(const QString& name) const {
+    return commands.value(name).title;
+}
+
+void WindowCommands::setTitle(const QString& name, const QString& title) {
+    const auto it = commands.find(name);
+    if (it != commands.end()) it->title = title;
+}
+
+bool WindowCommands::run(const QString& name, const QVariant& arg) {
+    emit requested(name, arg);
+    if (suspended || !isEnabled(name)) return false;
+    // A copy: the handler may replace or remove its own command.
+    const auto handler = commands.value(name).run;
+    handler(arg);
+    return true;
+}
+
+QAction* WindowCommands::addTo(QMenu* menu, const QString& name, const QVariant& arg, const QString& title) {
+    const auto it = commands.constFind(name);
+    QAction* action = menu->addAction(title.isEmpty() && it != commands.cend() ? it->title : title);
+    action->setProperty("command", name);
+    action->setEnabled(isEnabled(name));
+    if (it != commands.cend() && it->checked) {
+        action->setCheckable(true);
+        action->setChecked(it->checked(arg));
+    }
+    connect(action, &QAction::triggered, this, [this, name, arg] { run(name, arg); });
+    return action;
+}
+
+void WindowCommands::bind(QAbstractButton* button, const QString& name, const QVariant& arg) {
+    button->setProperty("command", name);
+    connect(button, &QAbstractButton::clicked, this, [this, name, arg] { run(name, arg); });
+    auto follow = [this, button, name] { button->setEnabled(isEnabled(name)); };
+    connect(this, &WindowCommands::statesChanged, button, follow);
+    follow();
+}
+
+const QStringList& WindowCommands::notYetBuilt() {
+    static const QStringList names = {
+        QStringLiteral("quickLook"),
+        QStringLiteral("revealAction"),
+        QStringLiteral("compressAction"),
+        QStringLiteral("arrangeWindow"),
+        QStringLiteral("propertiesAction"),
+        QStringLiteral("expandToCurrentFolder"),
+        QStringLiteral("showSidebarContextMenu"),
+        QStringLiteral("setViewMode"),
+    };
+    return names;
+}
+
+} // namespace orvane

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "browsing/Entry.h"
+#include "browsing/EntrySort.h"
+
+#include <QObject>
+#include <vector>
+
+namespace orvane {
+
+class EntryTableModel;
+
+// The listing a window shows: everything its content read, narrowed by the search text and put in
+// the window's order. Sorting and filtering work on what was read; only the content reads the disk.
+class WindowListing : public QObject {
+    Q_OBJECT
+public:
+    explicit WindowListing(QObject* parent = nullptr);
+
+    EntryTableModel* model() const { return tableModel; }
+    const std::vector<Entry>& entries() const;
+    const SortState& sort() const { return sortState; }
+    bool showHidden() const { return hiddenShown; }
+    const QString& query() const { return filterText; }
+
+    // What the content read, in any order, hidden items already dropped unless shown.
+    void setSource(std::vector<Entry> all);
+    void clear();
+    void setSort(const SortState& state);
+    void setShowHidden(bool shown) { hiddenShown = shown; }
+    void setQuery(const QString& text);
+
+signals:
+    // The shown rows changed: a new read, a new order or a new filter.
+    void changed();
+
+private:
+    void apply();
+
+    EntryTableModel* tableModel;
+    std::vector<Entry> source;
+    SortState sortState;
+    bool hiddenShown = false;
+    QString filterText;
+};
+
+} // namespace orvane

@@ -1,0 +1,14 @@
+#include "browsing/WindowPlugins.h"
+
+#include "browsing/Explorer.h"
+#include "navigation/PlacesList.h"
+#include "phone/PhonePlaceholder.h"
+
+namespace orvane {
+
+void WindowPlugins::attach(Explorer& window) {
+    new PlacesList(window);
+    window.addContent(new PhonePlaceholder(window));
+}
+
+} // namespace orvane

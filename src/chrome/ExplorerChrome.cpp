@@ -1,0 +1,228 @@
+#include "chrome/ExplorerChrome.h"
+
+#include "browsing/DetailsPane.h"
+#include "browsing/EditablePathBox.h"
+#include "browsing/EntryText.h"
+#include "browsing/Explorer.h"
+#include "browsing/ExplorerEvents.h"
+#include "browsing/ExplorerMenus.h"
+#include "browsing/Preferences.h"
+#include "browsing/ShortcutGuideWindow.h"
+#include "browsing/TabContent.h"
+#include "browsing/WindowCommands.h"
+#include "chrome/TitleRow.h"
+#include "fileops/FileClipboard.h"
+#include "views/FileTable.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMimeData>
+#include <QSplitter>
+#include <QToolButton>
+
+namespace orvane {
+
+ExplorerChrome::ExplorerChrome(Explorer& window) : QObject(&window), w(window) {
+    connectButtons();
+    connectMenus();
+    registerCommands();
+    const ExplorerEvents& events = w.events();
+    connect(&events, &ExplorerEvents::locationChanged, this, &ExplorerChrome::updateLocation);
+    connect(&events, &ExplorerEvents::listingChanged, this, &ExplorerChrome::updateSelectionStatus);
+    connect(&events, &ExplorerEvents::selectionChanged, this, &ExplorerChrome::updateSelectionStatus);
+    connect(&events, &ExplorerEvents::busyChanged, this, &ExplorerChrome::updateActionState);
+    connect(&w.commands(), &WindowCommands::statesChanged, this, [this] {
+        w.widgets().backButton->setEnabled(w.commands().isEnabled(QStringLiteral("back")));
+        w.widgets().forwardButton->setEnabled(w.commands().isEnabled(QStringLiteral("forward")));
+        w.widgets().upButton->setEnabled(w.commands().isEnabled(QStringLiteral("up")));
+    });
+    const ExplorerWidgets& ui = w.widgets();
+    ui.split->setSizes({sidebarWidth(), 1250 - sidebarWidth(), 0});
+}
+
+void ExplorerChrome::connectButtons() {
+    const ExplorerWidgets& ui = w.widgets();
+    connect(ui.minimizeButton, &QToolButton::clicked, &w, &QWidget::showMinimized);
+    auto zoom = [this] { w.isMaximized() ? w.showNormal() : w.showMaximized(); };
+    connect(ui.zoomButton, &QToolButton::clicked, this, zoom);
+    connect(ui.titleRow, &TitleRow::zoomRequested, this, zoom);
+    connect(ui.closeButton, &QToolButton::clicked, &w, &QWidget::close);
+    connect(ui.editAddressButton, &QToolButton::clicked, ui.pathBox, &EditablePathBox::showAddress);
+    connect(ui.action("details"), &QToolButton::clicked, this, &ExplorerChrome::toggleDetails);
+    connect(ui.detailsPane, &DetailsPane::closeRequested, this, &ExplorerChrome::toggleDetails);
+    connect(ui.split, &QSplitter::splitterMoved, this, [this] {
+        Preferences::standard()->setValue(QStringLiteral("sidebar.width.v2"),
+                                          w.widgets().split->sizes().value(0));
+    });
+    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, [this] {
+        updateActionState();
+        w.table()->viewport()->update(); // a cut ends when anything else is copied
+    });
+    for (const char* key : {"cut", "copy", "paste", "rename", "trash"})
+        w.commands().bind(ui.action(key), QLatin1String(key) + QStringLiteral("Action"));
+}
+
+void ExplorerChrome::connectMenus() {
+    const struct {
+        const char* key;
+        void (*fill)(QMenu*, Explorer*);
+    } menus[] = {{"new", ExplorerMenus::fillNewMenu},
+                 {"sort", ExplorerMenus::fillSortMenu},
+                 {"view", ExplorerMenus::fillViewMenu},
+                 {"more", ExplorerMenus::fillMoreMenu}};
+    for (const auto& m : menus) {
+        auto* menu = new QMenu(&w);
+        connect(menu, &QMenu::aboutToShow, this, [this, menu, fill = m.fill] { fill(menu, &w); });
+        w.widgets().action(m.key)->setMenu(menu);
+        w.widgets().action(m.key)->setPopupMode(QToolButton::InstantPopup);
+    }
+    w.table()->contextMenuProvider = [this] {
+        auto* menu = new QMenu(&w);
+        ExplorerMenus::fillContextMenu(menu, &w);
+        return menu;
+    };
+}
+
+void ExplorerChrome::registerCommands() {
+    WindowCommands& c = w.commands();
+    c.add(Command{QStringLiteral("toggleDetails"),
+                  QStringLiteral("Details pane"),
+                  [this](const QVariant&) { toggleDetails(); },
+                  {},
+                  [this](const QVariant&) { return detailsVisible; }});
+    c.add(Command{QStringLiteral("togglePreview"),
+                  QStringLiteral("Preview pane"),
+                  [this](const QVariant&) { togglePreview(); },
+                  {},
+                  [this](const QVariant&) { return previewVisible; }});
+    c.add(Command{QStringLiteral("setCompact"),
+                  QStringLiteral("Compact view"),
+                  [this](const QVariant& on) { setCompact(on.toBool()); },
+                  {},
+                  [this](const QVariant& on) { return compact == on.toBool(); }});
+    c.add(QStringLiteral("copyPathAction"), QStringLiteral("Copy as path"), [this] { copyPathAction(); });
+    c.add(QStringLiteral("helpAction"), QStringLiteral("Keyboard shortcuts"),
+          [this] { showShortcutGuide(); });
+    c.add(QStringLiteral("zoomWindow"), QStringLiteral("Zoom"),
+          [this] { w.isMaximized() ? w.showNormal() : w.showMaximized(); });
+    c.add(QStringLiteral("autosizeColumns"), QStringLiteral("Size columns to fit"),
+          [this] { w.table()->autosizeColumns(); });
+    c.add(QStringLiteral("selectAll"), QStringLiteral("Select all"), [this] { w.table()->selectAll(); });
+}
+
+// ---------------------------------------------------------------- following the window
+
+void ExplorerChrome::updateLocation() {
+    const ExplorerWidgets& ui = w.widgets();
+    const QUrl url = w.current();
+    const QString name = folderName(url);
+    ui.pathBox->showPathBar();
+    if (url.isLocalFile()) {
+        ui.pathBox->addressField()->setText(url.toLocalFile());
+        ui.pathBox->setPath(url);
+    }
+    ui.searchField->setPlaceholderText(QStringLiteral("Search ") + name);
+    w.setWindowTitle(name + QStringLiteral(" — Orvane"));
+    ui.detailsPane->setVisible(detailsVisible && url.isLocalFile());
+    updateSelectionStatus();
+}
+
+SelectionFacts ExplorerChrome::selectionFacts() const {
+    const std::vector<Entry> chosen = w.selected();
+    SelectionFacts f;
+    f.count = int(chosen.size());
+    f.busy = w.busy();
+    const QMimeData* clip = QGuiApplication::clipboard()->mimeData();
+    f.canPaste = clip && (clip->hasUrls() || clip->hasFormat(QStringLiteral("local.belcove.phone-items")));
+    f.singlePlainFolder = chosen.size() == 1 && chosen.front().isPlainFolder();
+    f.singlePackage = chosen.size() == 1 && chosen.front().directory && chosen.front().package;
+    return f;
+}
+
+void ExplorerChrome::updateActionState() {
+    w.commands().refresh();
+    w.widgets().action("new")->setEnabled(ActionState::create(selectionFacts()));
+    w.widgets().action("details")->setChecked(detailsVisible);
+    w.widgets().action("trash")->setToolTip(QStringLiteral("Move to Trash · Delete"));
+}
+
+void ExplorerChrome::updateSelectionStatus() {
+    updateActionState();
+    updateDetails();
+    const std::vector<Entry> chosen = w.selected();
+    QLabel* count = w.widgets().countLabel;
+    if (chosen.empty()) {
+        count->setText(QStringLiteral("Ctrl+L  Path    •    F1  Shortcuts"));
+        return;
+    }
+    qint64 total = 0;
+    for (const Entry& e : chosen)
+        total += e.size;
+    count->setText(QString::number(chosen.size()) + QStringLiteral(" selected  ·  ") + byteCountText(total));
+}
+
+void ExplorerChrome::updateDetails() {
+    if (!detailsVisible || !w.current().isLocalFile()) return;
+    std::vector<Entry> items = w.selected();
+    if (items.empty()) items.push_back(Entry::fromUrl(w.current()));
+    w.widgets().detailsPane->showItems(items, w.current().toLocalFile());
+}
+
+// ---------------------------------------------------------------- view commands
+
+void ExplorerChrome::toggleDetails() {
+    const ExplorerWidgets& ui = w.widgets();
+    detailsVisible = !detailsVisible;
+    if (detailsVisible) previewVisible = false;
+    ui.detailsPane->setVisible(detailsVisible);
+    if (detailsVisible) {
+        QList<int> sizes = ui.split->sizes();
+        const int pane = qMax(260, sizes.value(2));
+        sizes[1] = qMax(200, sizes[1] - pane);
+        sizes[2] = pane;
+        ui.split->setSizes(sizes);
+    }
+    updateDetails();
+    updateActionState();
+}
+
+// The preview pane itself comes with media; the flag already excludes the details pane.
+void ExplorerChrome::togglePreview() {
+    previewVisible = !previewVisible;
+    if (previewVisible && detailsVisible) {
+        detailsVisible = false;
+        w.widgets().detailsPane->hide();
+    }
+    updateActionState();
+}
+
+void ExplorerChrome::setCompact(bool on) {
+    compact = on;
+    w.table()->setCompact(on);
+}
+
+void ExplorerChrome::copyPathAction() {
+    std::vector<Entry> items = w.commandSelection();
+    if (items.empty()) items.push_back(Entry::fromUrl(w.current()));
+    QStringList lines;
+    for (const Entry& e : items)
+        lines << u'"' + e.location + u'"';
+    QGuiApplication::clipboard()->setText(lines.join(u'\n'));
+}
+
+void ExplorerChrome::showShortcutGuide() {
+    if (!guide) guide = new ShortcutGuideWindow(&w);
+    guide->show();
+    guide->raise();
+    guide->activateWindow();
+}
+
+int ExplorerChrome::sidebarWidth() const {
+    const int stored = Preferences::standard()->value(QStringLiteral("sidebar.width.v2"), 0).toInt();
+    return stored > 0 ? qBound(180, stored, 480) : 240;
+}
+
+} // namespace orvane

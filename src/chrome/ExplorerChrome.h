@@ -1,0 +1,50 @@
+#pragma once
+
+#include "browsing/ActionState.h"
+
+#include <QObject>
+#include <QPointer>
+
+namespace orvane {
+
+class Explorer;
+class ShortcutGuideWindow;
+
+// What a window shows around its files: title, path box, navigation and action buttons, the status
+// row, the details pane and the toolbar menus. It follows the window's events and owns the view
+// commands (panes, rows, paths, the guide).
+class ExplorerChrome : public QObject {
+    Q_OBJECT
+public:
+    explicit ExplorerChrome(Explorer& window);
+
+    bool detailsVisible = false;
+    bool previewVisible = false;
+    bool compact = false;
+    // The file view: 6 is the details table; the icon modes come with the icon view.
+    int viewMode = 6;
+
+    SelectionFacts selectionFacts() const;
+    void updateActionState();
+    void updateSelectionStatus();
+    void toggleDetails();
+    void togglePreview();
+    void setCompact(bool on);
+    // Copies the quoted paths of the command selection, or of the current folder, one per line.
+    void copyPathAction();
+    void showShortcutGuide();
+    QPointer<ShortcutGuideWindow> shortcutGuide() const { return guide; }
+    int sidebarWidth() const;
+
+private:
+    void connectButtons();
+    void connectMenus();
+    void registerCommands();
+    void updateLocation();
+    void updateDetails();
+
+    Explorer& w;
+    QPointer<ShortcutGuideWindow> guide;
+};
+
+} // namespace orvane
