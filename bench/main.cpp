@@ -41,8 +41,12 @@ double timeShell(const QString& command) {
 }
 
 int main(int argc, char** argv) {
-    // Only table-scroll paints widgets; the others must run where there is no display.
-    const bool widgets = argc > 1 && qstrcmp(argv[1], "table-scroll") == 0;
+    // Only these need widgets; the others must run where there is no display.
+    const bool widgets =
+        argc > 1 && (qstrcmp(argv[1], "table-scroll") == 0 || qstrcmp(argv[1], "refresh-one") == 0 ||
+                     qstrcmp(argv[1], "icon-paint") == 0);
+    if (widgets && qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     std::unique_ptr<QCoreApplication> app =
         widgets ? std::make_unique<QApplication>(argc, argv) : std::make_unique<QCoreApplication>(argc, argv);
     QStringList args = app->arguments().mid(1);

@@ -76,6 +76,7 @@ const QStringList& WindowCommands::notYetBuilt() {
         QStringLiteral("expandToCurrentFolder"),
         QStringLiteral("showSidebarContextMenu"),
         QStringLiteral("setViewMode"),
+        QStringLiteral("makeAlias"),
     };
     return names;
 }

@@ -36,6 +36,7 @@ signals:
 
 private:
     void apply();
+    std::vector<Entry> reorderLikeBefore(std::vector<Entry> all) const;
 
     EntryTableModel* tableModel;
     std::vector<Entry> source;
