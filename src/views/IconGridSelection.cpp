@@ -1,6 +1,7 @@
 #include "views/IconGridSelection.h"
 
 #include <QItemSelectionModel>
+#include <QLocale>
 #include <algorithm>
 
 namespace orvane {
@@ -118,7 +119,9 @@ QString IconGridSelection::fold(const QString& text) {
     plain.reserve(decomposed.size());
     for (const QChar c : decomposed)
         if (c.category() != QChar::Mark_NonSpacing) plain.append(c);
-    return plain.toCaseFolded();
+    // Upper case first, so that letters which fold to two (ß to SS) fold alike either way.
+    const QLocale locale;
+    return locale.toLower(locale.toUpper(plain));
 }
 
 std::optional<int> IconGridSelection::typeSelect(const QString& text, double seconds,
