@@ -68,7 +68,7 @@ ExplorerIconPainter::ExplorerIconPainter()
       ringPen(QBrush(Palette::fromWhite(1, 0.5)), 1, Qt::CustomDashLine),
       dropFill(QColor::fromRgbF(Palette::accent().redF(), Palette::accent().greenF(),
                                 Palette::accent().blueF(), 0.22f)),
-      dropPen(QBrush(Palette::accent()), 2) {
+      dropPen(QBrush(Palette::accent()), 2), nameLineHeight(QFontMetricsF(nameFont).lineSpacing()) {
     ringPen.setDashPattern({2, 2});
 }
 
@@ -92,22 +92,28 @@ void ExplorerIconPainter::drawCell(QPainter& painter, const Entry& entry, const 
     const QPixmap image = icon(entry, int(square.width()), ratio);
     if (!image.isNull()) {
         QSizeF size = image.deviceIndependentSize();
-        size.scale(square.size(), Qt::KeepAspectRatio);
-        const QRectF target(square.center().x() - size.width() / 2, square.center().y() - size.height() / 2,
-                            size.width(), size.height());
-        painter.drawPixmap(target, image, QRectF(QPointF(), QSizeF(image.size())));
+        const bool exact = size == square.size();
+        if (!exact) size.scale(square.size(), Qt::KeepAspectRatio);
+        const QPointF origin(std::round(square.center().x() - size.width() / 2),
+                             std::round(square.center().y() - size.height() / 2));
+        // Most icons are made at the square's size and need no scaling on the way.
+        if (exact)
+            painter.drawPixmap(origin, image);
+        else
+            painter.drawPixmap(QRectF(origin, size), image, QRectF(QPointF(), QSizeF(image.size())));
     }
     drawTexts(painter, entry, frame, square, layout);
 }
 
 void ExplorerIconPainter::drawMarks(QPainter& painter, const QRectF& frame, const CellState& state) {
     if (!state.selected && !state.hovered && !state.focusRing && !state.dropTarget) return;
-    painter.setRenderHint(QPainter::Antialiasing, true);
     if (state.selected || state.hovered) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(state.selected ? selectedFill : hoverFill);
-        painter.drawRoundedRect(frame, itemRadius, itemRadius);
+        // A rounded fill costs more than the rest of a cell; it is drawn once per cell size and copied.
+        const QPixmap& fill = markPixmap(state.selected, frame.size(), painter.device()->devicePixelRatioF());
+        painter.drawPixmap(QPointF(std::round(frame.left()), std::round(frame.top())), fill);
     }
+    if (!state.focusRing && !state.dropTarget) return;
+    painter.setRenderHint(QPainter::Antialiasing, true);
     painter.setBrush(Qt::NoBrush);
     if (state.focusRing) {
         painter.setPen(ringPen);
@@ -123,6 +129,21 @@ void ExplorerIconPainter::drawMarks(QPainter& painter, const QRectF& frame, cons
         painter.drawRoundedRect(inner, itemRadius, itemRadius);
     }
     painter.setRenderHint(QPainter::Antialiasing, false);
+}
+
+const QPixmap& ExplorerIconPainter::markPixmap(bool selected, const QSizeF& size, qreal ratio) {
+    const QSize whole(int(std::round(size.width())), int(std::round(size.height())));
+    QPixmap& mark = selected ? selectedMark : hoverMark;
+    if (mark.deviceIndependentSize().toSize() == whole && mark.devicePixelRatio() == ratio) return mark;
+    mark = QPixmap(whole * ratio);
+    mark.setDevicePixelRatio(ratio);
+    mark.fill(Qt::transparent);
+    QPainter painter(&mark);
+    painter.setRenderHint(QPainter::Antialiasing, true);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(selected ? selectedFill : hoverFill);
+    painter.drawRoundedRect(QRectF(QPointF(), QSizeF(whole)), itemRadius, itemRadius);
+    return mark;
 }
 
 const ExplorerIconPainter::CellText& ExplorerIconPainter::texts(const Entry& entry, const QRectF& frame,
@@ -164,7 +185,7 @@ void ExplorerIconPainter::drawTexts(QPainter& painter, const Entry& entry, const
     if (IconGrid::iconAbove(layout.mode)) {
         const double top = iconRect.bottom() + 1;
         const double middle = frame.center().x();
-        const double lineHeight = QFontMetricsF(nameFont).lineSpacing();
+        const double lineHeight = nameLineHeight;
         for (int i = 0; i < 2; ++i)
             line(cell.lines[i], nameFont, namePen, middle - cell.lines[i].size().width() / 2,
                  top + i * lineHeight, lineHeight);

@@ -55,6 +55,7 @@ private:
     };
 
     void drawMarks(QPainter& painter, const QRectF& frame, const CellState& state);
+    const QPixmap& markPixmap(bool selected, const QSizeF& size, qreal ratio);
     void drawTexts(QPainter& painter, const Entry& entry, const QRectF& frame, const QRectF& iconRect,
                    const IconGridLayout& layout);
     const CellText& texts(const Entry& entry, const QRectF& frame, const QRectF& iconRect,
@@ -73,6 +74,9 @@ private:
     QPen ringPen;
     QBrush dropFill;
     QPen dropPen;
+    double nameLineHeight;
+    QPixmap selectedMark;
+    QPixmap hoverMark;
 
     QHash<QString, QPixmap> iconCache;  // by location
     QHash<qint64, QPixmap> typePixmaps; // rendered type icons, by icon key
