@@ -21,6 +21,8 @@ ExplorerIconScrollView::ExplorerIconScrollView(ExplorerIconView* owner)
     setFrameShape(QFrame::NoFrame);
     setViewport(fileCanvas);
     fileCanvas->setAutoFillBackground(false);
+    // The canvas takes the keys itself, so focus lives there rather than on the scroller.
+    fileCanvas->setFocusProxy(nullptr);
     setFocusProxy(fileCanvas);
     setAccessibleName(tr("Files"));
     verticalScrollBar()->setAccessibleName(tr("Scroll up and down"));
