@@ -88,6 +88,11 @@ void ExplorerViewModes::buildSlider() {
     slider->setPageStep(1);
     slider->setFixedWidth(140);
     slider->setFocusPolicy(Qt::NoFocus);
+    // The dark buttons of the window would hide the knob on the dark status row.
+    QPalette colours = slider->palette();
+    colours.setColor(QPalette::Button, Palette::fromWhite(0.72));
+    colours.setColor(QPalette::Highlight, Palette::accent());
+    slider->setPalette(colours);
     slider->setAccessibleName(tr("File view and icon size"));
     const int at = row->indexOf(count) + 1;
     row->insertSpacing(at, 14);
