@@ -283,7 +283,7 @@ void Explorer::selectURL(const QUrl& url) {
 }
 
 void Explorer::focusFileList() {
-    ui.table->setFocus();
+    (keys ? keys->fileList() : ui.table)->setFocus();
 }
 
 // ---------------------------------------------------------------- reports

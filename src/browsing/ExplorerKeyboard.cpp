@@ -110,9 +110,13 @@ bool ExplorerKeyboard::focusIsInside(const QWidget* view) const {
     return view && focus && (focus == view || view->isAncestorOf(focus));
 }
 
-// Until the icon view is there, the table is the file list in every mode.
+QWidget* ExplorerKeyboard::fileList() const {
+    QWidget* icons = iconFileList ? iconFileList() : nullptr;
+    return icons ? icons : w.table();
+}
+
 bool ExplorerKeyboard::fileListFocused() const {
-    return w.chrome().viewMode == 6 && focusIsInside(w.table());
+    return focusIsInside(fileList());
 }
 
 bool ExplorerKeyboard::tableFocusedInDetails() const {

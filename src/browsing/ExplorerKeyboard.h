@@ -31,6 +31,8 @@ public:
     void focusSearch();
     void focusAddress();
     bool focusIsInside(const QWidget* view) const;
+    // The widget that shows the files: the table in Details, the icon view in the other modes.
+    QWidget* fileList() const;
     bool fileListFocused() const;
     bool tableFocusedInDetails() const;
     void showKeyboardContextMenu();
@@ -42,6 +44,8 @@ public:
 
     // Filled in by the navigation pane: answers whether it used the key.
     std::function<bool(PhysicalKey key)> sidebarKey;
+    // Filled in by the view modes: the file list shown in place of the table, or null in Details.
+    std::function<QWidget*()> iconFileList;
     // Filled in by Quick Look: closes a visible panel and answers whether there was one.
     std::function<bool()> dismissQuickLook;
 

@@ -6,6 +6,8 @@
 #include "browsing/WindowListing.h"
 #include "chrome/ExplorerChrome.h"
 #include "platform/Platform.h"
+#include "views/FileTable.h"
+#include "views/ViewModes.h"
 
 #include <QMenu>
 
@@ -52,6 +54,20 @@ void ExplorerMenus::fillSortMenu(QMenu* menu, Explorer* w) {
 
 void ExplorerMenus::fillViewMenu(QMenu* menu, Explorer* w) {
     menu->clear();
+    // The columns submenu is made afresh with the rest; the last one goes with it.
+    for (QMenu* old : menu->findChildren<QMenu*>(QStringLiteral("columnsMenu"), Qt::FindDirectChildrenOnly))
+        old->deleteLater();
+    for (int mode = ViewModes::first; mode <= ViewModes::last; ++mode) {
+        QAction* action = item(menu, w, "setViewMode", ViewModes::name(mode), mode);
+        // Shown only: the window's key table answers the keys, by physical key.
+        action->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key(Qt::Key_0 + mode)));
+        action->setShortcutContext(Qt::WidgetShortcut);
+    }
+    menu->addSeparator();
+    QMenu* columns = w->table()->columnsMenu(menu);
+    columns->setObjectName(QStringLiteral("columnsMenu"));
+    menu->addMenu(columns);
+    menu->addSeparator();
     item(menu, w, "setCompact", QStringLiteral("Standard rows"), false);
     item(menu, w, "setCompact", QStringLiteral("Compact view"), true);
     item(menu, w, "toggleDetails");

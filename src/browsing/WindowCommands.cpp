@@ -75,7 +75,6 @@ const QStringList& WindowCommands::notYetBuilt() {
         QStringLiteral("propertiesAction"),
         QStringLiteral("expandToCurrentFolder"),
         QStringLiteral("showSidebarContextMenu"),
-        QStringLiteral("setViewMode"),
         QStringLiteral("makeAlias"),
     };
     return names;

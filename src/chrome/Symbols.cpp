@@ -210,6 +210,11 @@ void listBullet(QPainter& p) {
         line(p, 9, y, 20, y);
     }
 }
+void squareGrid2x2(QPainter& p) {
+    for (qreal x : {4.5, 13.5})
+        for (qreal y : {4.5, 13.5})
+            p.drawRoundedRect(QRectF(x, y, 6, 6), 1.5, 1.5);
+}
 void ellipsis(QPainter& p) {
     for (qreal x : {5.5, 12.0, 18.5})
         dot(p, x, 12, 1.6);
@@ -331,6 +336,7 @@ const Symbol symbols[] = {
     {"trash", trash},
     {"arrow.up.arrow.down", arrowUpArrowDown},
     {"list.bullet", listBullet},
+    {"square.grid.2x2", squareGrid2x2},
     {"ellipsis", ellipsis},
     {"gearshape", gearshape},
     {"sidebar.right", sidebarRight},

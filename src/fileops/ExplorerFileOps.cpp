@@ -268,11 +268,13 @@ void ExplorerFileOps::beginInlineRename() {
     const QModelIndexList rows = w.table()->selectionModel()->selectedRows();
     if (w.busy() || rows.size() != 1) return;
     const int row = rows.front().row();
-    const QRect place = renamePlacement(row);
+    std::pair<QWidget*, QRect> spot = renameSpot ? renameSpot(row) : std::pair<QWidget*, QRect>();
+    if (!spot.first) spot = {w.table()->viewport(), renamePlacement(row)};
+    const QRect place = spot.second;
     if (!place.isValid()) return;
     finishInlineRename(false);
     const Entry& entry = w.entries()[size_t(row)];
-    auto* field = new QLineEdit(entry.name(), w.table()->viewport());
+    auto* field = new QLineEdit(entry.name(), spot.first);
     field->setObjectName(QStringLiteral("renameEditor"));
     field->setGeometry(place);
     field->setAccessibleName(QStringLiteral("Rename ") + entry.name());

@@ -7,6 +7,7 @@
 #include <QPointer>
 #include <QTimer>
 #include <QUrl>
+#include <functional>
 
 class QLineEdit;
 class QMouseEvent;
@@ -45,6 +46,9 @@ public:
     void scheduleInlineRename();
     void cancelPendingRename();
     QLineEdit* renameEditor() const { return editor; }
+    // Where the inline editor of a row goes while another view shows the files: the widget that
+    // holds it and the rectangle in it. No widget, or no hook, means the table's name cell.
+    std::function<std::pair<QWidget*, QRect>(int row)> renameSpot;
     QUrl renameClickURL;
 
     void trashAction();

@@ -1,0 +1,185 @@
+#include "views/ExplorerViewModes.h"
+
+#include "browsing/Explorer.h"
+#include "browsing/ExplorerEvents.h"
+#include "browsing/ExplorerKeyboard.h"
+#include "browsing/WindowCommands.h"
+#include "browsing/WindowListing.h"
+#include "chrome/ExplorerChrome.h"
+#include "chrome/Symbols.h"
+#include "fileops/ExplorerFileOps.h"
+#include "views/ExplorerIconCanvas.h"
+#include "views/ExplorerIconView.h"
+#include "views/FileTable.h"
+#include "views/IconGrid.h"
+#include "views/ViewModes.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QSlider>
+#include <QWheelEvent>
+
+namespace orvane {
+
+ExplorerViewModes::ExplorerViewModes(Explorer& window)
+    : QObject(&window), w(window), icons(new ExplorerIconView(window.widgets().fileArea)),
+      extraLarge(IconGrid::initialExtraLargeSize) {
+    buildIconView();
+    buildSlider();
+    registerCommands();
+    w.table()->viewport()->installEventFilter(this);
+    w.keyboard().iconFileList = [this]() -> QWidget* {
+        return mode() == ViewModes::initial ? nullptr : icons;
+    };
+    // A new listing reaches the canvas through the model's own signals; only the pointer is given here.
+    connect(&w.events(), &ExplorerEvents::listingChanged, this, [this] {
+        if (mode() != ViewModes::initial) syncIconView();
+    });
+    updateViewSizeSlider();
+}
+
+int ExplorerViewModes::mode() const {
+    return w.chrome().viewMode;
+}
+
+void ExplorerViewModes::buildIconView() {
+    icons->setObjectName(QStringLiteral("iconView"));
+    icons->hide();
+    auto* grid = static_cast<QGridLayout*>(w.widgets().fileArea->layout());
+    grid->addWidget(icons, 0, 0);
+    w.widgets().emptyLabel->raise();
+    icons->onOpen = [this](int) { w.commands().run(QStringLiteral("openSelected")); };
+    icons->onKeyDown = [this](QKeyEvent* event) { return w.handleExplorerShortcut(event); };
+    icons->onMouseWheel = [this](QWheelEvent* event) { return handleViewSizeWheel(event); };
+    icons->onContextMenu = [this](std::optional<int>, const QPoint& at) { showContextMenu(at); };
+    icons->onRenameClick = [this](int index) {
+        const std::vector<Entry> chosen = w.selected();
+        if (chosen.size() == 1 && size_t(index) < w.entries().size() &&
+            chosen.front().location == w.entries()[size_t(index)].location && w.isActiveWindow())
+            w.commands().run(QStringLiteral("renameAction"));
+    };
+    if (ExplorerFileOps* ops = w.fileOps())
+        ops->renameSpot = [this](int row) -> std::pair<QWidget*, QRect> {
+            if (mode() == ViewModes::initial) return {nullptr, QRect()};
+            icons->scrollToItem(row);
+            return {icons->canvas(), icons->renamePlacement(row)};
+        };
+}
+
+void ExplorerViewModes::buildSlider() {
+    QLabel* count = w.widgets().countLabel;
+    auto* row = qobject_cast<QHBoxLayout*>(count->parentWidget()->layout());
+    if (!row) return;
+    const auto symbol = [&](const char* name, const QString& label) {
+        auto* image = new QLabel(count->parentWidget());
+        image->setPixmap(symbolIcon(QLatin1String(name), Palette::muted()).pixmap(14, 14));
+        image->setAccessibleName(label);
+        image->setToolTip(label);
+        return image;
+    };
+    slider = new QSlider(Qt::Horizontal, count->parentWidget());
+    slider->setObjectName(QStringLiteral("viewSizeSlider"));
+    slider->setRange(0, ViewModes::sliderSteps - 1);
+    slider->setTickPosition(QSlider::TicksBelow);
+    slider->setTickInterval(1);
+    slider->setPageStep(1);
+    slider->setFixedWidth(140);
+    slider->setFocusPolicy(Qt::NoFocus);
+    // The dark buttons of the window would hide the knob on the dark status row.
+    QPalette colours = slider->palette();
+    colours.setColor(QPalette::Button, Palette::fromWhite(0.72));
+    colours.setColor(QPalette::Highlight, Palette::accent());
+    slider->setPalette(colours);
+    slider->setAccessibleName(tr("File view and icon size"));
+    const int at = row->indexOf(count) + 1;
+    row->insertSpacing(at, 14);
+    row->insertWidget(at + 1, symbol("list.bullet", tr("Details")));
+    row->insertWidget(at + 2, slider);
+    row->insertWidget(at + 3, symbol("square.grid.2x2", tr("Largest icons")));
+    connect(slider, &QSlider::valueChanged, this, &ExplorerViewModes::changeViewSize);
+}
+
+void ExplorerViewModes::registerCommands() {
+    Command command;
+    command.name = QStringLiteral("setViewMode");
+    command.title = tr("View");
+    command.run = [this](const QVariant& arg) { setViewMode(arg.toInt(), true); };
+    command.checked = [this](const QVariant& arg) { return arg.toInt() == mode(); };
+    w.commands().add(command);
+}
+
+void ExplorerViewModes::setViewMode(int next, bool focus) {
+    if (next < ViewModes::first || next > ViewModes::last) return;
+    w.chrome().viewMode = next;
+    updateViewSizeSlider();
+    const bool details = next == ViewModes::initial;
+    // Shown and hidden in one go, so a large folder never shows both or cross-fades.
+    w.widgets().fileArea->setUpdatesEnabled(false);
+    w.table()->detailsMode = details;
+    w.table()->setKeyboardFocusRow(std::nullopt);
+    w.table()->setVisible(details);
+    icons->setVisible(!details);
+    if (!details) syncIconView();
+    w.widgets().fileArea->setUpdatesEnabled(true);
+    if (focus) w.focusFileList();
+    const QModelIndexList chosen = w.table()->selectionModel()->selectedRows();
+    if (!chosen.isEmpty()) {
+        int first = chosen.front().row();
+        for (const QModelIndex& index : chosen)
+            first = std::min(first, index.row());
+        if (details)
+            w.table()->scrollTo(w.table()->model()->index(first, 0));
+        else
+            icons->scrollToItem(first);
+    }
+    w.commands().refresh();
+    emit modeChanged(next, extraLarge);
+}
+
+void ExplorerViewModes::syncIconView() {
+    icons->update(&w.entries(), w.table()->selectionModel(), mode(), extraLarge);
+}
+
+void ExplorerViewModes::changeViewSize(int position) {
+    const ViewModes::SliderChoice choice = ViewModes::modeForSlider(position);
+    if (choice.mode == mode() && choice.extraLargeSize.value_or(extraLarge) == extraLarge) return;
+    if (choice.extraLargeSize) extraLarge = *choice.extraLargeSize;
+    setViewMode(choice.mode, false);
+}
+
+void ExplorerViewModes::updateViewSizeSlider() {
+    if (!slider) return;
+    const QSignalBlocker quiet(slider);
+    slider->setValue(ViewModes::sliderForMode(mode(), extraLarge));
+    slider->setToolTip(ViewModes::sliderToolTip(mode(), extraLarge));
+}
+
+bool ExplorerViewModes::handleViewSizeWheel(QWheelEvent* event) {
+    const Qt::KeyboardModifiers modifiers = event->modifiers();
+    if (!(modifiers & (Qt::ControlModifier | Qt::MetaModifier)) || (modifiers & Qt::AltModifier))
+        return false;
+    const QPoint delta = event->angleDelta();
+    const double steps = (std::abs(delta.y()) >= std::abs(delta.x()) ? delta.y() : delta.x()) / 120.0;
+    const std::optional<int> next = ViewModes::wheelMode(mode(), steps);
+    if (!next) return false;
+    setViewMode(*next, false);
+    return true;
+}
+
+bool ExplorerViewModes::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == w.table()->viewport() && event->type() == QEvent::Wheel)
+        return handleViewSizeWheel(static_cast<QWheelEvent*>(event));
+    return false;
+}
+
+void ExplorerViewModes::showContextMenu(const QPoint& globalPos) {
+    QMenu* menu = w.table()->contextMenuProvider ? w.table()->contextMenuProvider() : nullptr;
+    if (!menu) return;
+    connect(menu, &QMenu::aboutToHide, menu, &QObject::deleteLater);
+    menu->popup(globalPos);
+}
+
+} // namespace orvane
