@@ -112,12 +112,14 @@ int iconPaint(const QStringList& args) {
     }
     const int count = args.isEmpty() ? 100000 : args[0].toInt();
     const std::vector<Entry> entries = iconEntries(count);
-    EntryTableModel model(&entries);
+    EntryTableModel model;
+    model.setEntries(entries);
     qint64 growth = 0;
     {
         // Fonts, glyphs and icons load once per process; a small listing pays for them first.
         const std::vector<Entry> few = iconEntries(1000);
-        EntryTableModel fewModel(&few);
+        EntryTableModel fewModel;
+        fewModel.setEntries(few);
         canvasPaint(few, fewModel, growth);
     }
     const double canvas = canvasPaint(entries, model, growth);

@@ -29,7 +29,7 @@ public:
     void hold(bool on);
     bool changesWaiting() const { return changedWhileHeld; }
     // How long a read may take before the window says it is reading.
-    static constexpr int quickReadMs = 150;
+    static constexpr int quickReadMs = 500;
     // Changes on disk closer together than this become one refresh.
     static constexpr int burstMs = 60;
 

@@ -43,7 +43,7 @@ class ExplorerIconViewTest : public QObject {
         for (const QString& name : names)
             entries.push_back(
                 Entry::fromPath(name.endsWith(u'/') ? tree->folder(name.chopped(1)) : tree->file(name)));
-        model->reload();
+        model->setEntries(entries);
     }
     QPoint centre(int index) const { return canvas->itemRect(index).center(); }
     QList<int> selected() const {
@@ -57,7 +57,7 @@ private slots:
     void init() {
         QSettings().clear();
         tree = std::make_unique<TempTree>();
-        model = std::make_unique<EntryTableModel>(&entries);
+        model = std::make_unique<EntryTableModel>();
         table = std::make_unique<FileTable>();
         table->setModel(model.get());
         window = std::make_unique<KeyCatcher>();
