@@ -111,16 +111,15 @@ int iconPaint(const QStringList& args) {
         return 1;
     }
     const int count = args.isEmpty() ? 100000 : args[0].toInt();
-    const std::vector<Entry> entries = iconEntries(count);
     EntryTableModel model;
-    model.setEntries(entries);
+    model.setEntries(iconEntries(count));
+    const std::vector<Entry>& entries = model.entries();
     qint64 growth = 0;
     {
         // Fonts, glyphs and icons load once per process; a small listing pays for them first.
-        const std::vector<Entry> few = iconEntries(1000);
         EntryTableModel fewModel;
-        fewModel.setEntries(few);
-        canvasPaint(few, fewModel, growth);
+        fewModel.setEntries(iconEntries(1000));
+        canvasPaint(fewModel.entries(), fewModel, growth);
     }
     const double canvas = canvasPaint(entries, model, growth);
     const double listView = listViewPaint(model);

@@ -31,19 +31,19 @@ protected:
 class ExplorerIconViewTest : public QObject {
     Q_OBJECT
     std::unique_ptr<TempTree> tree;
-    std::vector<Entry> entries;
     std::unique_ptr<EntryTableModel> model;
     std::unique_ptr<FileTable> table;
     std::unique_ptr<KeyCatcher> window;
     ExplorerIconView* view = nullptr;
     ExplorerIconCanvas* canvas = nullptr;
 
+    const std::vector<Entry>& entries() const { return model->entries(); }
     void fill(const QStringList& names) {
-        entries.clear();
+        std::vector<Entry> items;
         for (const QString& name : names)
-            entries.push_back(
+            items.push_back(
                 Entry::fromPath(name.endsWith(u'/') ? tree->folder(name.chopped(1)) : tree->file(name)));
-        model->setEntries(entries);
+        model->setEntries(std::move(items));
     }
     QPoint centre(int index) const { return canvas->itemRect(index).center(); }
     QList<int> selected() const {
@@ -66,7 +66,7 @@ private slots:
         canvas = view->canvas();
         fill({QStringLiteral("apple.txt"), QStringLiteral("Banana.txt"), QStringLiteral("blueberry.txt"),
               QStringLiteral("cherry/"), QStringLiteral("Évian.pdf"), QStringLiteral("fig.txt")});
-        view->update(&entries, table->selectionModel(), 3, 160);
+        view->update(&model->entries(), table->selectionModel(), 3, 160);
         window->resize(560, 400);
         window->show();
         QVERIFY(QTest::qWaitForWindowExposed(window.get()));
@@ -145,8 +145,8 @@ private slots:
     void dragCarriesFileUrls() {
         std::unique_ptr<QMimeData> data(canvas->dragData({0, 3}));
         QVERIFY(data->hasFormat(QStringLiteral("text/uri-list")));
-        QCOMPARE(data->urls(), QList<QUrl>({QUrl::fromLocalFile(entries[0].location),
-                                            QUrl::fromLocalFile(entries[3].location)}));
+        QCOMPARE(data->urls(), QList<QUrl>({QUrl::fromLocalFile(entries()[0].location),
+                                            QUrl::fromLocalFile(entries()[3].location)}));
     }
 
     void paintsOnlyTheCellsAsked() {
@@ -177,7 +177,7 @@ private slots:
         for (int i = 0; i < 200; ++i)
             many << QStringLiteral("f%1.txt").arg(i);
         fill(many);
-        view->update(&entries, table->selectionModel(), 5, 160);
+        view->update(&model->entries(), table->selectionModel(), 5, 160);
         QScrollBar* bar = view->scrollView()->horizontalScrollBar();
         QTRY_VERIFY(bar->maximum() > 0);
         QWheelEvent down(QPointF(50, 50), canvas->mapToGlobal(QPointF(50, 50)), QPoint(), QPoint(0, -120),
@@ -217,7 +217,7 @@ private slots:
         QAccessibleInterface* item = list->child(1);
         QVERIFY(item);
         QCOMPARE(item->text(QAccessible::Name), QStringLiteral("Banana.txt"));
-        QCOMPARE(item->text(QAccessible::Help), entries[1].location);
+        QCOMPARE(item->text(QAccessible::Help), entries()[1].location);
         QCOMPARE(item->rect(),
                  QRect(canvas->mapToGlobal(canvas->itemRect(1).topLeft()), canvas->itemRect(1).size()));
         QVERIFY(item->state().selected);
