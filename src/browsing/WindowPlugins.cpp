@@ -3,11 +3,13 @@
 #include "browsing/Explorer.h"
 #include "navigation/PlacesList.h"
 #include "phone/PhonePlaceholder.h"
+#include "properties/PropertiesCommands.h"
 
 namespace orvane {
 
 void WindowPlugins::attach(Explorer& window) {
     new PlacesList(window);
+    new PropertiesCommands(window);
     window.addContent(new PhonePlaceholder(window));
 }
 
