@@ -87,9 +87,9 @@ PropertiesSizeSummary PropertiesSizeScanner::scan(const QList<QUrl>& urls,
                      [](const Root& a, const Root& b) { return a.path.size() < b.path.size(); });
 
     std::unique_ptr<PropertiesTreeWalk> walk;
-    auto poll = [&] {
+    auto poll = [&](bool onCaller) {
         if (isCancelled()) return true;
-        if (progress && clock.elapsed() - lastReport >= reportMs) {
+        if (onCaller && progress && clock.elapsed() - lastReport >= reportMs) {
             PropertiesSizeSummary soFar = summary;
             progress(soFar += walk->counted());
             lastReport = clock.elapsed();

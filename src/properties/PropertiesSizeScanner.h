@@ -18,9 +18,10 @@ public:
 
     static constexpr int reportEveryMs = 250;
 
-    // Runs on the calling thread (with one helper thread) until done or cancelled. `isCancelled`
-    // is asked before every item and `progress` told at most every `reportMs`, both on this thread.
-    // There is no last progress call: the result is the last word, cancelled or not.
+    // Runs on the calling thread, with one helper thread, until done or cancelled. `isCancelled` is
+    // asked before every item by the thread that counts it, so it must be safe to call from both;
+    // `progress` is told at most every `reportMs`, on the calling thread only. There is no last
+    // progress call: the result is the last word, cancelled or not.
     static PropertiesSizeSummary scan(const QList<QUrl>& urls, const std::function<bool()>& isCancelled,
                                       const Progress& progress = {}, int reportMs = reportEveryMs);
 

@@ -73,11 +73,14 @@ bool PropertiesTreeWalk::walk(const QByteArray& folder, std::vector<std::unique_
     stopped = false;
     {
         std::lock_guard guard(lock);
-        stack.push_back({nullptr, folder.toStdString(), 0});
         walking = true;
+        ++active;
     }
+    // The caller reads the top folder itself, then shares what it found there.
+    Folder top{nullptr, folder.toStdString(), 0};
+    if (!readFolder(top, workers[0], true)) stopped = true;
+    finish(workers[0]);
     if (!helper.joinable()) helper = std::thread(&PropertiesTreeWalk::helperLoop, this);
-    wake.notify_all();
     drain(workers[0], true);
     {
         // After a stop the helper is at most one item away from idle.
@@ -156,7 +159,7 @@ void PropertiesTreeWalk::finish(Worker& me) {
 
 bool PropertiesTreeWalk::stopNow(bool caller) {
     if (stopped.load(std::memory_order_relaxed)) return true;
-    if (caller && poll()) {
+    if (poll(caller)) {
         stopped = true;
         wake.notify_all();
         return true;

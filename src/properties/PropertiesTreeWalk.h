@@ -31,8 +31,9 @@ public:
         Mark(std::string p, dev_t d, ino_t i) : path(std::move(p)), device(d), inode(i) {}
     };
 
-    // Asked on the caller's thread at every item; true stops the walk at once.
-    using Poll = std::function<bool()>;
+    // Asked before every item by the thread that counts it, `onCaller` telling which; true stops
+    // the walk at once, on both threads.
+    using Poll = std::function<bool(bool onCaller)>;
 
     explicit PropertiesTreeWalk(Poll poll);
     ~PropertiesTreeWalk();
