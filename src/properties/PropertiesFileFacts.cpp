@@ -126,7 +126,9 @@ PropertiesFileFacts PropertiesFileFacts::read(const QUrl& url) {
     facts.isDirectory = S_ISDIR(sx.stx_mode);
     const QString name = path.section(u'/', -1);
     readType(facts, native, name, sx);
-    if (sx.stx_mask & STATX_BTIME) facts.created = fromStamp(sx.stx_btime);
+    // A birth time of exactly zero is a file system's way of not knowing it.
+    if ((sx.stx_mask & STATX_BTIME) && (sx.stx_btime.tv_sec || sx.stx_btime.tv_nsec))
+        facts.created = fromStamp(sx.stx_btime);
     if (sx.stx_mask & STATX_MTIME) facts.modified = fromStamp(sx.stx_mtime);
     if (sx.stx_mask & STATX_ATIME) facts.accessed = fromStamp(sx.stx_atime);
     const int accessFlags = AT_EACCESS | AT_SYMLINK_NOFOLLOW;

@@ -125,8 +125,7 @@ QWidget* PropertiesWindow::buildHeader() {
     title->setToolTip(selection.pathsText());
     title->setAccessibleName(selection.headerText());
     title->setMinimumWidth(1);
-    // One line: a long name is cut short with an ellipsis; the tool tip has it whole.
-    title->setText(title->fontMetrics().elidedText(selection.headerText(), Qt::ElideMiddle, 420));
+    fitTitle();
     line->addWidget(icon);
     line->addWidget(title, 1);
     return header;
@@ -225,6 +224,7 @@ void PropertiesWindow::addRow(QGridLayout* grid, int line, const Row& row) {
     QLabel* label = textLabel(row.label, Palette::muted(), 12, document);
     label->setFixedWidth(105);
     label->setAlignment(Qt::AlignRight | Qt::AlignTop);
+    label->setContentsMargins(0, 1, 0, 0); // on the value's baseline, whose text is a size larger
     QLabel* field = textLabel(row.first, Palette::ink(), 13, document);
     field->setWordWrap(true);
     field->setMinimumHeight(19);
@@ -354,8 +354,14 @@ bool PropertiesWindow::handleKey(QKeyEvent* event) {
     return false;
 }
 
+void PropertiesWindow::fitTitle() {
+    // One line: a long name loses its middle to an ellipsis; the tool tip has it whole.
+    title->setText(title->fontMetrics().elidedText(selection.headerText(), Qt::ElideMiddle, title->width()));
+}
+
 bool PropertiesWindow::eventFilter(QObject* watched, QEvent* event) {
     const QEvent::Type type = event->type();
+    if (watched == title && type == QEvent::Resize) fitTitle();
     if (type != QEvent::KeyPress && type != QEvent::ShortcutOverride) return false;
     auto* widget = qobject_cast<QWidget*>(watched);
     if (!widget || widget->window() != this) return false;

@@ -64,6 +64,7 @@ private:
     void applySize(const PropertiesSizeSummary& summary, bool finished);
     void set(const QString& key, const QString& text);
     void setStatus(const QString& text);
+    void fitTitle();
     bool handleKey(QKeyEvent* event);
 
     PropertiesSelection selection;
