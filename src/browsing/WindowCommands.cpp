@@ -72,7 +72,6 @@ const QStringList& WindowCommands::notYetBuilt() {
         QStringLiteral("revealAction"),
         QStringLiteral("compressAction"),
         QStringLiteral("arrangeWindow"),
-        QStringLiteral("propertiesAction"),
         QStringLiteral("expandToCurrentFolder"),
         QStringLiteral("showSidebarContextMenu"),
         QStringLiteral("makeAlias"),

@@ -4,12 +4,14 @@
 #include "navigation/PlacesList.h"
 #include "phone/PhonePlaceholder.h"
 #include "views/ExplorerViewModes.h"
+#include "properties/PropertiesCommands.h"
 
 namespace orvane {
 
 void WindowPlugins::attach(Explorer& window) {
     new PlacesList(window);
     new ExplorerViewModes(window);
+    new PropertiesCommands(window);
     window.addContent(new PhonePlaceholder(window));
 }
 

@@ -79,6 +79,11 @@ QString LinuxPlatform::word(PlatformWord word) const {
         return QStringLiteral("Copy to Computer");
     case PlatformWord::FileManager:
         return QStringLiteral("the file manager");
+    case PlatformWord::PropertiesNote:
+        return QStringLiteral(
+            "Values are read from Linux. Folder sizes include hidden files; symbolic links are "
+            "counted without following their targets. Hard links and shared extents may be "
+            "counted more than once in Size on disk.");
     }
     return {};
 }

@@ -80,6 +80,10 @@ QString MacPlatform::word(PlatformWord word) const {
         return QStringLiteral("Copy to Mac");
     case PlatformWord::FileManager:
         return QStringLiteral("Finder");
+    case PlatformWord::PropertiesNote:
+        return QStringLiteral("Values are read from macOS. Folder sizes include hidden files and package "
+                              "contents; symbolic links are counted without following their targets. Shared APFS "
+                              "blocks may be counted more than once in Size on disk.");
     }
     return {};
 }
