@@ -13,6 +13,7 @@
 #include "fileops/ExplorerFileOps.h"
 #include "fileops/FileClipboard.h"
 #include "navigation/PinnedStore.h"
+#include "platform/NativePath.h"
 #include "views/EntryTableModel.h"
 #include "views/FileIcons.h"
 #include "views/FileTable.h"
@@ -307,7 +308,7 @@ bool Explorer::navigate(const QUrl& url, bool history) {
         return true;
     }
     const QString path = QDir::cleanPath(url.toLocalFile());
-    if (path.isEmpty() || !QFileInfo(path).isDir()) {
+    if (path.isEmpty() || !NativePath::isDir(path)) {
         showError(QStringLiteral("Folder not found"), path.isEmpty() ? url.toString() : path);
         return false;
     }
@@ -331,7 +332,7 @@ void Explorer::visitHistory(int index) {
     TabState& tab = tabs.current();
     if (index < 0 || index >= tab.history.size()) return;
     const QUrl item = tab.history[index];
-    if (item.isLocalFile() && !QFileInfo(item.toLocalFile()).isDir()) {
+    if (item.isLocalFile() && !NativePath::isDir(item.toLocalFile())) {
         showError(QStringLiteral("Folder unavailable"), item.toLocalFile());
         return;
     }
@@ -432,10 +433,10 @@ void Explorer::showPackageContents() {
 }
 
 void Explorer::selectURL(const QUrl& url) {
-    const QString wanted = QFileInfo(url.toLocalFile()).canonicalFilePath();
+    const QString wanted = NativePath::canonical(url.toLocalFile());
     if (wanted.isEmpty()) return;
     for (size_t row = 0; row < entries.size(); ++row) {
-        if (QFileInfo(entries[row].location).canonicalFilePath() != wanted) continue;
+        if (NativePath::canonical(entries[row].location) != wanted) continue;
         const QModelIndex index = tableModel->index(int(row), 0);
         ui.table->selectionModel()->select(index,
                                            QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);

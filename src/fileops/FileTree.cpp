@@ -1,8 +1,8 @@
 #include "fileops/FileTree.h"
 
+#include "platform/NativePath.h"
 #include "platform/NoReplaceRename.h"
 
-#include <QFile>
 #include <cerrno>
 #include <cstring>
 #include <dirent.h>
@@ -240,7 +240,9 @@ bool removeAt(int dir, const char* name, int& code) {
 
 QString describe(int code, const std::string& where) {
     const QString text = FileTree::systemText(code);
-    return where.empty() ? text : text + QStringLiteral(" (") + QFile::decodeName(where.c_str()) + u')';
+    return where.empty()
+               ? text
+               : text + QStringLiteral(" (") + NativePath::display(NativePath::decode(where.c_str())) + u')';
 }
 
 } // namespace
@@ -250,8 +252,8 @@ QString FileTree::systemText(int code) {
 }
 
 bool FileTree::copy(const QString& source, const QString& destination, QString& error) {
-    const QByteArray from = QFile::encodeName(source);
-    const QByteArray to = QFile::encodeName(destination);
+    const QByteArray from = NativePath::encode(source);
+    const QByteArray to = NativePath::encode(destination);
     Copier copier;
     if (copier.entry(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), std::string())) return true;
     error = describe(copier.code, copier.where);
@@ -263,8 +265,8 @@ bool FileTree::copy(const QString& source, const QString& destination, QString& 
 }
 
 bool FileTree::move(const QString& source, const QString& destination, QString& error) {
-    const QByteArray from = QFile::encodeName(source);
-    const QByteArray to = QFile::encodeName(destination);
+    const QByteArray from = NativePath::encode(source);
+    const QByteArray to = NativePath::encode(destination);
     const int code = renameNoReplace(from.constData(), to.constData());
     if (code == 0) return true;
     if (code != EXDEV) {
@@ -277,7 +279,7 @@ bool FileTree::move(const QString& source, const QString& destination, QString& 
 
 bool FileTree::remove(const QString& path, QString& error) {
     int code = 0;
-    if (removeAt(AT_FDCWD, QFile::encodeName(path).constData(), code)) return true;
+    if (removeAt(AT_FDCWD, NativePath::encode(path).constData(), code)) return true;
     error = systemText(code);
     return false;
 }

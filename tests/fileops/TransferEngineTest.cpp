@@ -1,4 +1,6 @@
 #include "fileops/TransferEngine.h"
+#include "browsing/FolderListing.h"
+#include "platform/NativePath.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 
@@ -83,6 +85,20 @@ QString makeSocket(const QString& path) {
     return ok ? path : QString();
 }
 
+// The path the listing gives for the one item whose name ends in these bytes, as a window would hold it.
+QString listed(const QString& folder, const QByteArray& tail) {
+    std::vector<Entry> entries;
+    QString error;
+    FolderListing::read(folder, true, {}, entries, error);
+    for (const Entry& e : entries)
+        if (NativePath::encode(e.location).endsWith(tail)) return e.location;
+    return {};
+}
+
+QString raw(const QString& folder, const QByteArray& name) {
+    return folder + u'/' + NativePath::decode(name);
+}
+
 } // namespace
 
 class TransferEngineTest : public QObject {
@@ -131,6 +147,34 @@ private slots:
         QCOMPARE(contents(source), QByteArray("text"));
         QVERIFY(!present(landed));
         QCOMPARE(followed, QStringList({landed, source}));
+    }
+
+    void namesThatAreNotUtf8_data() {
+        QTest::addColumn<bool>("moving");
+        QTest::newRow("copy") << false;
+        QTest::newRow("move") << true;
+    }
+    // A stray byte and a real U+FFFD look the same on screen; each must still be acted on by its own bytes.
+    void namesThatAreNotUtf8() {
+        QFETCH(bool, moving);
+        TempTree tree;
+        tree.rawFile("src/bad\xFF.txt", "stray");
+        tree.rawFile("src/bad\xEF\xBF\xBD.txt", "lookalike");
+        tree.rawFile("src/dir\xFE/inner\xFF", "deep");
+        const QString stray = listed(tree.path("src"), "bad\xFF.txt");
+        const QString dir = listed(tree.path("src"), "dir\xFE");
+        QVERIFY(!stray.isEmpty() && !dir.isEmpty());
+        const QString target = tree.folder("target");
+        const TransferResult result = transfer({stray, dir}, moving, target);
+        QVERIFY2(result.failures.isEmpty(), qPrintable(result.failureDetail()));
+        QCOMPARE(TempTree::contents(raw(target, "bad\xFF.txt")), QByteArray("stray"));
+        QCOMPARE(TempTree::contents(raw(target, "dir\xFE/inner\xFF")), QByteArray("deep"));
+        QVERIFY(!TempTree::present(raw(target, "bad\xEF\xBF\xBD.txt")));
+        QCOMPARE(TempTree::present(stray), !moving);
+        QVERIFY(undo(result));
+        QVERIFY(!TempTree::present(raw(target, "bad\xFF.txt")));
+        QCOMPARE(TempTree::contents(stray), QByteArray("stray"));
+        QCOMPARE(TempTree::contents(raw(tree.path("src"), "bad\xEF\xBF\xBD.txt")), QByteArray("lookalike"));
     }
 
     void folderCopiedWithLinksModesAndTimes() {
