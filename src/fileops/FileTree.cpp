@@ -97,7 +97,8 @@ public:
         if (S_ISFIFO(st.st_mode)) {
             if (mkfifoat(dstDir, dstName, st.st_mode & 07777) != 0) return fail(rel);
             created(rel);
-            return stamp(dstDir, dstName, st, rel, AT_SYMLINK_NOFOLLOW);
+            stamp(dstDir, dstName, st);
+            return true;
         }
         errno = ENOTSUP; // devices and sockets are not copied
         return fail(rel);
@@ -119,10 +120,17 @@ private:
         return false;
     }
 
-    bool stamp(int dir, const char* name, const struct stat& st, const std::string& rel, int flags) {
+    // Metadata is kept where the destination holds it; FAT has no modes and some FUSE file systems no
+    // times, and that is no reason to refuse the data (cp -r does the same).
+    static void stamp(int dir, const char* name, const struct stat& st) {
         const Times times = timesOf(st);
-        if (utimensat(dir, name, times.at, flags) != 0) return fail(rel);
-        return true;
+        utimensat(dir, name, times.at, AT_SYMLINK_NOFOLLOW);
+    }
+
+    static void stamp(int fd, const struct stat& st) {
+        const Times times = timesOf(st);
+        fchmod(fd, st.st_mode & 07777);
+        futimens(fd, times.at);
     }
 
     bool folder(int srcDir, const char* srcName, int dstDir, const char* dstName, const struct stat& st,
@@ -143,9 +151,7 @@ private:
                                                 : entry(src.get(), n, dst.get(), n, join(rel, n));
             if (!ok) return false;
         }
-        const Times times = timesOf(st);
-        if (fchmod(dst.get(), st.st_mode & 07777) != 0 || futimens(dst.get(), times.at) != 0)
-            return fail(rel);
+        stamp(dst.get(), st);
         return true;
     }
 
@@ -162,9 +168,7 @@ private:
         if (!out.valid()) return fail(rel);
         created(rel);
         if (!data(in.get(), out.get(), st.st_size)) return fail(rel);
-        const Times times = timesOf(st);
-        if (fchmod(out.get(), st.st_mode & 07777) != 0 || futimens(out.get(), times.at) != 0)
-            return fail(rel);
+        stamp(out.get(), st);
         if (::close(out.release()) != 0) return fail(rel);
         return true;
     }
@@ -179,7 +183,8 @@ private:
         target.resize(size_t(n));
         if (symlinkat(target.c_str(), dstDir, dstName) != 0) return fail(rel);
         created(rel);
-        return stamp(dstDir, dstName, st, rel, AT_SYMLINK_NOFOLLOW);
+        stamp(dstDir, dstName, st);
+        return true;
     }
 
     // A reflink where the file system offers one, else the kernel's own copy, else large buffers.

@@ -1,6 +1,7 @@
 #include "fileops/TransferEngine.h"
 #include "browsing/FolderListing.h"
 #include "platform/NativePath.h"
+#include "support/FatMount.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 
@@ -175,6 +176,43 @@ private slots:
         QVERIFY(!TempTree::present(raw(target, "bad\xFF.txt")));
         QCOMPARE(TempTree::contents(stray), QByteArray("stray"));
         QCOMPARE(TempTree::contents(raw(tree.path("src"), "bad\xEF\xBF\xBD.txt")), QByteArray("lookalike"));
+    }
+
+    void ontoFat_data() {
+        QTest::addColumn<bool>("fromStick");
+        QTest::addColumn<bool>("moving");
+        QTest::newRow("copy from disk") << false << false;
+        QTest::newRow("move from disk") << false << true;
+        QTest::newRow("copy on the stick") << true << false;
+        QTest::newRow("move on the stick") << true << true;
+    }
+    // FAT holds no modes and no links, and answers a no-replace rename with EINVAL: the data must still
+    // arrive, and a name taken on the stick must still get a free one.
+    void ontoFat() {
+        QFETCH(bool, fromStick);
+        QFETCH(bool, moving);
+        test::FatMount fat;
+        ORVANE_REQUIRE_FAT(fat);
+        TempTree tree;
+        const QString base = fromStick ? fat.path("pack") : tree.path("pack");
+        const QString doc = TempTree::writeFile(base + "/doc.txt", "doc");
+        QStringList sources{doc};
+        if (!fromStick) { // fusefat loses what a folder renamed on it holds, so folders come from the disk
+            QVERIFY(chmod(QFile::encodeName(doc).constData(), 0640) == 0);
+            TempTree::writeFile(base + "/sub/deep.txt", "deep");
+            sources << base + "/sub";
+        }
+        const QString target = fat.path("target");
+        TempTree::writeFile(target + "/doc.txt", "theirs");
+        const TransferResult result = transfer(sources, moving, target);
+        QVERIFY2(result.failures.isEmpty(), qPrintable(result.failureDetail()));
+        QCOMPARE(TempTree::contents(target + "/doc - Copy.txt"), QByteArray("doc"));
+        QCOMPARE(TempTree::contents(target + "/doc.txt"), QByteArray("theirs"));
+        if (!fromStick) QCOMPARE(TempTree::contents(target + "/sub/deep.txt"), QByteArray("deep"));
+        QCOMPARE(TempTree::present(doc), !moving);
+        QVERIFY(undo(result));
+        QCOMPARE(TempTree::contents(doc), QByteArray("doc"));
+        QVERIFY(!TempTree::present(target + "/doc - Copy.txt"));
     }
 
     void folderCopiedWithLinksModesAndTimes() {

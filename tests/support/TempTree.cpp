@@ -50,7 +50,11 @@ QString TempTree::sizedFile(const QString& relative, qint64 size) {
 }
 
 QString TempTree::rawFile(const QByteArray& relative, const QByteArray& content) {
-    const QByteArray full = NativePath::encode(dir.path()) + '/' + relative;
+    return writeFile(dir.path() + u'/' + NativePath::decode(relative), content);
+}
+
+QString TempTree::writeFile(const QString& path, const QByteArray& content) {
+    const QByteArray full = NativePath::encode(path);
     for (qsizetype slash = full.indexOf('/', 1); slash > 0; slash = full.indexOf('/', slash + 1))
         mkdir(full.left(slash).constData(), 0755);
     const int fd = open(full.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
@@ -58,7 +62,7 @@ QString TempTree::rawFile(const QByteArray& relative, const QByteArray& content)
         if (write(fd, content.constData(), size_t(content.size())) != content.size()) qWarning("short write");
         close(fd);
     }
-    return NativePath::decode(full);
+    return path;
 }
 
 QByteArray TempTree::contents(const QString& path) {

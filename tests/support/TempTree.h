@@ -21,6 +21,8 @@ public:
     // A file whose relative path is given as bytes, not necessarily UTF-8; answers its path as the
     // program holds it. Missing folders on the way are made.
     QString rawFile(const QByteArray& relative, const QByteArray& content = {});
+    // Writes a file at any absolute path by its exact bytes, making missing folders on the way.
+    static QString writeFile(const QString& path, const QByteArray& content = {});
     // Reading by the exact bytes of a path, for names that are not UTF-8; empty when unreadable.
     static QByteArray contents(const QString& path);
     // Whether anything, a dangling link too, is at the path.
