@@ -107,14 +107,11 @@ TransferResult TransferEngine::run(const TransferJobs& jobs, bool moving,
         std::optional<ProgressTicker> ticker;
         if (tick) ticker.emplace(snapshot, tick);
         for (const TransferJob& job : jobs) {
-            QString error;
-            const bool ok = moving ? FileTree::move(job.source, job.destination, error)
-                                   : FileTree::copy(job.source, job.destination, error);
-            if (ok)
-                result.finished.push_back(job);
-            else
-                result.failures << NativePath::display(job.source.section(u'/', -1)) + QStringLiteral(": ") +
-                                       error;
+            const FileTree::Outcome outcome = moving ? FileTree::moveItem(job.source, job.destination)
+                                                     : FileTree::copyItem(job.source, job.destination);
+            // What arrived in part is finished too, so its undo step covers it.
+            if (outcome.arrived) result.finished.push_back(job);
+            result.failures << outcome.lines(NativePath::display(job.source.section(u'/', -1)));
         }
     }
     return result;
