@@ -234,9 +234,11 @@ void BridgeServer::writeProgress(double fraction) {
     writeLine(ReplyLine().add("progress", fraction).text());
 }
 
+// Never answers; being told to stop still ends it at once.
 void BridgeServer::hang() {
-    for (;;)
+    while (!stopRequested)
         ::pause();
+    ::_exit(1);
 }
 
 } // namespace orvane

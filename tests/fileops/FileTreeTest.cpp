@@ -153,21 +153,6 @@ private slots:
         QCOMPARE(TempTree::contents(tree.path("version")), expected);
     }
 
-    void attributesAndAclsFollow() {
-        TempTree tree;
-        const QString source = tree.file("doc.txt", "doc");
-        const QByteArray acl = aclWithMask();
-        QVERIFY(setxattr(native(source).constData(), "user.note", "kept", 4, 0) == 0);
-        QVERIFY(setxattr(native(source).constData(), "system.posix_acl_access", acl.constData(),
-                         size_t(acl.size()), 0) == 0);
-        QCOMPARE(statOf(source).st_mode & 0777, mode_t(0664)); // the group bits show the mask
-        QString error;
-        QVERIFY2(FileTree::copy(source, tree.path("copy.txt"), error), qPrintable(error));
-        QCOMPARE(attribute(tree.path("copy.txt"), "user.note"), QByteArray("kept"));
-        QCOMPARE(attribute(tree.path("copy.txt"), "system.posix_acl_access"), acl);
-        QCOMPARE(statOf(tree.path("copy.txt")).st_mode & 0777, mode_t(0664));
-    }
-
     // ramfs holds modes but no ACLs: the owning group, which the mask limited to r--, must not gain w.
     void modeNeverWiderThanTheAcl() {
         TempTree tree;
@@ -188,31 +173,41 @@ private slots:
         QCOMPARE(mode, mode_t(0644));
     }
 
-    // Across volumes a move is a copy: it must keep what mv keeps, since the source is gone afterwards.
-    void moveAcrossVolumesKeepsEverything() {
+    void metadataFollows_data() {
+        QTest::addColumn<bool>("move");
+        QTest::newRow("copy") << false;
+        QTest::newRow("move across volumes") << true;
+    }
+    // What cp -a keeps: times, mode, attributes, ACLs, hard links. Across volumes a move is a copy, and
+    // what it drops is lost for good since the source goes afterwards.
+    void metadataFollows() {
+        QFETCH(bool, move);
         TempTree tree;
         QTemporaryDir shm("/dev/shm/orvane-move-XXXXXX");
-        if (!shm.isValid() || statOf(shm.path()).st_dev == statOf(tree.path()).st_dev)
+        if (move && (!shm.isValid() || statOf(shm.path()).st_dev == statOf(tree.path()).st_dev))
             QSKIP("no second volume at /dev/shm");
-        const QString box = shm.path() + "/box";
+        const QString box = (move ? shm.path() : tree.path()) + "/box";
         const QString one = TempTree::writeFile(box + "/one.txt", "linked");
         QVERIFY(::link(native(one).constData(), native(box + "/two.txt").constData()) == 0);
+        const QByteArray acl = aclWithMask();
         QVERIFY(setxattr(native(one).constData(), "user.note", "kept", 4, 0) == 0);
-        QVERIFY(chmod(native(one).constData(), 0640) == 0);
+        QVERIFY(setxattr(native(one).constData(), "system.posix_acl_access", acl.constData(),
+                         size_t(acl.size()), 0) == 0);
         const timespec old[2] = {{1400000000, 5}, {1500000000, 7}};
         QVERIFY(utimensat(AT_FDCWD, native(one).constData(), old, 0) == 0);
         QVERIFY(utimensat(AT_FDCWD, native(box).constData(), old, 0) == 0);
         QString error;
-        QVERIFY2(FileTree::move(box, tree.path("box"), error), qPrintable(error));
-        QVERIFY(!TempTree::present(box));
-        const struct stat a = statOf(tree.path("box/one.txt")), b = statOf(tree.path("box/two.txt"));
-        QCOMPARE(a.st_ino, b.st_ino);
-        QCOMPARE(a.st_nlink, nlink_t(2));
-        QCOMPARE(a.st_mode & 07777, mode_t(0640));
-        QCOMPARE(a.st_mtim.tv_sec, old[1].tv_sec);
-        QCOMPARE(a.st_mtim.tv_nsec, old[1].tv_nsec);
-        QCOMPARE(statOf(tree.path("box")).st_mtim.tv_sec, old[1].tv_sec);
-        QCOMPARE(attribute(tree.path("box/one.txt"), "user.note"), QByteArray("kept"));
+        QVERIFY2(move ? FileTree::move(box, tree.path("copy"), error)
+                      : FileTree::copy(box, tree.path("copy"), error),
+                 qPrintable(error));
+        QCOMPARE(TempTree::present(box), !move);
+        const struct stat a = statOf(tree.path("copy/one.txt")), b = statOf(tree.path("copy/two.txt"));
+        QVERIFY(a.st_ino == b.st_ino && a.st_nlink == 2);
+        QCOMPARE(a.st_mode & 07777, mode_t(0664)); // the group bits show the ACL's mask again
+        QVERIFY(a.st_mtim.tv_sec == old[1].tv_sec && a.st_mtim.tv_nsec == old[1].tv_nsec);
+        QCOMPARE(statOf(tree.path("copy")).st_mtim.tv_sec, old[1].tv_sec);
+        QCOMPARE(attribute(tree.path("copy/one.txt"), "user.note"), QByteArray("kept"));
+        QCOMPARE(attribute(tree.path("copy/one.txt"), "system.posix_acl_access"), acl);
     }
 
     // A move's copy notes what it copied; only that leaves the source, never what came or changed since.

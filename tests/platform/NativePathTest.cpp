@@ -1,5 +1,4 @@
 #include "platform/NativePath.h"
-#include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 
 #include <QUrl>
@@ -39,21 +38,11 @@ private slots:
         QCOMPARE(QUrl::fromLocalFile("/" + text).toLocalFile(), "/" + text);
     }
 
-    void twoLookalikesStayTwo() {
-        const QString stray = NativePath::decode(QByteArray("bad\xFF.txt"));
-        const QString real = NativePath::decode(QByteArray("bad\xEF\xBF\xBD.txt"));
-        QVERIFY(stray != real);
-        QCOMPARE(NativePath::display(stray), NativePath::display(real));
-        QVERIFY(NativePath::encodedUrl(stray).endsWith("bad%FF.txt"));
-        QVERIFY(NativePath::encodedUrl(real).endsWith("bad%EF%BF%BD.txt"));
-    }
-
     void foreignUrls_data() {
         QTest::addColumn<QByteArray>("url");
         QTest::addColumn<QByteArray>("path");
         QTest::newRow("plain") << QByteArray("file:///tmp/a%20b") << QByteArray("/tmp/a b");
         QTest::newRow("localhost") << QByteArray("file://localhost/tmp/x") << QByteArray("/tmp/x");
-        QTest::newRow("raw utf-8") << QString("file:///tmp/é").toUtf8() << QString("/tmp/é").toUtf8();
         QTest::newRow("other host") << QByteArray("file://elsewhere/tmp/x") << QByteArray();
         QTest::newRow("not a file") << QByteArray("https://example.org/x") << QByteArray();
     }
@@ -61,15 +50,6 @@ private slots:
         QFETCH(QByteArray, url);
         QFETCH(QByteArray, path);
         QCOMPARE(NativePath::encode(NativePath::fromEncodedUrl(url)), path);
-    }
-
-    void fileQuestionsUseTheBytes() {
-        test::TempTree tree;
-        const QString stray = tree.rawFile("d/bad\xFF", "s");
-        tree.rawFile("d/bad\xEF\xBF\xBD/inner", "r"); // the lookalike is a folder
-        QVERIFY(NativePath::exists(stray) && !NativePath::isDir(stray));
-        QCOMPARE(NativePath::canonical(tree.path("d/../d") + stray.mid(tree.path("d").size())), stray);
-        QVERIFY(!NativePath::exists(stray + "x"));
     }
 };
 
