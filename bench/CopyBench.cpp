@@ -3,16 +3,17 @@
 #include "fileops/FileTree.h"
 #include "fileops/TransferEngine.h"
 #include "fileops/TransferProgressSnapshot.h"
+#include "platform/NativePath.h"
 
 #include <QDir>
-#include <QDirIterator>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
-#include <QFileInfo>
 #include <QRandomGenerator>
+#include <dirent.h>
 #include <optional>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace orvane;
@@ -33,21 +34,34 @@ struct Tally {
     qint64 files = 0;
 };
 
-// What arrived: regular files and their bytes, links not followed.
+// What arrived: regular files and their bytes, links not followed, read by the exact bytes of each name.
+void tallyAt(const QByteArray& path, Tally& t) {
+    struct stat st;
+    if (lstat(path.constData(), &st) != 0) return;
+    if (S_ISREG(st.st_mode)) {
+        t.bytes += st.st_size;
+        ++t.files;
+    }
+    if (!S_ISDIR(st.st_mode)) return;
+    DIR* dir = opendir(path.constData());
+    if (!dir) return;
+    while (dirent* d = readdir(dir))
+        if (qstrcmp(d->d_name, ".") != 0 && qstrcmp(d->d_name, "..") != 0) tallyAt(path + '/' + d->d_name, t);
+    closedir(dir);
+}
+
 Tally tally(const QString& path) {
     Tally t;
-    const QFileInfo top(path);
-    if (top.isFile() && !top.isSymLink()) return {top.size(), 1};
-    QDirIterator it(path, QDir::Files | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                    QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        it.next();
-        if (!it.fileInfo().isSymLink()) {
-            t.bytes += it.fileInfo().size();
-            ++t.files;
-        }
-    }
+    tallyAt(NativePath::encode(path), t);
     return t;
+}
+
+QString absolute(const QString& path) {
+    if (path.startsWith(u'/')) return path;
+    char* here = getcwd(nullptr, 0);
+    const QString folder = here ? NativePath::decode(here) : QString();
+    free(here);
+    return QDir::cleanPath(folder + u'/' + path);
 }
 
 struct Run {
@@ -89,8 +103,8 @@ double pasteUnmeasured(const QString& source, const QString& folder, QString& de
 }
 
 int copyCommand(const QStringList& args) {
-    if (args.size() != 2 || !QFileInfo(args[1]).isDir()) return 2;
-    const Run run = paste(QFileInfo(args[0]).absoluteFilePath(), QFileInfo(args[1]).absoluteFilePath());
+    if (args.size() != 2 || !NativePath::isDir(args[1])) return 2;
+    const Run run = paste(absolute(args[0]), absolute(args[1]));
     if (run.ms < 0) {
         benchOut() << "nothing to copy" << Qt::endl;
         return 1;

@@ -1,5 +1,7 @@
 #include "BenchCommand.h"
 
+#include "platform/NativePath.h"
+
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>
@@ -49,8 +51,11 @@ int main(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     std::unique_ptr<QCoreApplication> app =
         widgets ? std::make_unique<QApplication>(argc, argv) : std::make_unique<QCoreApplication>(argc, argv);
-    QStringList args = app->arguments().mid(1);
-    const QString name = args.isEmpty() ? QString() : args.takeFirst();
+    // From the bytes themselves: Qt's own argument list would turn a path that is not UTF-8 into another.
+    QStringList args;
+    for (int i = 2; i < argc; ++i)
+        args << orvane::NativePath::decode(argv[i]);
+    const QString name = argc > 1 ? QString::fromUtf8(argv[1]) : QString();
     for (const BenchCommand& command : commands())
         if (command.name == name) return command.run(args);
     QTextStream err(stderr);

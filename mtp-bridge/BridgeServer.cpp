@@ -1,5 +1,6 @@
 #include "BridgeServer.h"
 
+#include "Download.h"
 #include "ProgressThrottle.h"
 
 #include <QJsonArray>
@@ -77,18 +78,28 @@ BridgeServer::BridgeServer(PhoneBackend& phone, FaultPlan faults, int input, int
 
 int BridgeServer::serve() {
     QByteArray pending;
+    bool overlong = false; // the line under way passed the limit: its bytes are dropped as they come
     char chunk[65536];
     for (;;) {
         qsizetype end;
         while ((end = pending.indexOf('\n')) < 0) {
+            if (pending.size() > maxRequestLine) {
+                overlong = true;
+                pending.clear();
+            }
             const ssize_t n = ::read(input, chunk, sizeof chunk);
-            if (n < 0 && errno == EINTR) continue;
+            if (n < 0 && errno == EINTR && !stopRequested) continue;
             if (n <= 0) return 0;
             pending.append(chunk, n);
         }
         const QByteArray line = pending.left(end);
         pending.remove(0, end + 1);
-        if (!handleLine(line)) return broken ? 1 : 0;
+        if (std::exchange(overlong, false)) {
+            ++served;
+            if (!writeLine(failure(badRequest).text())) return 1;
+            continue;
+        }
+        if (!handleLine(line) || stopRequested) return broken ? 1 : 0;
     }
 }
 
@@ -130,18 +141,29 @@ ReplyLine BridgeServer::answer(const QStringList& args) {
     return edit(args);
 }
 
+// False once nobody listens or the bridge is told to end; the faults act here, after the first bytes.
+bool BridgeServer::transferGoesOn() {
+    if (faults.dieMidTransfer) ::_exit(3);
+    while (faults.stallMidTransfer && !stopRequested)
+        ::pause();
+    return !broken && !stopRequested;
+}
+
 ReplyLine BridgeServer::transfer(const QStringList& args) {
     ProgressThrottle throttle([this](double fraction) { writeProgress(fraction); });
     const TransferProgress progress = [this, &throttle](uint64_t done, uint64_t total) {
         throttle.report(done, total);
-        return !broken;
+        return transferGoesOn();
     };
     uint32_t id, storage, parent;
     std::string error = badRequest;
-    if (args[0] == QLatin1String("get") && args.size() == 3 && number(args[1], id))
-        error = phone.get(id, utf8(args[2]), progress);
-    else if (args[0] == QLatin1String("put") && args.size() == 4 && number(args[1], storage) &&
-             number(args[2], parent))
+    if (args[0] == QLatin1String("get") && args.size() == 3 && number(args[1], id)) {
+        Download download(utf8(args[2]));
+        error = download.open();
+        if (error.empty()) error = phone.get(id, download.fd(), utf8(args[2].section(u'/', -1)), progress);
+        if (error.empty()) error = download.commit();
+    } else if (args[0] == QLatin1String("put") && args.size() == 4 && number(args[1], storage) &&
+               number(args[2], parent))
         error = phone.put(storage, parent, utf8(args[3]), progress);
     if (!error.empty()) return failure(error);
     throttle.finish();
@@ -212,9 +234,11 @@ void BridgeServer::writeProgress(double fraction) {
     writeLine(ReplyLine().add("progress", fraction).text());
 }
 
+// Never answers; being told to stop still ends it at once.
 void BridgeServer::hang() {
-    for (;;)
+    while (!stopRequested)
         ::pause();
+    ::_exit(1);
 }
 
 } // namespace orvane

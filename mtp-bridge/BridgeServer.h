@@ -7,6 +7,7 @@
 
 #include <QByteArray>
 #include <QStringList>
+#include <csignal>
 
 namespace orvane {
 
@@ -15,8 +16,13 @@ namespace orvane {
 class BridgeServer {
 public:
     BridgeServer(PhoneBackend& phone, FaultPlan faults, int input, int output);
-    // Serves until end of input or a write failure; answers the exit status.
+    // Serves until end of input, a write failure or a request to stop; answers the exit status.
     int serve();
+    // Safe in a signal handler: a transfer under way stops and cleans up after itself, then the server
+    // ends. The client ends a bridge this way when a transfer stalls.
+    static void requestStop() { stopRequested = 1; }
+    // A request line is a few names and paths; a longer one is refused without being kept.
+    static constexpr qsizetype maxRequestLine = qsizetype(1) << 20;
 
 private:
     bool handleLine(const QByteArray& line);
@@ -28,6 +34,9 @@ private:
     bool writeLine(std::string line);
     void writeProgress(double fraction);
     [[noreturn]] static void hang();
+    bool transferGoesOn();
+
+    static inline volatile sig_atomic_t stopRequested = 0;
 
     PhoneBackend& phone;
     FaultPlan faults;

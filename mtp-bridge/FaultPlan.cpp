@@ -28,6 +28,8 @@ FaultPlan FaultPlan::fromEnvironment() {
     plan.extraKeys = flag("MTP_BRIDGE_EXTRA_KEYS");
     plan.nullProgress = flag("MTP_BRIDGE_NULL_PROGRESS");
     plan.echo = flag("MTP_BRIDGE_ECHO");
+    plan.stallMidTransfer = flag("MTP_BRIDGE_STALL_MID_TRANSFER");
+    plan.dieMidTransfer = flag("MTP_BRIDGE_DIE_MID_TRANSFER");
     return plan;
 }
 

@@ -18,6 +18,11 @@ struct FaultPlan {
     bool extraKeys = false; // MTP_BRIDGE_EXTRA_KEYS=1: every final reply carries keys no client knows
     bool nullProgress = false; // MTP_BRIDGE_NULL_PROGRESS=1: every final reply carries "progress": null
     bool echo = false; // MTP_BRIDGE_ECHO=1: "name" of every final reply is the request line as received
+    // MTP_BRIDGE_STALL_MID_TRANSFER=1: a get or put stops moving after its first progress, as a hung
+    // phone does, until the bridge is told to end
+    bool stallMidTransfer = false;
+    // MTP_BRIDGE_DIE_MID_TRANSFER=1: the bridge dies at once after a get's or put's first progress
+    bool dieMidTransfer = false;
 
     static FaultPlan fromEnvironment();
 };

@@ -217,19 +217,16 @@ std::optional<LibmtpPhone::ObjectFacts> LibmtpPhone::facts(uint32_t id) {
     return found;
 }
 
-std::string LibmtpPhone::get(uint32_t id, const std::string& path, const TransferProgress& progress) {
+std::string LibmtpPhone::get(uint32_t id, int target, const std::string& name,
+                             const TransferProgress& progress) {
     return session(
         [&] {
             const std::optional<ObjectFacts> object = facts(id);
             if (!object) return missing();
             if (object->folder) return std::string("A folder can't be copied as one file.");
-            const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
-            if (fd < 0) return "Cannot create " + lastComponent(path) + ": " + std::strerror(errno) + ".";
-            const int status = LIBMTP_Get_File_To_File_Descriptor(device, id, fd, progressThunk, &progress);
-            const bool closed = ::close(fd) == 0;
-            if (status == 0 && closed) return std::string();
-            ::unlink(path.c_str());
-            return failure("Cannot copy " + lastComponent(path) + " from the phone");
+            const int status =
+                LIBMTP_Get_File_To_File_Descriptor(device, id, target, progressThunk, &progress);
+            return status == 0 ? std::string() : failure("Cannot copy " + name + " from the phone");
         },
         false);
 }
@@ -253,8 +250,17 @@ std::string LibmtpPhone::put(uint32_t storage, uint32_t parent, const std::strin
             meta->storage_id = storage;
             const int sent =
                 LIBMTP_Send_File_From_File_Descriptor(device, fd, meta, progressThunk, &progress);
+            const uint32_t created = meta->item_id;
             LIBMTP_destroy_file_t(meta);
-            return sent == 0 ? std::string() : failure("Cannot send " + name + " to the phone");
+            if (sent == 0) return std::string();
+            const std::string error = failure("Cannot send " + name + " to the phone");
+            // The object is made before its bytes go; a cut-off send would leave it partial, and a
+            // retry would then find its name taken. A broken session has been closed by now.
+            if (created != 0 && device) {
+                LIBMTP_Delete_Object(device, created);
+                LIBMTP_Clear_Errorstack(device);
+            }
+            return error;
         },
         false);
     ::close(fd);

@@ -23,7 +23,8 @@ public:
     std::string storages(std::vector<PhoneObject>& out) override;
     std::string list(uint32_t storage, uint32_t parent, std::vector<PhoneObject>& out) override;
     std::string scan() override;
-    std::string get(uint32_t id, const std::string& path, const TransferProgress& progress) override;
+    std::string get(uint32_t id, int target, const std::string& name,
+                    const TransferProgress& progress) override;
     std::string put(uint32_t storage, uint32_t parent, const std::string& path,
                     const TransferProgress& progress) override;
     std::string makeFolder(uint32_t storage, uint32_t parent, const std::string& name, uint32_t& id) override;

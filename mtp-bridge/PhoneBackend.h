@@ -41,7 +41,9 @@ public:
     virtual std::string storages(std::vector<PhoneObject>& out) = 0;
     virtual std::string list(uint32_t storage, uint32_t parent, std::vector<PhoneObject>& out) = 0;
     virtual std::string scan() = 0;
-    virtual std::string get(uint32_t id, const std::string& path, const TransferProgress& progress) = 0;
+    // Writes the object's bytes to `target`, an open file; `name` is what errors call it.
+    virtual std::string get(uint32_t id, int target, const std::string& name,
+                            const TransferProgress& progress) = 0;
     virtual std::string put(uint32_t storage, uint32_t parent, const std::string& path,
                             const TransferProgress& progress) = 0;
     virtual std::string makeFolder(uint32_t storage, uint32_t parent, const std::string& name,

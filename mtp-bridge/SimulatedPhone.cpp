@@ -216,13 +216,14 @@ std::string SimulatedPhone::list(uint32_t storageId, uint32_t parent, std::vecto
     return {};
 }
 
-std::string SimulatedPhone::get(uint32_t id, const std::string& path, const TransferProgress& progress) {
+std::string SimulatedPhone::get(uint32_t id, int target, const std::string&,
+                                const TransferProgress& progress) {
     Located source;
     if (std::string error = object(id, source); !error.empty()) return error;
     if (S_ISDIR(source.status.st_mode)) return "A folder can't be copied as one file.";
     Fd from(::open(source.absolute.c_str(), O_RDONLY | O_CLOEXEC));
     if (from.get() < 0) return systemError("Cannot read " + lastComponent(source.path));
-    return copyInto(from.get(), uint64_t(source.status.st_size), path, lastComponent(path), progress);
+    return copyStream(from.get(), target, uint64_t(source.status.st_size), progress);
 }
 
 std::string SimulatedPhone::put(uint32_t storageId, uint32_t parent, const std::string& path,

@@ -24,7 +24,7 @@ public:
     std::string storages(std::vector<PhoneObject>&) override { return refuse(); }
     std::string list(uint32_t, uint32_t, std::vector<PhoneObject>&) override { return refuse(); }
     std::string scan() override { return refuse(); }
-    std::string get(uint32_t, const std::string&, const TransferProgress&) override { return refuse(); }
+    std::string get(uint32_t, int, const std::string&, const TransferProgress&) override { return refuse(); }
     std::string put(uint32_t, uint32_t, const std::string&, const TransferProgress&) override {
         return refuse();
     }
@@ -61,6 +61,12 @@ int main(int argc, char** argv) {
     }
     // A client gone away shows as a failed write, not a signal.
     std::signal(SIGPIPE, SIG_IGN);
+    // The client ends a stalled transfer with SIGTERM: the transfer cleans up, then the bridge ends.
+    // No SA_RESTART, so a read waiting for the next request is interrupted too.
+    struct sigaction stop {};
+    stop.sa_handler = [](int) { BridgeServer::requestStop(); };
+    sigemptyset(&stop.sa_mask);
+    sigaction(SIGTERM, &stop, nullptr);
     // Libraries may print to standard output; only the protocol may reach the client's pipe.
     const int protocol = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3);
     if (protocol < 0 || ::dup2(STDERR_FILENO, STDOUT_FILENO) < 0) {

@@ -1,6 +1,7 @@
 #include "browsing/Entry.h"
 
 #include "phone/PhoneNames.h"
+#include "platform/NativePath.h"
 #include "platform/Platform.h"
 
 namespace orvane {
@@ -50,7 +51,7 @@ QUrl Entry::url() const {
 
 QString Entry::name() const {
     if (isPhone()) return phoneItemName(location);
-    return location.mid(location.lastIndexOf(u'/') + 1);
+    return NativePath::display(location.mid(location.lastIndexOf(u'/') + 1));
 }
 
 QString folderName(const QUrl& url) {
@@ -59,7 +60,7 @@ QString folderName(const QUrl& url) {
     const QString last = path.section(u'/', -1, -1, QString::SectionSkipEmpty);
     if (path == QLatin1String("/") || last.isEmpty())
         return Platform::instance().word(PlatformWord::RootVolume);
-    return last;
+    return NativePath::display(last);
 }
 
 } // namespace orvane

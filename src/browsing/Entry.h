@@ -10,9 +10,11 @@ struct RawItem;
 
 // One listed item, local or on a phone. Kept small: a listing may hold 100,000 of them.
 struct Entry {
-    QString location; // absolute local path, or the full android:// address of a phone item
-    QString kind;     // display type; shared text, so equal kinds cost one string
-    qint64 size = 0;  // bytes, 0 when unknown
+    // Absolute local path holding the exact bytes the directory gave (see NativePath), or the full
+    // android:// address of a phone item.
+    QString location;
+    QString kind;    // display type; shared text, so equal kinds cost one string
+    qint64 size = 0; // bytes, 0 when unknown
     QDateTime modified;
     QDateTime created;
     QDateTime added;
@@ -25,6 +27,7 @@ struct Entry {
     static Entry fromRaw(const QString& folder, RawItem&& raw);
 
     QUrl url() const;
+    // The last component as a person reads it: a byte that is not UTF-8 shows as U+FFFD.
     QString name() const;
     bool isPhone() const { return location.startsWith(QLatin1String("android:")); }
     bool isPlainFolder() const { return directory && !package; }

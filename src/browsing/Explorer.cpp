@@ -12,6 +12,7 @@
 #include "browsing/WindowListing.h"
 #include "browsing/WindowPlugins.h"
 #include "chrome/ExplorerChrome.h"
+#include "platform/NativePath.h"
 #include "chrome/ExplorerTabStrip.h"
 #include "fileops/ExplorerFileOps.h"
 #include "views/EntryTableModel.h"
@@ -181,7 +182,7 @@ bool Explorer::navigate(const QUrl& url, bool history) {
     QUrl place = url;
     if (url.isLocalFile()) {
         const QString path = QDir::cleanPath(url.toLocalFile());
-        if (path.isEmpty() || !QFileInfo(path).isDir()) {
+        if (path.isEmpty() || !NativePath::isDir(path)) {
             showError(QStringLiteral("Folder not found"), path.isEmpty() ? url.toString() : path);
             return false;
         }
@@ -202,7 +203,7 @@ void Explorer::visitHistory(int index) {
     TabState& tab = tabs.current();
     if (index < 0 || index >= tab.history.size()) return;
     const QUrl item = tab.history[index];
-    if (item.isLocalFile() && !QFileInfo(item.toLocalFile()).isDir()) {
+    if (item.isLocalFile() && !NativePath::isDir(item.toLocalFile())) {
         showError(QStringLiteral("Folder unavailable"), item.toLocalFile());
         return;
     }
@@ -269,11 +270,11 @@ void Explorer::openSelected() {
 }
 
 void Explorer::selectURL(const QUrl& url) {
-    const QString wanted = QFileInfo(url.toLocalFile()).canonicalFilePath();
+    const QString wanted = NativePath::canonical(url.toLocalFile());
     if (wanted.isEmpty()) return;
     const std::vector<Entry>& rows = entries();
     for (size_t row = 0; row < rows.size(); ++row) {
-        if (QFileInfo(rows[row].location).canonicalFilePath() != wanted) continue;
+        if (NativePath::canonical(rows[row].location) != wanted) continue;
         const QModelIndex index = listed->model()->index(int(row), 0);
         ui.table->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect |
                                                                QItemSelectionModel::Rows);

@@ -1,5 +1,7 @@
 #include "fileops/FileClipboard.h"
 
+#include "platform/NativePath.h"
+
 #include <QClipboard>
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -11,11 +13,25 @@ namespace {
 // Tells our own writes from everybody else's, across platforms that report our writes late or twice.
 const QString ownerFormat = QStringLiteral("application/x-orvane-clipboard-owner");
 
-QByteArray gnomeText(const QList<QUrl>& items, bool cut) {
-    QByteArrayList lines{cut ? "cut" : "copy"};
+const QString uriListFormat = QStringLiteral("text/uri-list");
+
+// Percent-encoded from the path's bytes, so a name that is not UTF-8 reaches other programs exactly.
+QByteArrayList encodedUrls(const QList<QUrl>& items) {
+    QByteArrayList lines;
     for (const QUrl& url : items)
-        lines << url.toEncoded();
-    return lines.join('\n'); // no line feed after the last one
+        lines << NativePath::encodedUrl(url.toLocalFile());
+    return lines;
+}
+
+QList<QUrl> localFiles(const QByteArrayList& lines) {
+    QList<QUrl> files;
+    for (const QByteArray& line : lines) {
+        const QByteArray url = line.trimmed();
+        if (url.isEmpty() || url.startsWith('#')) continue;
+        const QString path = NativePath::fromEncodedUrl(url);
+        if (!path.isEmpty()) files << QUrl::fromLocalFile(path);
+    }
+    return files;
 }
 } // namespace
 
@@ -49,12 +65,14 @@ void FileClipboard::write(QMimeData* data) {
 
 void FileClipboard::setClipboard(const QList<QUrl>& items, bool cut) {
     auto* data = new QMimeData;
-    data->setUrls(items);
+    const QByteArrayList encoded = encodedUrls(items);
+    data->setData(uriListFormat, encoded.join("\r\n") + "\r\n");
     QStringList paths;
     for (const QUrl& url : items)
-        paths << url.toLocalFile();
+        paths << NativePath::display(url.toLocalFile());
     data->setText(paths.join(u'\n'));
-    data->setData(gnomeFormat(), gnomeText(items, cut));
+    // No line feed after the last one.
+    data->setData(gnomeFormat(), (cut ? "cut\n" : "copy\n") + encoded.join('\n'));
     if (cut) data->setData(kdeCutFormat(), "1");
     write(data);
     urls = cut ? items : QList<QUrl>();
@@ -64,7 +82,7 @@ void FileClipboard::setClipboard(const QList<QUrl>& items, bool cut) {
 QString FileClipboard::pathText(const QStringList& paths) {
     QStringList quoted;
     for (const QString& path : paths)
-        quoted << u'"' + path + u'"';
+        quoted << u'"' + NativePath::display(path) + u'"';
     return quoted.join(u'\n');
 }
 
@@ -77,16 +95,10 @@ void FileClipboard::copyPaths(const QStringList& paths) {
 QList<QUrl> FileClipboard::fileUrls() const {
     const QMimeData* data = QGuiApplication::clipboard()->mimeData();
     if (!data) return {};
-    QList<QUrl> found = data->urls();
-    if (found.isEmpty() && data->hasFormat(gnomeFormat())) {
-        const QByteArrayList lines = data->data(gnomeFormat()).split('\n');
-        for (qsizetype i = 1; i < lines.size(); ++i)
-            if (!lines[i].trimmed().isEmpty()) found << QUrl::fromEncoded(lines[i].trimmed());
-    }
-    QList<QUrl> files;
-    for (const QUrl& url : found)
-        if (url.isLocalFile()) files << url;
-    return files;
+    // Read as bytes: Qt's own URL list would decode a name that is not UTF-8 into another name.
+    if (data->hasFormat(uriListFormat)) return localFiles(data->data(uriListFormat).split('\n'));
+    if (!data->hasFormat(gnomeFormat())) return {};
+    return localFiles(data->data(gnomeFormat()).split('\n').mid(1));
 }
 
 bool FileClipboard::foreignCut(const QMimeData* data) const {

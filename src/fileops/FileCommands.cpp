@@ -3,10 +3,9 @@
 #include "fileops/FileNames.h"
 #include "fileops/FileTrash.h"
 #include "fileops/FileTree.h"
+#include "platform/NativePath.h"
 #include "platform/NoReplaceRename.h"
 
-#include <QFile>
-#include <QFileInfo>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -36,8 +35,8 @@ FileCommandResult created(const QString& path) {
 
 bool sameItem(const QString& a, const QString& b) {
     struct stat sa, sb;
-    return lstat(QFile::encodeName(a).constData(), &sa) == 0 &&
-           lstat(QFile::encodeName(b).constData(), &sb) == 0 && sa.st_dev == sb.st_dev &&
+    return lstat(NativePath::encode(a).constData(), &sa) == 0 &&
+           lstat(NativePath::encode(b).constData(), &sb) == 0 && sa.st_dev == sb.st_dev &&
            sa.st_ino == sb.st_ino;
 }
 
@@ -48,7 +47,7 @@ FileCommandResult FileCommands::createFolder(const QString& folder) {
     int code = EEXIST;
     for (int attempt = 0; attempt < 100 && code == EEXIST; ++attempt) {
         const QString path = folder + u'/' + FileNames::newFolderName(folder);
-        if (mkdir(QFile::encodeName(path).constData(), 0777) == 0) return created(path);
+        if (mkdir(NativePath::encode(path).constData(), 0777) == 0) return created(path);
         code = errno;
     }
     return failure(QStringLiteral("Cannot create folder"), FileTree::systemText(code));
@@ -58,7 +57,7 @@ FileCommandResult FileCommands::createTextDocument(const QString& folder, const 
     if (!FileNames::isValidName(name))
         return failure(FileNames::invalidNameTitle(), FileNames::invalidNameDetail());
     const QString path = folder + u'/' + name;
-    const int fd = open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    const int fd = open(NativePath::encode(path).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (fd < 0) return failure(QStringLiteral("Cannot create document"), FileTree::systemText(errno));
     close(fd);
     return created(path);
@@ -67,14 +66,16 @@ FileCommandResult FileCommands::createTextDocument(const QString& folder, const 
 FileCommandResult FileCommands::rename(const QString& path, const QString& newName, PathMoved onMoved) {
     if (!FileNames::isValidName(newName))
         return failure(FileNames::invalidNameTitle(), FileNames::invalidNameDetail());
-    const QString target = QFileInfo(path).absolutePath() + u'/' + newName;
+    const qsizetype slash = path.lastIndexOf(u'/');
+    const QString target = path.left(slash + 1) + newName;
     FileCommandResult result;
     result.ok = true;
-    result.path = target;
-    if (target == path) return result;
+    // The editor shows a byte that is not UTF-8 as U+FFFD; a name left as shown is the item's own.
+    result.path = newName == NativePath::display(path.mid(slash + 1)) ? path : target;
+    if (result.path == path) return result;
     const QString title = QStringLiteral("Cannot rename");
-    const QByteArray from = QFile::encodeName(path);
-    const QByteArray to = QFile::encodeName(target);
+    const QByteArray from = NativePath::encode(path);
+    const QByteArray to = NativePath::encode(target);
     // A name that differs only in letter case on a volume that ignores case is the item's own name.
     const int code = sameItem(path, target) ? (::rename(from.constData(), to.constData()) == 0 ? 0 : errno)
                                             : renameNoReplace(from.constData(), to.constData());

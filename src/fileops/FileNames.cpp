@@ -1,7 +1,7 @@
 #include "fileops/FileNames.h"
 
-#include <QFile>
-#include <QFileInfo>
+#include "platform/NativePath.h"
+
 #include <sys/stat.h>
 
 namespace orvane {
@@ -10,12 +10,12 @@ namespace {
 
 bool exists(const QString& path) {
     struct stat st;
-    return stat(QFile::encodeName(path).constData(), &st) == 0;
+    return stat(NativePath::encode(path).constData(), &st) == 0;
 }
 
 bool isFolder(const QString& path) {
     struct stat st;
-    return stat(QFile::encodeName(path).constData(), &st) == 0 && S_ISDIR(st.st_mode);
+    return stat(NativePath::encode(path).constData(), &st) == 0 && S_ISDIR(st.st_mode);
 }
 
 // The extension as the system names it: after the last dot, but never for a name that starts with its
@@ -34,7 +34,7 @@ QString copySuffix(int n) {
 
 QString FileNames::destination(const QString& source, const QString& folder, const QSet<QString>& reserved) {
     const auto free = [&reserved](const QString& path) { return !reserved.contains(path) && !exists(path); };
-    const QString name = QFileInfo(source).fileName();
+    const QString name = source.section(u'/', -1);
     const QString plain = folder + u'/' + name;
     if (free(plain)) return plain;
     const QString extension = isFolder(source) ? QString() : extensionOf(name);

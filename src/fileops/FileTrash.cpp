@@ -1,48 +1,19 @@
 #include "fileops/FileTrash.h"
 
 #include "fileops/FileTree.h"
+#include "platform/DesktopTrash.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QStandardPaths>
 #include <memory>
 
 namespace orvane {
 
-namespace {
-// Qt 6.4 "trashes" into the current directory when the data folder is missing, so it must exist first.
-void ensureDataLocation() {
-    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    if (!data.isEmpty()) QDir().mkpath(data);
-}
-
-QString infoPath(const QString& trashed) {
-    const QFileInfo item(trashed);
-    return item.dir().absolutePath() + QStringLiteral("/../info/") + item.fileName() +
-           QStringLiteral(".trashinfo");
-}
-} // namespace
-
 bool FileTrash::moveToTrash(const QString& path, QString& trashed, QString& error) {
-    ensureDataLocation();
-    QFile file(path);
-    if (!file.moveToTrash()) {
-        error = file.errorString();
-        return false;
-    }
-    trashed = file.fileName();
-    if (QDir::isAbsolutePath(trashed)) return true;
-    // The Trash was not reached and the item went to a folder of Qt's choosing: put it back.
-    QString ignored;
-    FileTree::move(trashed, path, ignored);
-    error = QStringLiteral("The Trash could not be reached.");
-    return false;
+    return DesktopTrash::moveIn(path, trashed, error);
 }
 
 bool FileTrash::restore(const TrashedItem& item, QString& error) {
     if (!FileTree::move(item.trashed, item.original, error)) return false;
-    QFile::remove(QDir::cleanPath(infoPath(item.trashed)));
+    DesktopTrash::forget(item.trashed);
     return true;
 }
 

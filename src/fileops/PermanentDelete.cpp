@@ -1,9 +1,9 @@
 #include "fileops/PermanentDelete.h"
 
 #include "fileops/FileTree.h"
+#include "platform/NativePath.h"
 
 #include <QCoreApplication>
-#include <QFileInfo>
 #include <QPointer>
 #include <QThreadPool>
 
@@ -16,7 +16,7 @@ PermanentDelete::Result PermanentDelete::run(const QStringList& paths) {
         if (FileTree::remove(path, error))
             ++result.deleted;
         else
-            result.failures << QFileInfo(path).fileName() + QStringLiteral(": ") + error;
+            result.failures << NativePath::display(path.section(u'/', -1)) + QStringLiteral(": ") + error;
     }
     return result;
 }

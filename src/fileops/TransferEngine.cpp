@@ -3,9 +3,9 @@
 #include "fileops/FileNames.h"
 #include "fileops/FileTree.h"
 #include "fileops/TransferProgressSnapshot.h"
+#include "platform/NativePath.h"
 
 #include <QDir>
-#include <QFileInfo>
 #include <QSet>
 #include <chrono>
 #include <condition_variable>
@@ -18,8 +18,13 @@ namespace {
 
 // Links resolved, so a folder reached through a link is still caught copying into itself.
 QString resolved(const QString& path) {
-    const QString real = QFileInfo(path).canonicalFilePath();
-    return real.isEmpty() ? QDir::cleanPath(QFileInfo(path).absoluteFilePath()) : real;
+    const QString real = NativePath::canonical(path);
+    return real.isEmpty() ? QDir::cleanPath(path) : real;
+}
+
+QString parentOf(const QString& path) {
+    const qsizetype slash = path.lastIndexOf(u'/');
+    return slash <= 0 ? QStringLiteral("/") : path.left(slash);
 }
 
 bool inside(const QString& target, const QString& source) {
@@ -75,7 +80,7 @@ TransferPlan TransferEngine::plan(const QStringList& sources, bool moving, const
     QSet<QString> taken;
     for (const QString& given : sources) {
         const QString source = QDir::cleanPath(given);
-        if (moving && QDir::cleanPath(QFileInfo(source).absolutePath()) == folder) continue;
+        if (moving && parentOf(source) == folder) continue;
         if (inside(realTarget, resolved(source))) {
             plan.jobs.clear();
             plan.refusedSource = given;
@@ -102,13 +107,11 @@ TransferResult TransferEngine::run(const TransferJobs& jobs, bool moving,
         std::optional<ProgressTicker> ticker;
         if (tick) ticker.emplace(snapshot, tick);
         for (const TransferJob& job : jobs) {
-            QString error;
-            const bool ok = moving ? FileTree::move(job.source, job.destination, error)
-                                   : FileTree::copy(job.source, job.destination, error);
-            if (ok)
-                result.finished.push_back(job);
-            else
-                result.failures << QFileInfo(job.source).fileName() + QStringLiteral(": ") + error;
+            const FileTree::Outcome outcome = moving ? FileTree::moveItem(job.source, job.destination)
+                                                     : FileTree::copyItem(job.source, job.destination);
+            // What arrived in part is finished too, so its undo step covers it.
+            if (outcome.arrived) result.finished.push_back(job);
+            result.failures << outcome.lines(NativePath::display(job.source.section(u'/', -1)));
         }
     }
     return result;

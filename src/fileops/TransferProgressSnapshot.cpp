@@ -1,6 +1,7 @@
 #include "fileops/TransferProgressSnapshot.h"
 
-#include <QFile>
+#include "platform/NativePath.h"
+
 #include <algorithm>
 #include <dirent.h>
 #include <fcntl.h>
@@ -11,7 +12,7 @@ namespace orvane {
 
 TransferProgressSnapshot::TransferProgressSnapshot(const TransferJobs& jobs) {
     for (const TransferJob& job : jobs) {
-        const QByteArray source = QFile::encodeName(job.source);
+        const QByteArray source = NativePath::encode(job.source);
         struct stat st;
         if (lstat(source.constData(), &st) != 0) continue; // unreadable now: it drops out of the weights
         add(S_ISREG(st.st_mode), st.st_size, job.destination);
@@ -27,7 +28,7 @@ TransferProgressSnapshot::TransferProgressSnapshot(const TransferJobs& jobs) {
 
 void TransferProgressSnapshot::add(bool regular, qint64 size, const QString& destination) {
     list.push_back({destination, regular ? std::max<qint64>(1, size) : 1, regular});
-    native.push_back(QFile::encodeName(destination));
+    native.push_back(NativePath::encode(destination));
 }
 
 // Takes over `folder`. Links are never entered, so a link is one item and its target is never weighed.
@@ -43,7 +44,7 @@ void TransferProgressSnapshot::addTree(int folder, const QString& destination) {
         if ((n[0] == '.' && (n[1] == 0 || (n[1] == '.' && n[2] == 0))) ||
             fstatat(dirfd(dir), n, &st, AT_SYMLINK_NOFOLLOW) != 0)
             continue;
-        const QString path = destination + u'/' + QFile::decodeName(n);
+        const QString path = destination + u'/' + NativePath::decode(n);
         add(S_ISREG(st.st_mode), st.st_size, path);
         if (S_ISDIR(st.st_mode)) {
             const int sub = openat(dirfd(dir), n, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);

@@ -2,8 +2,8 @@
 
 #include "fileops/FileTrash.h"
 #include "fileops/FileTree.h"
+#include "platform/NativePath.h"
 
-#include <QFileInfo>
 #include <memory>
 
 namespace orvane {
@@ -23,11 +23,15 @@ QStringList TransferResult::movedSources() const {
 }
 
 namespace {
+QString shownName(const QString& path) {
+    return NativePath::display(path.section(u'/', -1));
+}
+
 bool undoJob(const TransferJob& job, bool moving, const PathMoved& onMoved, QString& error) {
     QString text;
     if (moving) {
         if (!FileTree::move(job.destination, job.source, text)) {
-            error = QFileInfo(job.destination).fileName() + QStringLiteral(": ") + text;
+            error = shownName(job.destination) + QStringLiteral(": ") + text;
             return false;
         }
         if (onMoved) onMoved(job.destination, job.source);
@@ -35,7 +39,7 @@ bool undoJob(const TransferJob& job, bool moving, const PathMoved& onMoved, QStr
     }
     QString trashed;
     if (FileTrash::moveToTrash(job.destination, trashed, text)) return true;
-    error = QFileInfo(job.destination).fileName() + QStringLiteral(": ") + text;
+    error = shownName(job.destination) + QStringLiteral(": ") + text;
     return false;
 }
 } // namespace

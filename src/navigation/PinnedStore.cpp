@@ -1,9 +1,9 @@
 #include "navigation/PinnedStore.h"
 
 #include "browsing/NotificationCenter.h"
+#include "platform/NativePath.h"
 
 #include <QDir>
-#include <QFileInfo>
 #include <QSet>
 #include <QStandardPaths>
 
@@ -31,12 +31,12 @@ QUrl PinnedStore::canonical(const QUrl& url) {
     QString path = QDir::cleanPath(url.toLocalFile());
     QString rest;
     // Resolve the deepest part that exists and keep the remainder as written.
-    while (!path.isEmpty() && path != QLatin1String("/") && !QFileInfo::exists(path)) {
+    while (!path.isEmpty() && path != QLatin1String("/") && !NativePath::exists(path)) {
         const qsizetype slash = path.lastIndexOf(u'/');
         rest.prepend(path.mid(slash));
         path = slash <= 0 ? QStringLiteral("/") : path.left(slash);
     }
-    const QString resolved = QFileInfo(path).canonicalFilePath();
+    const QString resolved = NativePath::canonical(path);
     const QString base = resolved.isEmpty() ? path : resolved;
     return QUrl::fromLocalFile(QDir::cleanPath(base + rest));
 }
@@ -50,7 +50,10 @@ QString PinnedStore::identity(const QUrl& url) {
 }
 
 QString PinnedStore::storedForm(const QUrl& url) {
-    return isPhone(url) ? url.toString(QUrl::FullyEncoded) : url.toLocalFile();
+    if (isPhone(url)) return url.toString(QUrl::FullyEncoded);
+    // Preferences hold text; a path that is not UTF-8 is kept as a file URL of its exact bytes.
+    const QString path = url.toLocalFile();
+    return NativePath::holdsRawBytes(path) ? QString::fromLatin1(NativePath::encodedUrl(path)) : path;
 }
 
 int PinnedStore::indexOf(const QString& identityPath) const {
@@ -71,8 +74,9 @@ void PinnedStore::reload() {
         if (text.startsWith(QLatin1String("android://"))) {
             url = QUrl(text, QUrl::StrictMode);
             key = text;
-        } else if (text.startsWith(u'/')) {
-            url = canonical(QUrl::fromLocalFile(text));
+        } else if (text.startsWith(u'/') || text.startsWith(QLatin1String("file:"))) {
+            const QString path = text.startsWith(u'/') ? text : NativePath::fromEncodedUrl(text.toLatin1());
+            url = canonical(QUrl::fromLocalFile(path));
             key = url.path();
         }
         if (!url.isValid() || key.isEmpty() || seen.contains(key)) continue;
@@ -91,7 +95,7 @@ bool PinnedStore::pin(const QUrl& url) {
     QUrl stored = url;
     if (!isPhone(url)) {
         stored = canonical(url);
-        if (!QFileInfo(stored.toLocalFile()).isDir()) return false;
+        if (!NativePath::isDir(stored.toLocalFile())) return false;
     }
     reload();
     if (contains(stored)) return false;

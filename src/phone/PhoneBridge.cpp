@@ -20,8 +20,16 @@ struct Request {
     PhoneBridge::Done done;
     QString executable;
     std::chrono::milliseconds limit{0};
+    std::chrono::milliseconds stall{0};
     bool restart = false;
 };
+
+// How long a transfer may go without progress before it counts as hung. Tests shorten it.
+std::chrono::milliseconds stallLimit() {
+    bool set = false;
+    const int ms = qEnvironmentVariableIntValue("ORVANE_TRANSFER_STALL_MS", &set);
+    return std::chrono::milliseconds(set && ms > 0 ? ms : 60000);
+}
 
 void onMainThread(std::function<void()> call) {
     if (QCoreApplication* app = QCoreApplication::instance())
@@ -62,6 +70,7 @@ void BridgeQueue::submit(Request request) {
     std::lock_guard lock(mutex);
     request.executable = executable.isEmpty() ? PhoneBridge::defaultExecutable() : executable;
     request.limit = limit;
+    request.stall = stallLimit();
     pending.push_back(std::move(request));
     if (!started) {
         started = true;
@@ -117,12 +126,13 @@ PhoneReply BridgeQueue::serve(const Request& request) {
     return reply;
 }
 
-// The watchdog is one limit for the whole request; transfers run as long as they take.
+// The watchdog is one limit for the whole request. Transfers run as long as they take while they move;
+// one that sends no progress for the stall limit is hung, and ending the bridge ends it.
 bool BridgeQueue::exchange(const Request& request, PhoneReply& reply) {
     const QString verb = request.args.value(0);
-    BridgeProcess::Deadline deadline;
-    if (verb != QLatin1String("get") && verb != QLatin1String("put"))
-        deadline = std::chrono::steady_clock::now() + request.limit;
+    const bool transfer = verb == QLatin1String("get") || verb == QLatin1String("put");
+    BridgeProcess::Deadline deadline =
+        std::chrono::steady_clock::now() + (transfer ? request.stall : request.limit);
     QByteArray line = QJsonDocument(QJsonArray::fromStringList(request.args)).toJson(QJsonDocument::Compact);
     line.append('\n');
     if (!process->write(line)) return false;
@@ -135,6 +145,7 @@ bool BridgeQueue::exchange(const Request& request, PhoneReply& reply) {
             reply = std::move(*decoded);
             return true;
         }
+        if (transfer) deadline = std::chrono::steady_clock::now() + request.stall;
         if (request.progress)
             onMainThread(
                 [progress = request.progress, fraction = *decoded->progress] { progress(fraction); });

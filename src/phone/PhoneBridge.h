@@ -11,7 +11,8 @@ namespace orvane {
 // The one road to the phone. Requests from every window run one at a time, in call order, on the
 // serial worker "Belcove.MTP", against one long-lived `mtp-bridge --serve` child. Any transport
 // failure (no bridge, broken pipe, end of file, bad JSON, watchdog) ends the child and reaches the
-// caller as the single unavailable text; the next request starts a new bridge.
+// caller as the single unavailable text; the next request starts a new bridge. A "get" or "put" has no
+// overall limit but ends the same way after 60 s without progress (ORVANE_TRANSFER_STALL_MS).
 class PhoneBridge {
 public:
     using Progress = std::function<void(double fraction)>;

@@ -1,6 +1,7 @@
 #include "platform/LinuxPlatform.h"
 
-#include <QFile>
+#include "platform/NativePath.h"
+
 #include <cerrno>
 #include <cstring>
 #include <dirent.h>
@@ -40,7 +41,7 @@ bool statItem(int dirfd, const char* name, RawItem& out) {
 
 bool LinuxPlatform::listFolder(const QString& path, bool includeHidden, const ItemSink& sink,
                                QString& error) const {
-    const QByteArray native = QFile::encodeName(path);
+    const QByteArray native = NativePath::encode(path);
     DIR* dir = opendir(native.constData());
     if (!dir) {
         error = QString::fromLocal8Bit(strerror(errno));
@@ -53,7 +54,7 @@ bool LinuxPlatform::listFolder(const QString& path, bool includeHidden, const It
         const bool hidden = n[0] == '.';
         if (hidden && !includeHidden) continue;
         RawItem item;
-        item.name = QFile::decodeName(n);
+        item.name = NativePath::decode(n);
         item.hidden = hidden;
         statItem(fd, n, item);
         sink(std::move(item));
@@ -63,7 +64,7 @@ bool LinuxPlatform::listFolder(const QString& path, bool includeHidden, const It
 }
 
 bool LinuxPlatform::readItem(const QString& path, RawItem& out) const {
-    const QByteArray native = QFile::encodeName(path);
+    const QByteArray native = NativePath::encode(path);
     out.name = path.section(u'/', -1);
     out.hidden = out.name.startsWith(u'.');
     return statItem(AT_FDCWD, native.constData(), out);

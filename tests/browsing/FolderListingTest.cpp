@@ -93,6 +93,21 @@ private slots:
         QVERIFY(!entries.front().directory);
     }
 
+    // Shown with U+FFFD, held by the exact bytes, also inside a folder whose own name is not UTF-8.
+    void namesThatAreNotUtf8() {
+        TempTree tree;
+        const QString inner = tree.rawFile("d\xFE/bad\xFF.txt", "12345");
+        std::vector<Entry> entries;
+        QString error;
+        QVERIFY(FolderListing::read(inner.section(u'/', 0, -2), false, {}, entries, error));
+        QCOMPARE(entries.size(), size_t(1));
+        QCOMPARE(entries.front().location, inner);
+        QCOMPARE(entries.front().name(), QString("bad\uFFFD.txt"));
+        QCOMPARE(entries.front().size, qint64(5));
+        QCOMPARE(Entry::fromPath(inner).size, qint64(5));
+        QCOMPARE(folderName(QUrl::fromLocalFile(inner.section(u'/', 0, -2))), QString("d\uFFFD"));
+    }
+
     void entryOfAMissingItemNeverFails() {
         const Entry e = Entry::fromPath(QStringLiteral("/nonexistent/file.txt"));
         QCOMPARE(e.kind, QStringLiteral("File"));

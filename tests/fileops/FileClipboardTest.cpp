@@ -1,4 +1,5 @@
 #include "fileops/FileClipboard.h"
+#include "platform/NativePath.h"
 #include "support/TestEnvironment.h"
 
 #include <QClipboard>
@@ -32,6 +33,7 @@ private slots:
     void foreignCutMarksPasteAsMove();
     void onlyFileUrlsArePasted();
     void copyPathText();
+    void namesThatAreNotUtf8();
 };
 
 void FileClipboardTest::copyIsNoCut() {
@@ -125,6 +127,24 @@ void FileClipboardTest::copyPathText() {
     clip.copyPaths({"/tmp/a.txt"});
     QCOMPARE(QGuiApplication::clipboard()->text(), QString("\"/tmp/a.txt\""));
     QVERIFY(!clip.pasteMoves()); // copying a path is a clipboard write like any other
+}
+
+// The uri-list carries the bytes percent-encoded exactly; what comes back is the same path, whoever wrote it.
+void FileClipboardTest::namesThatAreNotUtf8() {
+    const QString stray = NativePath::decode(QByteArray("/tmp/bad\xFF.txt"));
+    const QString lookalike = NativePath::decode(QByteArray("/tmp/bad\xEF\xBF\xBD.txt"));
+    FileClipboard& clip = FileClipboard::shared();
+    clip.setClipboard(files({stray, lookalike}), true);
+    QCOMPARE(board()->data("text/uri-list"),
+             QByteArray("file:///tmp/bad%FF.txt\r\nfile:///tmp/bad%EF%BF%BD.txt\r\n"));
+    QCOMPARE(board()->data(FileClipboard::gnomeFormat()),
+             QByteArray("cut\nfile:///tmp/bad%FF.txt\nfile:///tmp/bad%EF%BF%BD.txt"));
+    QCOMPARE(clip.fileUrls(), files({stray, lookalike}));
+    QVERIFY(clip.isCut(QUrl::fromLocalFile(stray)));
+    auto* foreign = new QMimeData;
+    foreign->setData("text/uri-list", "# from another program\r\nfile:///tmp/bad%FF.txt\r\n");
+    QGuiApplication::clipboard()->setMimeData(foreign);
+    QCOMPARE(clip.fileUrls(), files({stray}));
 }
 
 ORVANE_TEST_MAIN(FileClipboardTest)

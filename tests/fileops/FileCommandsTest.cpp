@@ -1,6 +1,7 @@
 #include "fileops/FileCommands.h"
 #include "fileops/FileTrash.h"
 #include "fileops/PermanentDelete.h"
+#include "platform/NativePath.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 
@@ -42,6 +43,8 @@ private slots:
     void trashAndUndoLeaveNoGhost();
     void trashUndoRefusesToReplace();
     void permanentDelete();
+    void namesThatAreNotUtf8_data();
+    void namesThatAreNotUtf8();
 };
 
 void FileCommandsTest::newFolderTakesNextFreeName() {
@@ -185,6 +188,43 @@ void FileCommandsTest::permanentDelete() {
     QCOMPARE(result->statusText(), QString("2 items permanently deleted"));
     QVERIFY(!QFileInfo::exists(tree.path("tree")) && !QFileInfo::exists(single));
     QCOMPARE(contents(keep), QByteArray("k")); // a link is removed, never what it points to
+}
+
+void FileCommandsTest::namesThatAreNotUtf8_data() {
+    QTest::addColumn<QString>("command");
+    QTest::newRow("rename") << "rename";
+    QTest::newRow("rename, name left as shown") << "unchanged";
+    QTest::newRow("trash") << "trash";
+    QTest::newRow("delete") << "delete";
+}
+
+// Beside a name with a stray byte lies one with a real U+FFFD: only the named one may change.
+void FileCommandsTest::namesThatAreNotUtf8() {
+    QFETCH(QString, command);
+    TempTree tree;
+    const QString stray = tree.rawFile("bad\xFF.txt", "stray");
+    const QString lookalike = tree.rawFile("bad\xEF\xBF\xBD.txt", "lookalike");
+    FileUndo undo;
+    QString error;
+    if (command == "rename" || command == "unchanged") {
+        const QString name = command == "rename" ? "good.txt" : NativePath::display("bad\xFF.txt");
+        const FileCommandResult result = FileCommands::rename(stray, NativePath::display(name));
+        QVERIFY2(result.ok, qPrintable(result.detail));
+        QCOMPARE(TempTree::contents(result.path), QByteArray("stray"));
+        undo = result.undo;
+    } else if (command == "trash") {
+        const FileTrash::Batch batch = FileTrash::trash({stray});
+        QVERIFY2(batch.failures.isEmpty(), qPrintable(batch.failures.join('\n')));
+        undo = FileTrash::undoStep(batch.items);
+    } else {
+        const PermanentDelete::Result result = PermanentDelete::run({stray});
+        QCOMPARE(result.deleted, 1);
+    }
+    QCOMPARE(TempTree::present(stray), command == "unchanged");
+    QCOMPARE(TempTree::contents(lookalike), QByteArray("lookalike"));
+    if (undo) QVERIFY2(undo(error), qPrintable(error));
+    if (command != "delete") QCOMPARE(TempTree::contents(stray), QByteArray("stray"));
+    QCOMPARE(TempTree::contents(lookalike), QByteArray("lookalike"));
 }
 
 ORVANE_TEST_MAIN(FileCommandsTest)

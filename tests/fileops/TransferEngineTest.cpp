@@ -1,4 +1,7 @@
 #include "fileops/TransferEngine.h"
+#include "browsing/FolderListing.h"
+#include "platform/NativePath.h"
+#include "support/FatMount.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 
@@ -83,6 +86,20 @@ QString makeSocket(const QString& path) {
     return ok ? path : QString();
 }
 
+// The path the listing gives for the one item whose name ends in these bytes, as a window would hold it.
+QString listed(const QString& folder, const QByteArray& tail) {
+    std::vector<Entry> entries;
+    QString error;
+    FolderListing::read(folder, true, {}, entries, error);
+    for (const Entry& e : entries)
+        if (NativePath::encode(e.location).endsWith(tail)) return e.location;
+    return {};
+}
+
+QString raw(const QString& folder, const QByteArray& name) {
+    return folder + u'/' + NativePath::decode(name);
+}
+
 } // namespace
 
 class TransferEngineTest : public QObject {
@@ -131,6 +148,71 @@ private slots:
         QCOMPARE(contents(source), QByteArray("text"));
         QVERIFY(!present(landed));
         QCOMPARE(followed, QStringList({landed, source}));
+    }
+
+    void namesThatAreNotUtf8_data() {
+        QTest::addColumn<bool>("moving");
+        QTest::newRow("copy") << false;
+        QTest::newRow("move") << true;
+    }
+    // A stray byte and a real U+FFFD look the same on screen; each must still be acted on by its own bytes.
+    void namesThatAreNotUtf8() {
+        QFETCH(bool, moving);
+        TempTree tree;
+        tree.rawFile("src/bad\xFF.txt", "stray");
+        tree.rawFile("src/bad\xEF\xBF\xBD.txt", "lookalike");
+        tree.rawFile("src/dir\xFE/inner\xFF", "deep");
+        const QString stray = listed(tree.path("src"), "bad\xFF.txt");
+        const QString dir = listed(tree.path("src"), "dir\xFE");
+        QVERIFY(!stray.isEmpty() && !dir.isEmpty());
+        const QString target = tree.folder("target");
+        const TransferResult result = transfer({stray, dir}, moving, target);
+        QVERIFY2(result.failures.isEmpty(), qPrintable(result.failureDetail()));
+        QCOMPARE(TempTree::contents(raw(target, "bad\xFF.txt")), QByteArray("stray"));
+        QCOMPARE(TempTree::contents(raw(target, "dir\xFE/inner\xFF")), QByteArray("deep"));
+        QVERIFY(!TempTree::present(raw(target, "bad\xEF\xBF\xBD.txt")));
+        QCOMPARE(TempTree::present(stray), !moving);
+        QVERIFY(undo(result));
+        QVERIFY(!TempTree::present(raw(target, "bad\xFF.txt")));
+        QCOMPARE(TempTree::contents(stray), QByteArray("stray"));
+        QCOMPARE(TempTree::contents(raw(tree.path("src"), "bad\xEF\xBF\xBD.txt")), QByteArray("lookalike"));
+    }
+
+    void ontoFat_data() {
+        QTest::addColumn<bool>("fromStick");
+        QTest::addColumn<bool>("moving");
+        QTest::newRow("copy from disk") << false << false;
+        QTest::newRow("move from disk") << false << true;
+        QTest::newRow("copy on the stick") << true << false;
+        QTest::newRow("move on the stick") << true << true;
+    }
+    // FAT holds no modes and no links, and answers a no-replace rename with EINVAL: the data must still
+    // arrive, and a name taken on the stick must still get a free one.
+    void ontoFat() {
+        QFETCH(bool, fromStick);
+        QFETCH(bool, moving);
+        test::FatMount fat;
+        ORVANE_REQUIRE_FAT(fat);
+        TempTree tree;
+        const QString base = fromStick ? fat.path("pack") : tree.path("pack");
+        const QString doc = TempTree::writeFile(base + "/doc.txt", "doc");
+        QStringList sources{doc};
+        if (!fromStick) { // fusefat loses what a folder renamed on it holds, so folders come from the disk
+            QVERIFY(chmod(QFile::encodeName(doc).constData(), 0640) == 0);
+            TempTree::writeFile(base + "/sub/deep.txt", "deep");
+            sources << base + "/sub";
+        }
+        const QString target = fat.path("target");
+        TempTree::writeFile(target + "/doc.txt", "theirs");
+        const TransferResult result = transfer(sources, moving, target);
+        QVERIFY2(result.failures.isEmpty(), qPrintable(result.failureDetail()));
+        QCOMPARE(TempTree::contents(target + "/doc - Copy.txt"), QByteArray("doc"));
+        QCOMPARE(TempTree::contents(target + "/doc.txt"), QByteArray("theirs"));
+        if (!fromStick) QCOMPARE(TempTree::contents(target + "/sub/deep.txt"), QByteArray("deep"));
+        QCOMPARE(TempTree::present(doc), !moving);
+        QVERIFY(undo(result));
+        QCOMPARE(TempTree::contents(doc), QByteArray("doc"));
+        QVERIFY(!TempTree::present(target + "/doc - Copy.txt"));
     }
 
     void folderCopiedWithLinksModesAndTimes() {

@@ -4,6 +4,7 @@
 #include "browsing/NotificationCenter.h"
 #include "browsing/WindowCommands.h"
 #include "navigation/PlacesList.h"
+#include "platform/NativePath.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 
@@ -161,6 +162,21 @@ private slots:
         QVERIFY(s->contains(local(tree->path("Renamed/Assets"))));
         QVERIFY(!s->contains(local(tree->path("Project"))));
         QVERIFY(!s->replace(local(tree->path("Unrelated")), local(tree->path("A"))));
+    }
+
+    // A pin is kept by its exact bytes across a reload from the preferences file and a rename.
+    void namesThatAreNotUtf8() {
+        QSettings(settingsFile, QSettings::IniFormat).setValue(PinnedStore::defaultsKey, QStringList());
+        const QString stray = tree->rawFile("pin\xFF/x").section(u'/', 0, -2);
+        const QString lookalike = tree->rawFile("pin\xEF\xBF\xBD/x").section(u'/', 0, -2);
+        QVERIFY(store()->pin(local(stray)));
+        auto s = store();
+        QCOMPARE(s->urls(), QList<QUrl>{local(stray)});
+        QVERIFY(s->contains(local(stray)) && !s->contains(local(lookalike)));
+        const QString moved = NativePath::decode(NativePath::encode(stray) + "\xFE");
+        QVERIFY(::rename(NativePath::encode(stray).constData(), NativePath::encode(moved).constData()) == 0);
+        QVERIFY(s->replace(local(stray), local(moved)));
+        QCOMPARE(store()->urls(), QList<QUrl>{local(moved)});
     }
 
     void deletedFoldersStayAndCanBeRemoved() {

@@ -38,12 +38,17 @@ inline Outcome call(const QStringList& args, int timeoutMs = 20000) {
     return *outcome;
 }
 
-inline const QStringList faultVariables = {
-    QStringLiteral("MTP_BRIDGE_DELAY_MS"),    QStringLiteral("MTP_BRIDGE_HANG_ON"),
-    QStringLiteral("MTP_BRIDGE_EXIT_AFTER"),  QStringLiteral("MTP_BRIDGE_GARBLE"),
-    QStringLiteral("MTP_BRIDGE_EMPTY_REPLY"), QStringLiteral("MTP_BRIDGE_CUT_AFTER_PROGRESS"),
-    QStringLiteral("MTP_BRIDGE_EXTRA_KEYS"),  QStringLiteral("MTP_BRIDGE_NULL_PROGRESS"),
-    QStringLiteral("MTP_BRIDGE_ECHO")};
+inline const QStringList faultVariables = {QStringLiteral("MTP_BRIDGE_DELAY_MS"),
+                                           QStringLiteral("MTP_BRIDGE_HANG_ON"),
+                                           QStringLiteral("MTP_BRIDGE_EXIT_AFTER"),
+                                           QStringLiteral("MTP_BRIDGE_GARBLE"),
+                                           QStringLiteral("MTP_BRIDGE_EMPTY_REPLY"),
+                                           QStringLiteral("MTP_BRIDGE_CUT_AFTER_PROGRESS"),
+                                           QStringLiteral("MTP_BRIDGE_EXTRA_KEYS"),
+                                           QStringLiteral("MTP_BRIDGE_NULL_PROGRESS"),
+                                           QStringLiteral("MTP_BRIDGE_ECHO"),
+                                           QStringLiteral("MTP_BRIDGE_STALL_MID_TRANSFER"),
+                                           QStringLiteral("MTP_BRIDGE_DIE_MID_TRANSFER")};
 
 // Points the next bridge at a simulated phone in `folder` with the given faults, and makes sure
 // the next request starts that bridge afresh.

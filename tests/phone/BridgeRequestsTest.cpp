@@ -236,6 +236,20 @@ private slots:
         QCOMPARE(liveBridges(), before);
     }
 
+    // A request line with no end in sight is refused without being kept, so it cannot grow the bridge.
+    void overlongRequestLinesAreRefused() {
+        QVERIFY(!call({QStringLiteral("scan")}).reply.error);
+        const Outcome refused = call({QString(64 << 20, u'x')});
+        QCOMPARE(refused.reply.error, std::optional<QString>(QStringLiteral("Bad request.")));
+        QCOMPARE(liveBridges().size(), 1);
+        QFile status(QStringLiteral("/proc/%1/status").arg(liveBridges().value(0)));
+        QVERIFY(status.open(QIODevice::ReadOnly));
+        const QString peak =
+            QString::fromLatin1(status.readAll()).section(QStringLiteral("VmHWM:"), 1).section(u'\n', 0, 0);
+        QVERIFY2(peak.trimmed().section(u' ', 0, 0).toLongLong() < 48 * 1024, qPrintable(peak)); // in KiB
+        QVERIFY(!call({QStringLiteral("scan")}).reply.error);
+    }
+
     void aLockedOrAbsentPhoneIsAnErrorNotAnEmptyList() {
         TempTree locked;
         simulate(locked.path());

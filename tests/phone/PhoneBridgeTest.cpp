@@ -4,6 +4,7 @@
 #include "support/TestEnvironment.h"
 
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QStandardPaths>
 
 using namespace orvane;
@@ -148,6 +149,46 @@ private slots:
             QCOMPARE(order[i], QString::number(i));
         QCOMPARE(echoed[0], QStringLiteral("[]"));
         QCOMPARE(echoed[2], QStringLiteral("[\"info\",\"2\"]"));
+    }
+
+    void transfersCutOffLeaveNothingBehind_data() {
+        QTest::addColumn<QString>("verb");
+        QTest::addColumn<QString>("fault");
+        QTest::newRow("get from a hung phone") << "get"
+                                               << "MTP_BRIDGE_STALL_MID_TRANSFER";
+        QTest::newRow("get when the bridge dies") << "get"
+                                                  << "MTP_BRIDGE_DIE_MID_TRANSFER";
+        QTest::newRow("put to a hung phone") << "put"
+                                             << "MTP_BRIDGE_STALL_MID_TRANSFER";
+    }
+    // A hung phone is given up once nothing has moved for the stall limit. What was cut off leaves
+    // nothing at the destination, on either side, so the same transfer can simply be tried again.
+    void transfersCutOffLeaveNothingBehind() {
+        QFETCH(QString, verb);
+        QFETCH(QString, fault);
+        const QByteArray content = pattern(12 << 20, 7);
+        phone->file(QStringLiteral("Internal storage/big.bin"), content);
+        TempTree local;
+        const QString sent = local.file(QStringLiteral("out/sent.bin"), content);
+        qputenv("ORVANE_TRANSFER_STALL_MS", "400");
+        start({{fault, QStringLiteral("1")}});
+        // Handles belong to one bridge: each new one lists again.
+        const auto request = [&] {
+            const QString id = QString::number(findNamed(call({storage, root}).reply, "big.bin")->id);
+            return verb == "get" ? QStringList{verb, id, local.path("big.bin")}
+                                 : QStringList{verb, storage, root, sent};
+        };
+        QVERIFY(unavailable(call(request())));
+        qunsetenv("ORVANE_TRANSFER_STALL_MS");
+        QVERIFY(liveBridges().isEmpty());
+        QCOMPARE(QDir(local.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+                 QStringList{"out"});
+        QVERIFY(!QFileInfo::exists(phone->path(QStringLiteral("Internal storage/sent.bin"))));
+        start();
+        const Outcome again = call(request());
+        QVERIFY2(!again.reply.error, qPrintable(again.reply.error.value_or(QString())));
+        QVERIFY(readAll(verb == "get" ? local.path("big.bin") : phone->path("Internal storage/sent.bin")) ==
+                content);
     }
 
     void numbersTravelAsDecimalStrings() {

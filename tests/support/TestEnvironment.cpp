@@ -1,5 +1,7 @@
 #include "TestEnvironment.h"
 
+#include "fileops/FileTree.h"
+
 #include <QDir>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -7,11 +9,22 @@
 
 namespace orvane::test {
 
+namespace {
+// Removed by the exact bytes at exit, since the Trash in it may hold names that are not UTF-8.
+struct Root {
+    QTemporaryDir dir{QDir::tempPath() + QStringLiteral("/orvane-test-XXXXXX")};
+    ~Root() {
+        QString ignored;
+        FileTree::remove(dir.path(), ignored);
+    }
+};
+} // namespace
+
 void prepareEnvironment() {
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     // Lives for the whole process; removed at exit by its destructor.
-    static QTemporaryDir root(QDir::tempPath() + QStringLiteral("/orvane-test-XXXXXX"));
-    const QString base = root.path();
+    static Root root;
+    const QString base = root.dir.path();
     const struct {
         const char* name;
         const char* sub;

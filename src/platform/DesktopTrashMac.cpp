@@ -1,0 +1,20 @@
+#include "platform/DesktopTrash.h"
+
+#include <QFile>
+
+namespace orvane {
+
+// Names on a Mac are always UTF-8, so Qt's own path text is exact there.
+bool DesktopTrash::moveIn(const QString& path, QString& trashed, QString& error) {
+    QFile file(path);
+    if (!file.moveToTrash()) {
+        error = file.errorString();
+        return false;
+    }
+    trashed = file.fileName();
+    return true;
+}
+
+void DesktopTrash::forget(const QString&) {}
+
+} // namespace orvane
