@@ -7,6 +7,7 @@
 #include "views/ExplorerHeaderView.h"
 #include "views/ExplorerRowDelegate.h"
 
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QCursor>
 #include <QHeaderView>
@@ -390,6 +391,22 @@ void FileTable::scrollContentsBy(int dx, int dy) {
     if (dy != 0) scheduleHoverRefresh();
 }
 
+bool FileTable::selectionEmphasised() const {
+    const QWidget* focus = QApplication::focusWidget();
+    return isActiveWindow() && focus && (focus == this || isAncestorOf(focus));
+}
+
+// The selection shows whether the keys act on it.
+void FileTable::focusInEvent(QFocusEvent* event) {
+    QTableView::focusInEvent(event);
+    viewport()->update();
+}
+
+void FileTable::focusOutEvent(QFocusEvent* event) {
+    QTableView::focusOutEvent(event);
+    viewport()->update();
+}
+
 void FileTable::changeEvent(QEvent* event) {
     QTableView::changeEvent(event);
     if (event->type() == QEvent::ActivationChange) viewport()->update();
@@ -419,7 +436,7 @@ void FileTable::paintRows(const QRect& area) {
     if (last < 0) last = model()->rowCount() - 1;
     QPainter painter(viewport());
     ExplorerRowDelegate::RowState state;
-    state.emphasised = isActiveWindow();
+    state.emphasised = selectionEmphasised();
     const std::optional<int> focusRow = keyboardFocusRow();
     for (int row = first; row <= last; ++row) {
         state.selected = selectionModel()->isRowSelected(row, QModelIndex());
