@@ -11,6 +11,7 @@
 #include "browsing/WindowCommands.h"
 #include "browsing/WindowListing.h"
 #include "browsing/WindowPlugins.h"
+#include "chrome/ExplorerAlert.h"
 #include "chrome/ExplorerChrome.h"
 #include "chrome/ExplorerTabStrip.h"
 #include "fileops/ExplorerFileOps.h"
@@ -23,7 +24,6 @@
 #include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QToolButton>
 
 namespace orvane {
@@ -289,12 +289,7 @@ void Explorer::focusFileList() {
 // ---------------------------------------------------------------- reports
 
 void Explorer::showError(const QString& title, const QString& detail) {
-    auto* box = new QMessageBox(QMessageBox::Warning, title, title, QMessageBox::Ok, this);
-    box->setInformativeText(detail);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setWindowModality(Qt::WindowModal);
-    alert = box;
-    box->open();
+    alert = ExplorerAlert::showError(this, title, detail);
 }
 
 void Explorer::setStatus(const QString& text) {

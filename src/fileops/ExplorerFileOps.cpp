@@ -7,6 +7,8 @@
 #include "browsing/Palette.h"
 #include "browsing/Preferences.h"
 #include "browsing/WindowCommands.h"
+#include "chrome/AuxiliaryStyle.h"
+#include "chrome/ExplorerAlert.h"
 #include "chrome/ExplorerChrome.h"
 #include "chrome/TransferProgressEdge.h"
 #include "fileops/FileClipboard.h"
@@ -22,8 +24,6 @@
 #include <QInputDialog>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QStyleHints>
 
 namespace orvane {
@@ -232,6 +232,7 @@ void ExplorerFileOps::newTextDocument() {
 
 QString ExplorerFileOps::askName(const QString& title, const QString& initial) {
     QInputDialog dialog(&w);
+    AuxiliaryStyle::apply(&dialog);
     dialog.setWindowTitle(title);
     dialog.setLabelText(title);
     dialog.setTextValue(initial);
@@ -368,17 +369,9 @@ bool ExplorerFileOps::eventFilter(QObject* watched, QEvent* event) {
 
 bool ExplorerFileOps::confirm(const QString& message, const QString& info, const QString& accept,
                               bool critical) {
-    QMessageBox box(critical ? QMessageBox::Critical : QMessageBox::Question, message, message,
-                    QMessageBox::NoButton, &w);
-    box.setInformativeText(info);
-    QPushButton* yes =
-        box.addButton(accept, critical ? QMessageBox::DestructiveRole : QMessageBox::AcceptRole);
-    QPushButton* no = box.addButton(QStringLiteral("Cancel"), QMessageBox::RejectRole);
-    // Return must never delete anything: the safe answer is the default.
-    box.setDefaultButton(critical ? no : yes);
-    box.setEscapeButton(no);
-    box.exec();
-    return box.clickedButton() == yes;
+    return ExplorerAlert::confirm(&w,
+                                  critical ? ExplorerAlert::Kind::Destructive : ExplorerAlert::Kind::Question,
+                                  message, info, accept, QStringLiteral("trash"));
 }
 
 void ExplorerFileOps::trashAction() {
