@@ -24,6 +24,7 @@
 #include <QInputDialog>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QStyleHints>
 
 namespace orvane {
@@ -264,7 +265,18 @@ QRect ExplorerFileOps::renamePlacement(int row) const {
     return QRect(cell.left(), cell.center().y() - 12, cell.width(), 24);
 }
 
-void ExplorerFileOps::beginInlineRename() {
+// A refused name is not lost: once the alert is read, the editor is back on the item with the typed text.
+void ExplorerFileOps::reopenAfterAlert(const QUrl& item, const QString& typed) {
+    QMessageBox* alert = w.lastAlert();
+    if (!alert) return;
+    connect(alert, &QDialog::finished, this, [this, item, typed] {
+        w.selectURL(item);
+        const std::vector<Entry> chosen = w.selected();
+        if (chosen.size() == 1 && chosen.front().url() == item) beginInlineRename(typed);
+    });
+}
+
+void ExplorerFileOps::beginInlineRename(const QString& text) {
     cancelPendingRename();
     const QModelIndexList rows = w.table()->selectionModel()->selectedRows();
     if (w.busy() || rows.size() != 1) return;
@@ -273,7 +285,8 @@ void ExplorerFileOps::beginInlineRename() {
     if (!place.isValid()) return;
     finishInlineRename(false);
     const Entry& entry = w.entries()[size_t(row)];
-    auto* field = new QLineEdit(entry.name(), w.table()->viewport());
+    const QString shown = text.isEmpty() ? entry.name() : text;
+    auto* field = new QLineEdit(shown, w.table()->viewport());
     field->setObjectName(QStringLiteral("renameEditor"));
     field->setGeometry(place);
     field->setAccessibleName(QStringLiteral("Rename ") + entry.name());
@@ -284,7 +297,7 @@ void ExplorerFileOps::beginInlineRename() {
     emit w.events().editingChanged(true);
     field->show();
     field->setFocus();
-    const TextRange stem = filenameStemRange(entry.name(), entry.directory);
+    const TextRange stem = filenameStemRange(shown, entry.directory);
     field->setSelection(int(stem.start), int(stem.length));
 }
 
@@ -296,15 +309,18 @@ void ExplorerFileOps::finishInlineRename(bool commit) {
         if (name.isEmpty()) name = oldName;
         QLineEdit* field = editor;
         editor.clear();
-
         renameURL.clear();
         field->removeEventFilter(this);
+        // The table takes the focus before the editor goes: a focused widget that hides hands the
+        // focus on as a Tab press to the table, which moves the selection to another item.
+        if (field->hasFocus()) w.focusFileList();
         field->deleteLater();
         field->hide();
         if (commit && name != oldName) {
             const FileCommandResult done = FileCommands::rename(path, name, followPin);
             if (!done.ok) {
                 w.showError(done.title, done.detail);
+                reopenAfterAlert(QUrl::fromLocalFile(path), name);
             } else {
                 adopt(done.undo);
                 followPin(path, done.path);
@@ -338,10 +354,14 @@ void ExplorerFileOps::pointerPressed(QMouseEvent* event) {
 }
 
 bool ExplorerFileOps::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == editor && event->type() == QEvent::KeyPress &&
-        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
-        finishInlineRename(false);
-        return true;
+    // The keys that end an edit end there: a line edit lets Return travel on to its parents, and
+    // the table would take it for Rename and open the editor again.
+    if (watched == editor && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Escape || key == Qt::Key_Return || key == Qt::Key_Enter) {
+            finishInlineRename(key != Qt::Key_Escape);
+            return true;
+        }
     }
     // Only pointer events reach the window below; hide and show events also come while it is torn down.
     if (watched != viewport) return false;

@@ -45,6 +45,8 @@ FileTable::FileTable(QWidget* parent)
     setWordWrap(false);
     setAlternatingRowColors(false);
     setEditTriggers(NoEditTriggers);
+    // Tab leaves the list; walking its cells would move the selection from item to item.
+    setTabKeyNavigation(false);
     setFrameShape(QFrame::NoFrame);
     setMouseTracking(true);
     setHorizontalScrollMode(ScrollPerPixel);
