@@ -457,6 +457,23 @@ private slots:
         QVERIFY(!FileClipboard::shared().cutHolds());
     }
 
+    // Escape in the search field clears it, as the guide says; a second one goes back to the files.
+    void escapeInTheSearchFieldClearsIt() {
+        QVERIFY(press(w, keys::F, primary));
+        QLineEdit* search = w->widgets().searchField;
+        QCOMPARE(w->focusWidget(), search);
+        typeText(w, QStringLiteral("a.t"));
+        QCOMPARE(search->text(), QStringLiteral("a.t"));
+        QCOMPARE(w->entries().size(), size_t(1));
+        QVERIFY(press(w, keys::Escape));
+        QVERIFY(search->text().isEmpty());
+        QVERIFY(w->tabs.current().query.isEmpty());
+        QCOMPARE(w->entries().size(), size_t(7));
+        QCOMPARE(w->focusWidget(), search);
+        QVERIFY(press(w, keys::Escape));
+        QCOMPARE(w->focusWidget(), w->table());
+    }
+
     void paneAndWindowToggles() {
         QVERIFY(press(w, keys::P, alt));
         QVERIFY(w->chrome().previewVisible);
