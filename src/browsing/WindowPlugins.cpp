@@ -1,6 +1,7 @@
 #include "browsing/WindowPlugins.h"
 
 #include "browsing/Explorer.h"
+#include "browsing/PointerNavigation.h"
 #include "navigation/PlacesList.h"
 #include "phone/PhonePlaceholder.h"
 
@@ -8,6 +9,7 @@ namespace orvane {
 
 void WindowPlugins::attach(Explorer& window) {
     new PlacesList(window);
+    new PointerNavigation(window);
     window.addContent(new PhonePlaceholder(window));
 }
 

@@ -21,6 +21,8 @@
 #include "views/FileTable.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QInputDialog>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -173,9 +175,20 @@ void ExplorerFileOps::finishTransfer(const TransferResult& result) {
         fileUndo = result.undo(followPin);
     }
     w.refresh();
+    selectArrived(result);
     w.setStatus(result.statusText());
     if (!result.failures.isEmpty()) w.showError(TransferResult::failureTitle(), result.failureDetail());
     emit jobFinished();
+}
+
+// What a paste brought into the folder on show ends up selected, as in every file manager.
+void ExplorerFileOps::selectArrived(const TransferResult& result) {
+    QList<QUrl> arrived;
+    const QString here = QDir::cleanPath(w.current().toLocalFile());
+    for (const TransferJob& job : result.finished)
+        if (w.current().isLocalFile() && QFileInfo(job.destination).path() == here)
+            arrived << QUrl::fromLocalFile(job.destination);
+    if (!arrived.isEmpty()) w.selectWhenListed(arrived);
 }
 
 void ExplorerFileOps::adopt(const FileUndo& step) {
@@ -213,8 +226,7 @@ void ExplorerFileOps::newFolder() {
     adopt(made.undo);
     w.commands().run(QStringLiteral("clearSearch"));
     w.refresh();
-    w.selectURL(QUrl::fromLocalFile(made.path));
-    beginInlineRename();
+    w.selectWhenListed({QUrl::fromLocalFile(made.path)}, [this] { beginInlineRename(); });
 }
 
 void ExplorerFileOps::newTextDocument() {
@@ -228,7 +240,7 @@ void ExplorerFileOps::newTextDocument() {
     }
     adopt(made.undo);
     w.refresh();
-    w.selectURL(QUrl::fromLocalFile(made.path));
+    w.selectWhenListed({QUrl::fromLocalFile(made.path)});
 }
 
 QString ExplorerFileOps::askName(const QString& title, const QString& initial) {
@@ -325,7 +337,7 @@ void ExplorerFileOps::finishInlineRename(bool commit) {
                 adopt(done.undo);
                 followPin(path, done.path);
                 w.refresh();
-                w.selectURL(QUrl::fromLocalFile(done.path));
+                w.selectWhenListed({QUrl::fromLocalFile(done.path)});
             }
         }
         w.focusFileList();

@@ -62,6 +62,7 @@ protected:
 
 private:
     void finishTransfer(const TransferResult& result);
+    void selectArrived(const TransferResult& result);
     void adopt(const FileUndo& step);
     QRect renamePlacement(int row) const;
     void reopenAfterAlert(const QUrl& item, const QString& typed);

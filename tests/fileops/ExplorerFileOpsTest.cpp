@@ -102,6 +102,22 @@ private slots:
         QCOMPARE(w->widgets().status->text(), QStringLiteral("Last file operation undone"));
     }
 
+    // What a paste brought is what is selected afterwards.
+    void pastedItemsAreSelected() {
+        selectNames(*w, {"hello.txt", "ملاحظات.txt"});
+        ops()->copyAction();
+        QVERIFY(w->navigate(QUrl::fromLocalFile(tree->path("Box"))));
+        ops()->pasteAction();
+        waitForJob();
+        QTRY_COMPARE(selectedNames(), QStringList({"hello.txt", "ملاحظات.txt"}));
+        QVERIFY(w->navigate(QUrl::fromLocalFile(tree->path())));
+        selectNames(*w, {"hello.txt"});
+        ops()->copyAction();
+        ops()->pasteAction();
+        waitForJob();
+        QTRY_COMPARE(selectedNames(), QStringList{"hello - Copy.txt"});
+    }
+
     void cutPasteMovesPinsFollowAndUndoReturns() {
         QVERIFY(w->findChild<PlacesList*>()->pins().pin(QUrl::fromLocalFile(tree->path("Box"))));
         selectNames(*w, {"Box", "ملاحظات.txt"});
