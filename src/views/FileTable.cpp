@@ -7,6 +7,7 @@
 #include "views/ExplorerHeaderView.h"
 #include "views/ExplorerRowDelegate.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QCursor>
@@ -57,6 +58,10 @@ FileTable::FileTable(QWidget* parent)
         clear.setColor(group, QPalette::Highlight, Qt::transparent);
     setPalette(clear);
     verticalHeader()->hide();
+    headerView->setAccessibleName(QStringLiteral("Columns"));
+    verticalHeader()->setAccessibleName(QStringLiteral("Rows"));
+    setCornerButtonEnabled(false);
+    if (auto* corner = findChild<QAbstractButton*>()) corner->setAccessibleName(QStringLiteral("Select all"));
     verticalHeader()->setMinimumSectionSize(1);
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setDefaultSectionSize(standardRowHeight);
