@@ -3,12 +3,13 @@
 #include "browsing/Explorer.h"
 #include "browsing/ModalShortcuts.h"
 #include "browsing/WindowCommands.h"
-
+#include "chrome/ExplorerAlert.h"
+#include "views/FileIcons.h"
 #include "views/FileTable.h"
+
 #include <QApplication>
 #include <QLineEdit>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QTimer>
 
 namespace orvane {
@@ -62,13 +63,8 @@ bool AppDelegate::shouldTerminate() {
     }
     for (const auto& window : windows) {
         if (!window->busy()) continue;
-        auto* box = new QMessageBox(QMessageBox::Warning, QStringLiteral("A file transfer is still running"),
-                                    QStringLiteral("A file transfer is still running"), QMessageBox::Ok,
-                                    window.get());
-        box->setInformativeText(QStringLiteral("Wait for it to finish before quitting."));
-        box->setAttribute(Qt::WA_DeleteOnClose);
-        alert = box;
-        box->open();
+        alert = ExplorerAlert::showError(window.get(), QStringLiteral("A file transfer is still running"),
+                                         QStringLiteral("Wait for it to finish before quitting."));
         return false;
     }
     return true;
@@ -121,9 +117,14 @@ void AppDelegate::routeEdit(int tag, Explorer* window) {
 void AppDelegate::makeMenu(QMenuBar* bar, Explorer* window) {
     QMenu* appMenu = bar->addMenu(QStringLiteral("Orvane"));
     appMenu->addAction(QStringLiteral("About Orvane"), window, [window] {
-        QMessageBox::about(window, QStringLiteral("About Orvane"),
-                           QStringLiteral("Orvane %1\nA file browser for one person at a desktop.")
-                               .arg(QCoreApplication::applicationVersion()));
+        auto* about =
+            new ExplorerAlert(ExplorerAlert::Kind::Error, QStringLiteral("About Orvane"),
+                              QStringLiteral("Orvane %1\nA file browser for one person at a desktop.")
+                                  .arg(QCoreApplication::applicationVersion()),
+                              window);
+        about->setIconPixmap(FileIcons::shared().folder().pixmap(36, 36));
+        about->setAttribute(Qt::WA_DeleteOnClose);
+        about->open();
     });
     appMenu->addSeparator();
     appMenu->addAction(QStringLiteral("Check for Updates…"))->setEnabled(false);

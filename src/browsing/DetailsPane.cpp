@@ -35,6 +35,7 @@ DetailsPane::DetailsPane(QWidget* parent) : QWidget(parent) {
     auto* close = new QToolButton(this);
     close->setIcon(symbolIcon(QStringLiteral("xmark"), Palette::muted()));
     close->setToolTip(QStringLiteral("Close details pane"));
+    close->setAccessibleName(QStringLiteral("Close details pane"));
     close->setAutoRaise(true);
     connect(close, &QToolButton::clicked, this, &DetailsPane::closeRequested);
     header->addWidget(heading);

@@ -52,6 +52,7 @@ void EditablePathBox::rebuild(const QList<QUrl>& urls) {
         }
         auto* button = new QToolButton(bar);
         button->setText(names[i]);
+        button->setAccessibleName(names[i]);
         button->setAutoRaise(true);
         const QUrl url = urls.value(i);
         connect(button, &QToolButton::clicked, this, [this, i, url] { emit elementClicked(i, url); });

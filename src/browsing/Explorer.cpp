@@ -11,10 +11,11 @@
 #include "browsing/WindowCommands.h"
 #include "browsing/WindowListing.h"
 #include "browsing/WindowPlugins.h"
+#include "chrome/ExplorerAlert.h"
 #include "chrome/ExplorerChrome.h"
-#include "platform/NativePath.h"
 #include "chrome/ExplorerTabStrip.h"
 #include "fileops/ExplorerFileOps.h"
+#include "platform/NativePath.h"
 #include "views/EntryTableModel.h"
 #include "views/FileTable.h"
 
@@ -22,9 +23,9 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
+#include <QItemSelection>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QToolButton>
 
 namespace orvane {
@@ -50,6 +51,11 @@ Explorer::Explorer(AppDelegate* app, const std::optional<QUrl>& initialURL)
     ui.table->setModel(listed->model());
     connect(ui.table->selectionModel(), &QItemSelectionModel::selectionChanged, eventHub.get(),
             &ExplorerEvents::selectionChanged);
+    connect(eventHub.get(), &ExplorerEvents::listingChanged, this, &Explorer::applyPendingSelection);
+    connect(eventHub.get(), &ExplorerEvents::locationChanged, this, [this] {
+        pendingSelection.clear();
+        afterPendingSelection = nullptr;
+    });
     addContent(new LocalFolderContent(*this));
     new ListingCommands(*this);
     chromeParts = new ExplorerChrome(*this);
@@ -225,7 +231,7 @@ void Explorer::up() {
     const QUrl parent = content ? content->parent(current()) : QUrl();
     if (!parent.isValid()) return;
     const QUrl child = current();
-    if (navigate(parent)) selectURL(child);
+    if (navigate(parent)) selectWhenListed({child});
 }
 
 void Explorer::addressGo() {
@@ -270,17 +276,59 @@ void Explorer::openSelected() {
 }
 
 void Explorer::selectURL(const QUrl& url) {
-    const QString wanted = NativePath::canonical(url.toLocalFile());
-    if (wanted.isEmpty()) return;
+    selectURLs({url}, true);
+}
+
+// Paths are compared as they are; with `resolveLinks`, items not found so are looked for again with the
+// links of both sides resolved, which reads every row's path from the disk.
+bool Explorer::selectURLs(const QList<QUrl>& urls, bool resolveLinks) {
+    QSet<QString> wanted;
+    for (const QUrl& url : urls)
+        wanted.insert(QDir::cleanPath(url.toLocalFile()));
     const std::vector<Entry>& rows = entries();
-    for (size_t row = 0; row < rows.size(); ++row) {
-        if (NativePath::canonical(rows[row].location) != wanted) continue;
-        const QModelIndex index = listed->model()->index(int(row), 0);
-        ui.table->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect |
-                                                               QItemSelectionModel::Rows);
-        ui.table->scrollTo(index);
+    QList<int> found;
+    for (size_t row = 0; row < rows.size() && found.size() < wanted.size(); ++row)
+        if (wanted.contains(rows[row].location)) found << int(row);
+    if (found.size() < wanted.size() && resolveLinks) {
+        QSet<QString> resolved;
+        for (const QString& path : wanted)
+            resolved.insert(NativePath::canonical(path));
+        resolved.remove(QString());
+        found.clear();
+        for (size_t row = 0; row < rows.size() && !resolved.isEmpty(); ++row)
+            if (resolved.contains(NativePath::canonical(rows[row].location))) found << int(row);
+    }
+    if (found.isEmpty()) return false;
+    QItemSelection selection;
+    for (int row : found)
+        selection.select(listed->model()->index(row, 0), listed->model()->index(row, 0));
+    QItemSelectionModel* model = ui.table->selectionModel();
+    model->select(selection, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    const QModelIndex first = listed->model()->index(found.front(), 0);
+    model->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
+    ui.table->scrollTo(first);
+    return found.size() >= wanted.size();
+}
+
+void Explorer::selectWhenListed(const QList<QUrl>& urls, std::function<void()> then) {
+    pendingSelection.clear();
+    afterPendingSelection = nullptr;
+    const bool reading = shown && shown->reading();
+    const bool all = selectURLs(urls, !reading);
+    if (!all && reading) {
+        pendingSelection = urls;
+        afterPendingSelection = std::move(then);
         return;
     }
+    if (then && !selected().empty()) then();
+}
+
+void Explorer::applyPendingSelection() {
+    if (pendingSelection.isEmpty()) return;
+    const QList<QUrl> urls = std::exchange(pendingSelection, {});
+    const std::function<void()> then = std::exchange(afterPendingSelection, nullptr);
+    selectURLs(urls, true);
+    if (then && !selected().empty()) then();
 }
 
 void Explorer::focusFileList() {
@@ -290,12 +338,7 @@ void Explorer::focusFileList() {
 // ---------------------------------------------------------------- reports
 
 void Explorer::showError(const QString& title, const QString& detail) {
-    auto* box = new QMessageBox(QMessageBox::Warning, title, title, QMessageBox::Ok, this);
-    box->setInformativeText(detail);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setWindowModality(Qt::WindowModal);
-    alert = box;
-    box->open();
+    alert = ExplorerAlert::showError(this, title, detail);
 }
 
 void Explorer::setStatus(const QString& text) {

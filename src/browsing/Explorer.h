@@ -6,6 +6,7 @@
 
 #include <QMainWindow>
 #include <QPointer>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -71,6 +72,9 @@ public:
     void closeTab(std::optional<int> index = std::nullopt);
     void openSelected();
     void selectURL(const QUrl& url);
+    // Selects these items, the first one current. Items of a listing still being read are selected
+    // when it arrives; `then` runs once they are.
+    void selectWhenListed(const QList<QUrl>& urls, std::function<void()> then = {});
     void focusFileList();
     // Goes to what the address field holds: a path, ~, or a name inside the current folder.
     void addressGo();
@@ -97,6 +101,9 @@ protected:
 private:
     void registerCommands();
     void visitHistory(int index);
+    // Selects the rows of these items; true when every one of them was found.
+    bool selectURLs(const QList<QUrl>& urls, bool resolveLinks);
+    void applyPendingSelection();
     void showLocation(bool history);
 
     AppDelegate* app;
@@ -112,6 +119,8 @@ private:
     QPointer<QMessageBox> alert;
     QHash<QUuid, PhoneKeyTarget*> phoneKeyTargets;
     QString statusReport;
+    QList<QUrl> pendingSelection;
+    std::function<void()> afterPendingSelection;
     bool busyNow = false;
 };
 

@@ -47,6 +47,7 @@ bool ExplorerKeyMonitor::eventFilter(QObject* watched, QEvent* event) {
     if (!isFocusOfWindow(watched)) return false;
     auto* key = static_cast<QKeyEvent*>(event);
     if (type == QEvent::ShortcutOverride) {
+        pressElsewhere = nullptr;
         // Qt announces a press made by a program once more, without key codes; the first answer holds.
         if (announced && sameEvent(*announced, *key) && (announced->used || !key->nativeScanCode())) {
             if (announced->used) key->accept();
@@ -62,12 +63,18 @@ bool ExplorerKeyMonitor::eventFilter(QObject* watched, QEvent* event) {
     const std::optional<bool> prior = previousAnswer(*key);
     // The table still has to hear that its press was answered already.
     if (!prior || *prior || watched != window.table()) announced.reset();
+    if (watched != window.table()) {
+        pressElsewhere = event;
+        pressElsewhereTime = key->timestamp();
+    }
     if (prior) return *prior;
     if (watched == window.table()) return false;
     return answer(key);
 }
 
 bool ExplorerKeyMonitor::offerTableKey(QKeyEvent* event) {
+    // Return ending an inline rename is the editor's key, not a second Rename.
+    if (event == pressElsewhere && event->timestamp() == pressElsewhereTime) return true;
     const std::optional<bool> prior = previousAnswer(*event);
     announced.reset();
     return prior ? *prior : answer(event);

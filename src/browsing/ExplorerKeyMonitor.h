@@ -45,6 +45,10 @@ private:
 
     Explorer& window;
     std::optional<Announced> announced;
+    // The last press delivered to another widget (a text field over the table). A field that ignores
+    // it lets it travel up to the table, where it must not count as a press of its own.
+    const QEvent* pressElsewhere = nullptr;
+    ulong pressElsewhereTime = 0;
 };
 
 } // namespace orvane

@@ -167,6 +167,11 @@ void ExplorerKeyboard::escapeTextEditing(QLineEdit* editor) {
         w.commands().run(QStringLiteral("cancelInlineRename"));
         return;
     }
+    // The search field: the first Escape clears the filter, the next goes back to the files.
+    if (editor == w.widgets().searchField && !editor->text().isEmpty()) {
+        w.commands().run(QStringLiteral("clearSearch"));
+        return;
+    }
     if (w.current().isLocalFile()) w.widgets().pathBox->addressField()->setText(w.current().toLocalFile());
     w.widgets().pathBox->showPathBar();
     w.focusFileList();

@@ -3,6 +3,7 @@
 #include "browsing/DetailsPane.h"
 #include "browsing/EditablePathBox.h"
 #include "browsing/Palette.h"
+#include "chrome/AccessibleName.h"
 #include "chrome/ExplorerTabStrip.h"
 #include "chrome/Symbols.h"
 #include "chrome/TitleRow.h"
@@ -36,6 +37,7 @@ QToolButton* symbolButton(QWidget* parent, const char* symbol, const char* tip, 
         button->setText(QString::fromUtf8(title));
         button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     }
+    AccessibleName::name(button);
     return button;
 }
 
@@ -74,6 +76,10 @@ QWidget* ExplorerWidgets::buildTitleRow(QWidget* parent) {
     closeButton->setObjectName(QStringLiteral("closeWindowButton"));
     // The application menu lives in the title row; on a Mac it becomes the system's menu bar.
     menuBar = new QMenuBar(titleRow);
+    menuBar->setAccessibleName(QStringLiteral("Menu"));
+    // The button that shows the menus that do not fit.
+    if (auto* more = menuBar->findChild<QToolButton*>())
+        more->setAccessibleName(QStringLiteral("More menus"));
     layout->addWidget(menuBar, 0, Qt::AlignVCenter);
     layout->addSpacing(8);
     layout->addWidget(tabStrip, 1);
@@ -99,6 +105,7 @@ QWidget* ExplorerWidgets::buildNavigationRow(QWidget* parent) {
     pathBox->setObjectName(QStringLiteral("pathBox"));
     pathBox->setFixedHeight(34);
     pathBox->addressField()->setPlaceholderText(QStringLiteral("Enter a folder path · Ctrl+L"));
+    pathBox->addressField()->setAccessibleName(QStringLiteral("Folder path"));
     editAddressButton = symbolButton(owner, "chevron.down", "Edit address · Ctrl+L");
     layout->addWidget(pathBox, 1);
     layout->addWidget(editAddressButton);
@@ -109,8 +116,11 @@ QWidget* ExplorerWidgets::buildNavigationRow(QWidget* parent) {
     searchField->setMinimumWidth(140);
     searchField->setMaximumWidth(270);
     searchField->setFixedHeight(34);
-    searchField->addAction(symbolIcon(QStringLiteral("magnifyingglass"), Palette::muted()),
-                           QLineEdit::LeadingPosition);
+    searchField->setAccessibleName(QStringLiteral("Search"));
+    searchField
+        ->addAction(symbolIcon(QStringLiteral("magnifyingglass"), Palette::muted()),
+                    QLineEdit::LeadingPosition)
+        ->setText(QStringLiteral("Search"));
     clearSearchButton = symbolButton(owner, "xmark.circle.fill", "Clear search");
     clearSearchButton->hide();
     searchScopeButton = symbolButton(owner, "slider.horizontal.3", "Search scope");
@@ -186,6 +196,7 @@ QWidget* ExplorerWidgets::buildSplit(QWidget* parent) {
     auto* grid = new QGridLayout(fileArea);
     grid->setContentsMargins(0, 0, 0, 0);
     table = new FileTable(fileArea);
+    table->setAccessibleName(QStringLiteral("Files"));
     emptyLabel = new QLabel(fileArea);
     emptyLabel->setAlignment(Qt::AlignCenter);
     emptyLabel->setForegroundRole(QPalette::PlaceholderText);

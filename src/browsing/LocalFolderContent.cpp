@@ -45,6 +45,7 @@ void LocalFolderContent::reload() {
     read->path = path;
     read->showHidden = w.listing().showHidden();
     read->generation = ++generation;
+    readPending = true;
     QPointer<LocalFolderContent> self(this);
     QThreadPool::globalInstance()->start([read, self] {
         read->ok = FolderListing::read(read->path, read->showHidden, {}, read->entries, read->error);
@@ -66,6 +67,7 @@ void LocalFolderContent::reload() {
 void LocalFolderContent::finish(const std::shared_ptr<FolderRead>& read) {
     if (read->applied || read->generation != generation) return;
     read->applied = true;
+    readPending = false;
     const ExplorerWidgets& ui = w.widgets();
     if (!read->ok) {
         w.listing().clear();
@@ -82,6 +84,7 @@ void LocalFolderContent::finish(const std::shared_ptr<FolderRead>& read) {
 
 void LocalFolderContent::leave() {
     ++generation;
+    readPending = false;
     burst.stop();
     const QStringList watched = watcher.directories();
     if (!watched.isEmpty()) watcher.removePaths(watched);

@@ -23,6 +23,7 @@ public:
     bool handles(const QUrl& url) const override { return url.isLocalFile(); }
     void reload() override;
     void leave() override;
+    bool reading() const override { return readPending; }
     QUrl parent(const QUrl& url) const override;
 
     // While set (an open rename editor), changes on disk wait; the hold's end re-reads.
@@ -43,6 +44,7 @@ private:
     QTimer burst;
     quint64 generation = 0;
     bool held = false;
+    bool readPending = false;
     bool changedWhileHeld = false;
 };
 

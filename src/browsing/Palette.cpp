@@ -19,7 +19,8 @@ void Palette::apply(QApplication& app) {
     p.setColor(QPalette::PlaceholderText, muted());
     p.setColor(QPalette::ToolTipBase, chrome());
     p.setColor(QPalette::ToolTipText, ink());
-    p.setColor(QPalette::Highlight, fromWhite(0.23));
+    p.setColor(QPalette::Active, QPalette::Highlight, selection());
+    p.setColor(QPalette::Inactive, QPalette::Highlight, selectionInactive());
     p.setColor(QPalette::HighlightedText, ink());
     p.setColor(QPalette::Link, accent());
     p.setColor(QPalette::Disabled, QPalette::Text, fromWhite(0.45));

@@ -27,6 +27,19 @@ inline QColor canvas() {
 inline QColor chrome() {
     return QColor::fromRgbF(0.15f, 0.105f, 0.13f);
 }
+// Selected rows: violet, so a selection never reads as the neutral hover light. Both stay dark
+// enough for the muted text of a row to keep its contrast.
+inline QColor selection() {
+    return QColor(64, 60, 140);
+}
+// The selection of a list without the keyboard focus, or of a window in the background.
+inline QColor selectionInactive() {
+    return QColor(62, 60, 92);
+}
+// The hover light over a row, a wash of white over the canvas.
+inline QColor hover() {
+    return QColor(255, 255, 255, 15);
+}
 
 // A dark palette and style for the whole application, so no default grey look shows through.
 void apply(QApplication& app);

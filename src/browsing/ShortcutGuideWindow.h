@@ -1,20 +1,33 @@
 #pragma once
 
 #include <QWidget>
+#include <functional>
+
+class QScrollArea;
 
 namespace orvane {
 
-// The list of keyboard shortcuts, in a window of its own that Escape closes.
+// The list of keyboard shortcuts, in an auxiliary window of its own over the browser window it
+// belongs to, that Escape closes. Rows whose command has not arrived yet say so.
 class ShortcutGuideWindow : public QWidget {
     Q_OBJECT
 public:
-    explicit ShortcutGuideWindow(QWidget* owner);
+    // `available` answers whether the window has a command of that name yet.
+    ShortcutGuideWindow(QWidget* owner, std::function<bool(const QString& command)> available);
+
+    static QString unavailableText() { return QStringLiteral("Not available yet"); }
+    QScrollArea* scrollArea() const { return scroll; }
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
+    QWidget* buildTitleRow();
     QWidget* buildList();
+
+    std::function<bool(const QString&)> available;
+    QScrollArea* scroll;
 };
 
 } // namespace orvane

@@ -17,6 +17,8 @@ public:
     virtual void reload() = 0;
     // The window shows something else now (another tab, another kind of place).
     virtual void leave() {}
+    // A reload is still under way: what it lists arrives later.
+    virtual bool reading() const { return false; }
     // The parent of `url` as this content sees it, or an invalid URL at the top.
     virtual QUrl parent(const QUrl& url) const = 0;
     // Whether the window's command `name` applies here; a local folder answers all.

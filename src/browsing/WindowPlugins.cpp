@@ -1,10 +1,11 @@
 #include "browsing/WindowPlugins.h"
 
 #include "browsing/Explorer.h"
+#include "browsing/PointerNavigation.h"
 #include "navigation/PlacesList.h"
 #include "phone/PhonePlaceholder.h"
-#include "views/ExplorerViewModes.h"
 #include "properties/PropertiesCommands.h"
+#include "views/ExplorerViewModes.h"
 
 namespace orvane {
 
@@ -12,6 +13,7 @@ void WindowPlugins::attach(Explorer& window) {
     new PlacesList(window);
     new ExplorerViewModes(window);
     new PropertiesCommands(window);
+    new PointerNavigation(window);
     window.addContent(new PhonePlaceholder(window));
 }
 

@@ -214,7 +214,9 @@ void ExplorerChrome::copyPathAction() {
 }
 
 void ExplorerChrome::showShortcutGuide() {
-    if (!guide) guide = new ShortcutGuideWindow(&w);
+    if (!guide)
+        guide =
+            new ShortcutGuideWindow(&w, [this](const QString& name) { return w.commands().contains(name); });
     guide->show();
     guide->raise();
     guide->activateWindow();

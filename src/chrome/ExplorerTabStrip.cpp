@@ -1,5 +1,8 @@
 #include "chrome/ExplorerTabStrip.h"
 
+#include "chrome/AccessibleName.h"
+#include "chrome/TabAccessibility.h"
+
 #include "browsing/Entry.h"
 #include "chrome/ExplorerTabView.h"
 #include "chrome/Symbols.h"
@@ -26,6 +29,7 @@ QToolButton* stripButton(QWidget* parent, const char* symbol, const char* tip, i
     button->setFocusPolicy(Qt::NoFocus);
     button->setToolTip(QString::fromUtf8(tip));
     button->setFixedSize(width, buttonHeight);
+    AccessibleName::name(button);
     return button;
 }
 
@@ -45,6 +49,7 @@ ExplorerTabStrip::ExplorerTabStrip(QWidget* parent)
     setObjectName(QStringLiteral("tabStrip"));
     clip->setObjectName(QStringLiteral("tabViewport"));
     tabBar->setObjectName(QStringLiteral("tabBar"));
+    TabAccessibility::install();
     plusButton->setObjectName(QStringLiteral("newTabButton"));
     plusButton->setIconSize(QSize(16, 16));
     setStyleSheet(QStringLiteral("QToolButton { padding: 0; border-radius: 8px; }"));

@@ -282,6 +282,54 @@ void magnifyingglass(QPainter& p) {
     line(p, 15.2, 15.2, 19.75, 19.75);
 }
 
+void docText(QPainter& p) {
+    drawDoc(p, docRect, 4.5);
+    for (qreal y : {10.5, 13.75, 17.0})
+        line(p, 8.5, y, y < 11 ? 12.5 : 15.5, y);
+}
+void photo(QPainter& p) {
+    p.drawRoundedRect(QRectF(3, 4.5, 18, 15), 2.5, 2.5);
+    circle(p, 8.25, 9.5, 1.75);
+    polyline(p, {{3.5, 17.5}, {9.5, 12.5}, {13, 15.5}, {15.5, 13}, {20.5, 17.5}});
+}
+void musicNote(QPainter& p) {
+    polyline(p, {{10, 17.5}, {10, 5}, {19, 3.5}, {19, 15.5}});
+    line(p, 10, 8.5, 19, 7);
+    dot(p, 7.5, 17.5, 2.75);
+    dot(p, 16.5, 15.5, 2.75);
+}
+void film(QPainter& p) {
+    p.drawRoundedRect(QRectF(3.5, 3.5, 17, 17), 2.5, 2.5);
+    line(p, 7.5, 3.5, 7.5, 20.5);
+    line(p, 16.5, 3.5, 16.5, 20.5);
+    for (qreal y : {8.0, 12.0, 16.0}) {
+        line(p, 3.5, y, 7.5, y);
+        line(p, 16.5, y, 20.5, y);
+    }
+}
+void archivebox(QPainter& p) {
+    p.drawRoundedRect(QRectF(3, 4, 18, 4.5), 1.5, 1.5);
+    QPainterPath body;
+    body.moveTo(4.5, 8.5);
+    body.lineTo(4.5, 18.5);
+    body.quadTo(4.5, 20, 6, 20);
+    body.lineTo(18, 20);
+    body.quadTo(19.5, 20, 19.5, 18.5);
+    body.lineTo(19.5, 8.5);
+    p.drawPath(body);
+    line(p, 10, 12, 14, 12);
+}
+void exclamationTriangle(QPainter& p) {
+    QPainterPath path;
+    path.moveTo(12, 3.5);
+    path.lineTo(21, 19.5);
+    path.lineTo(3, 19.5);
+    path.closeSubpath();
+    p.drawPath(path);
+    line(p, 12, 9.5, 12, 14);
+    dot(p, 12, 16.75, 1.1);
+}
+
 void drawFolder(QPainter& p, const QColor& tint) {
     QPainterPath back;
     back.moveTo(2.5, 18);
@@ -347,6 +395,12 @@ const Symbol symbols[] = {
     {"doc.on.doc", docOnDoc},
     {"magnifyingglass", magnifyingglass},
     {"doc", doc},
+    {"doc.text", docText},
+    {"photo", photo},
+    {"music.note", musicNote},
+    {"film", film},
+    {"archivebox", archivebox},
+    {"exclamationmark.triangle", exclamationTriangle},
 };
 
 Draw findSymbol(const QString& name) {

@@ -7,6 +7,8 @@
 #include "browsing/Palette.h"
 #include "browsing/Preferences.h"
 #include "browsing/WindowCommands.h"
+#include "chrome/AuxiliaryStyle.h"
+#include "chrome/ExplorerAlert.h"
 #include "chrome/ExplorerChrome.h"
 #include "chrome/TransferProgressEdge.h"
 #include "fileops/FileClipboard.h"
@@ -19,11 +21,12 @@
 #include "views/FileTable.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QInputDialog>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QStyleHints>
 
 namespace orvane {
@@ -172,9 +175,20 @@ void ExplorerFileOps::finishTransfer(const TransferResult& result) {
         fileUndo = result.undo(followPin);
     }
     w.refresh();
+    selectArrived(result);
     w.setStatus(result.statusText());
     if (!result.failures.isEmpty()) w.showError(TransferResult::failureTitle(), result.failureDetail());
     emit jobFinished();
+}
+
+// What a paste brought into the folder on show ends up selected, as in every file manager.
+void ExplorerFileOps::selectArrived(const TransferResult& result) {
+    QList<QUrl> arrived;
+    const QString here = QDir::cleanPath(w.current().toLocalFile());
+    for (const TransferJob& job : result.finished)
+        if (w.current().isLocalFile() && QFileInfo(job.destination).path() == here)
+            arrived << QUrl::fromLocalFile(job.destination);
+    if (!arrived.isEmpty()) w.selectWhenListed(arrived);
 }
 
 void ExplorerFileOps::adopt(const FileUndo& step) {
@@ -212,8 +226,7 @@ void ExplorerFileOps::newFolder() {
     adopt(made.undo);
     w.commands().run(QStringLiteral("clearSearch"));
     w.refresh();
-    w.selectURL(QUrl::fromLocalFile(made.path));
-    beginInlineRename();
+    w.selectWhenListed({QUrl::fromLocalFile(made.path)}, [this] { beginInlineRename(); });
 }
 
 void ExplorerFileOps::newTextDocument() {
@@ -227,11 +240,12 @@ void ExplorerFileOps::newTextDocument() {
     }
     adopt(made.undo);
     w.refresh();
-    w.selectURL(QUrl::fromLocalFile(made.path));
+    w.selectWhenListed({QUrl::fromLocalFile(made.path)});
 }
 
 QString ExplorerFileOps::askName(const QString& title, const QString& initial) {
     QInputDialog dialog(&w);
+    AuxiliaryStyle::apply(&dialog);
     dialog.setWindowTitle(title);
     dialog.setLabelText(title);
     dialog.setTextValue(initial);
@@ -263,7 +277,18 @@ QRect ExplorerFileOps::renamePlacement(int row) const {
     return QRect(cell.left(), cell.center().y() - 12, cell.width(), 24);
 }
 
-void ExplorerFileOps::beginInlineRename() {
+// A refused name is not lost: once the alert is read, the editor is back on the item with the typed text.
+void ExplorerFileOps::reopenAfterAlert(const QUrl& item, const QString& typed) {
+    QMessageBox* alert = w.lastAlert();
+    if (!alert) return;
+    connect(alert, &QDialog::finished, this, [this, item, typed] {
+        w.selectURL(item);
+        const std::vector<Entry> chosen = w.selected();
+        if (chosen.size() == 1 && chosen.front().url() == item) beginInlineRename(typed);
+    });
+}
+
+void ExplorerFileOps::beginInlineRename(const QString& text) {
     cancelPendingRename();
     const QModelIndexList rows = w.table()->selectionModel()->selectedRows();
     if (w.busy() || rows.size() != 1) return;
@@ -274,7 +299,8 @@ void ExplorerFileOps::beginInlineRename() {
     if (!place.isValid()) return;
     finishInlineRename(false);
     const Entry& entry = w.entries()[size_t(row)];
-    auto* field = new QLineEdit(entry.name(), spot.first);
+    const QString shown = text.isEmpty() ? entry.name() : text;
+    auto* field = new QLineEdit(shown, spot.first);
     field->setObjectName(QStringLiteral("renameEditor"));
     field->setGeometry(place);
     field->setAccessibleName(QStringLiteral("Rename ") + entry.name());
@@ -285,7 +311,7 @@ void ExplorerFileOps::beginInlineRename() {
     emit w.events().editingChanged(true);
     field->show();
     field->setFocus();
-    const TextRange stem = filenameStemRange(entry.name(), entry.directory);
+    const TextRange stem = filenameStemRange(shown, entry.directory);
     field->setSelection(int(stem.start), int(stem.length));
 }
 
@@ -297,20 +323,23 @@ void ExplorerFileOps::finishInlineRename(bool commit) {
         if (name.isEmpty()) name = oldName;
         QLineEdit* field = editor;
         editor.clear();
-
         renameURL.clear();
         field->removeEventFilter(this);
+        // The table takes the focus before the editor goes: a focused widget that hides hands the
+        // focus on as a Tab press to the table, which moves the selection to another item.
+        if (field->hasFocus()) w.focusFileList();
         field->deleteLater();
         field->hide();
         if (commit && name != oldName) {
             const FileCommandResult done = FileCommands::rename(path, name, followPin);
             if (!done.ok) {
                 w.showError(done.title, done.detail);
+                reopenAfterAlert(QUrl::fromLocalFile(path), name);
             } else {
                 adopt(done.undo);
                 followPin(path, done.path);
                 w.refresh();
-                w.selectURL(QUrl::fromLocalFile(done.path));
+                w.selectWhenListed({QUrl::fromLocalFile(done.path)});
             }
         }
         w.focusFileList();
@@ -339,10 +368,14 @@ void ExplorerFileOps::pointerPressed(QMouseEvent* event) {
 }
 
 bool ExplorerFileOps::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == editor && event->type() == QEvent::KeyPress &&
-        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
-        finishInlineRename(false);
-        return true;
+    // The keys that end an edit end there: a line edit lets Return travel on to its parents, and
+    // the table would take it for Rename and open the editor again.
+    if (watched == editor && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Escape || key == Qt::Key_Return || key == Qt::Key_Enter) {
+            finishInlineRename(key != Qt::Key_Escape);
+            return true;
+        }
     }
     // Only pointer events reach the window below; hide and show events also come while it is torn down.
     if (watched != viewport) return false;
@@ -370,17 +403,9 @@ bool ExplorerFileOps::eventFilter(QObject* watched, QEvent* event) {
 
 bool ExplorerFileOps::confirm(const QString& message, const QString& info, const QString& accept,
                               bool critical) {
-    QMessageBox box(critical ? QMessageBox::Critical : QMessageBox::Question, message, message,
-                    QMessageBox::NoButton, &w);
-    box.setInformativeText(info);
-    QPushButton* yes =
-        box.addButton(accept, critical ? QMessageBox::DestructiveRole : QMessageBox::AcceptRole);
-    QPushButton* no = box.addButton(QStringLiteral("Cancel"), QMessageBox::RejectRole);
-    // Return must never delete anything: the safe answer is the default.
-    box.setDefaultButton(critical ? no : yes);
-    box.setEscapeButton(no);
-    box.exec();
-    return box.clickedButton() == yes;
+    return ExplorerAlert::confirm(&w,
+                                  critical ? ExplorerAlert::Kind::Destructive : ExplorerAlert::Kind::Question,
+                                  message, info, accept, QStringLiteral("trash"));
 }
 
 void ExplorerFileOps::trashAction() {

@@ -41,7 +41,8 @@ public:
     QString askName(const QString& title, const QString& initial);
 
     void renameAction();
-    void beginInlineRename();
+    // Opens the editor on the one selected item, holding `text` instead of its name when given.
+    void beginInlineRename(const QString& text = {});
     void finishInlineRename(bool commit);
     void scheduleInlineRename();
     void cancelPendingRename();
@@ -65,8 +66,10 @@ protected:
 
 private:
     void finishTransfer(const TransferResult& result);
+    void selectArrived(const TransferResult& result);
     void adopt(const FileUndo& step);
     QRect renamePlacement(int row) const;
+    void reopenAfterAlert(const QUrl& item, const QString& typed);
     void pointerPressed(QMouseEvent* event);
     bool confirm(const QString& message, const QString& info, const QString& accept, bool critical);
     void registerOperations();

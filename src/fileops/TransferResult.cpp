@@ -9,9 +9,10 @@
 namespace orvane {
 
 QString TransferResult::statusText() const {
-    return QStringLiteral("%1 items %2 · Ctrl+Z to undo")
-        .arg(finished.size())
-        .arg(moving ? QStringLiteral("moved") : QStringLiteral("copied"));
+    const QString done = QString::number(finished.size()) + QStringLiteral(" items ") +
+                         (moving ? QStringLiteral("moved") : QStringLiteral("copied"));
+    // Nothing arrived: there is no undo step, so none is offered.
+    return finished.empty() ? done : done + QStringLiteral(" · Ctrl+Z to undo");
 }
 
 QStringList TransferResult::movedSources() const {

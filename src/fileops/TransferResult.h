@@ -16,7 +16,7 @@ struct TransferResult {
 
     static QString failureTitle() { return QStringLiteral("Some items could not be transferred"); }
     QString failureDetail() const { return failures.join(u'\n'); }
-    // Unconditional, also for 0 items: "3 items copied · Ctrl+Z to undo".
+    // "3 items copied · Ctrl+Z to undo"; "0 items copied" when nothing arrived.
     QString statusText() const;
     // Sources that have left their place, for the cut list and for pins to follow.
     QStringList movedSources() const;

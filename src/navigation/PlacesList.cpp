@@ -11,6 +11,7 @@
 #include "views/FileIcons.h"
 
 #include <QDir>
+#include <QFocusEvent>
 #include <QListWidget>
 #include <QToolButton>
 
@@ -32,6 +33,7 @@ PlacesList::PlacesList(Explorer& window)
         updatePinCommand();
     });
     connect(&w.events(), &ExplorerEvents::locationChanged, this, &PlacesList::followLocation);
+    list->installEventFilter(this);
     connect(&w.events(), &ExplorerEvents::selectionChanged, this, &PlacesList::updatePinCommand);
     connect(&w.events(), &ExplorerEvents::listingChanged, this, &PlacesList::updatePinCommand);
     w.commands().add(
@@ -44,6 +46,14 @@ PlacesList::PlacesList(Explorer& window)
 }
 
 PlacesList::~PlacesList() = default;
+
+// Arrows walk the list without opening; a walk that ends elsewhere leaves the mark on the place shown.
+bool PlacesList::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::FocusOut &&
+        static_cast<QFocusEvent*>(event)->reason() != Qt::PopupFocusReason)
+        followLocation();
+    return QObject::eventFilter(watched, event);
+}
 
 void PlacesList::rebuild() {
     QListWidget* list = w.widgets().places;

@@ -27,6 +27,9 @@ public:
     void pinAction();
     void rebuild();
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     void followLocation();
     void updatePinCommand();

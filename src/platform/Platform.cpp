@@ -8,8 +8,7 @@ QString Platform::typeDescription(const QString& fileName, bool directory, bool 
     static const QString folder = QStringLiteral("File folder");
     static const QString file = QStringLiteral("File");
     if (directory && !package) return folder;
-    static const TypeIndex index;
-    const QString text = index.describe(fileName);
+    const QString text = TypeIndex::shared().describe(fileName);
     return text.isEmpty() ? file : text;
 }
 

@@ -18,12 +18,20 @@ QColor white(int alpha) {
     return QColor(255, 255, 255, alpha);
 }
 
+QColor accentAlpha(qreal alpha) {
+    QColor color = Palette::accent();
+    color.setAlphaF(float(alpha));
+    return color;
+}
+
 // Brushes and pens of the row marks, made once rather than on every painted row.
 struct RowInk {
-    QBrush hover{white(15)};
+    QBrush hover{Palette::hover()};
     QBrush hoverOnSelection{white(10)};
-    QBrush plainSelected{Palette::fromWhite(0.23)};
-    QBrush plainSelectedInactive{Palette::fromWhite(0.19)};
+    QBrush plainSelected{Palette::selection()};
+    QBrush plainSelectedInactive{Palette::selectionInactive()};
+    QPen plainRim{QBrush(accentAlpha(0.6)), 1};
+    QPen plainRimInactive{QBrush(accentAlpha(0.22)), 1};
     QBrush glassSelected{QColor::fromRgbF(0.46f, 0.4f, 0.92f, 0.23f)};
     QBrush glassSelectedInactive{QColor::fromRgbF(0.46f, 0.4f, 0.92f, 0.13f)};
     QPen glassRim{QBrush(QColor::fromRgbF(1, 1, 1, 0.16f)), 0.5};
@@ -69,7 +77,11 @@ void ExplorerRowDelegate::paintRow(QPainter* painter, const QRect& rowRect, cons
     const bool hovered = state.hoverEnabled && state.hovering;
     if (state.selected) {
         fillShape(painter, shape, radius, ink.selection(state));
-        if (state.glassBackground) strokeShape(painter, shape, radius, ink.glassRim);
+        if (state.glassBackground)
+            strokeShape(painter, shape, radius, ink.glassRim);
+        else
+            strokeShape(painter, shape.adjusted(0.5, 0.5, -0.5, -0.5), radius,
+                        state.emphasised ? ink.plainRim : ink.plainRimInactive);
         if (hovered) fillShape(painter, shape, radius, ink.hoverOnSelection);
     } else if (hovered) {
         fillShape(painter, shape, radius, ink.hover);

@@ -19,7 +19,7 @@ class ExplorerRowDelegate : public QStyledItemDelegate {
 public:
     struct RowState {
         bool selected = false;
-        bool emphasised = true; // the window is active
+        bool emphasised = true; // the list has the keyboard focus in the active window
         bool hovering = false;
         bool hoverEnabled = true;
         bool keyboardFocused = false;

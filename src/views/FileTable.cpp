@@ -7,6 +7,8 @@
 #include "views/ExplorerHeaderView.h"
 #include "views/ExplorerRowDelegate.h"
 
+#include <QAbstractButton>
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QCursor>
 #include <QHeaderView>
@@ -44,6 +46,8 @@ FileTable::FileTable(QWidget* parent)
     setWordWrap(false);
     setAlternatingRowColors(false);
     setEditTriggers(NoEditTriggers);
+    // Tab leaves the list; walking its cells would move the selection from item to item.
+    setTabKeyNavigation(false);
     setFrameShape(QFrame::NoFrame);
     setMouseTracking(true);
     setHorizontalScrollMode(ScrollPerPixel);
@@ -54,6 +58,10 @@ FileTable::FileTable(QWidget* parent)
         clear.setColor(group, QPalette::Highlight, Qt::transparent);
     setPalette(clear);
     verticalHeader()->hide();
+    headerView->setAccessibleName(QStringLiteral("Columns"));
+    verticalHeader()->setAccessibleName(QStringLiteral("Rows"));
+    setCornerButtonEnabled(false);
+    if (auto* corner = findChild<QAbstractButton*>()) corner->setAccessibleName(QStringLiteral("Select all"));
     verticalHeader()->setMinimumSectionSize(1);
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setDefaultSectionSize(standardRowHeight);
@@ -390,6 +398,22 @@ void FileTable::scrollContentsBy(int dx, int dy) {
     if (dy != 0) scheduleHoverRefresh();
 }
 
+bool FileTable::selectionEmphasised() const {
+    const QWidget* focus = QApplication::focusWidget();
+    return isActiveWindow() && focus && (focus == this || isAncestorOf(focus));
+}
+
+// The selection shows whether the keys act on it.
+void FileTable::focusInEvent(QFocusEvent* event) {
+    QTableView::focusInEvent(event);
+    viewport()->update();
+}
+
+void FileTable::focusOutEvent(QFocusEvent* event) {
+    QTableView::focusOutEvent(event);
+    viewport()->update();
+}
+
 void FileTable::changeEvent(QEvent* event) {
     QTableView::changeEvent(event);
     if (event->type() == QEvent::ActivationChange) viewport()->update();
@@ -419,7 +443,7 @@ void FileTable::paintRows(const QRect& area) {
     if (last < 0) last = model()->rowCount() - 1;
     QPainter painter(viewport());
     ExplorerRowDelegate::RowState state;
-    state.emphasised = isActiveWindow();
+    state.emphasised = selectionEmphasised();
     const std::optional<int> focusRow = keyboardFocusRow();
     for (int row = first; row <= last; ++row) {
         state.selected = selectionModel()->isRowSelected(row, QModelIndex());

@@ -55,6 +55,8 @@ public:
     // Set while the window moves the selection from the keyboard, so the focus ring stays.
     bool extendingKeyboardSelection = false;
     std::optional<int> hoverRow() const { return hoveredRow; }
+    // Selected rows are drawn emphasised while the table has the keyboard focus in the active window.
+    bool selectionEmphasised() const;
 
     // --- sorting ---
     // Shows the sort state; emits nothing.
@@ -92,6 +94,8 @@ protected:
     bool viewportEvent(QEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
     void changeEvent(QEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
 private:

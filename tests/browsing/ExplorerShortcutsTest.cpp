@@ -24,63 +24,6 @@ using namespace orvane::test;
 
 namespace {
 
-// A key as the system delivers it: X11/Wayland scan code, Mac virtual key code, Qt's key on a US
-// layout.
-struct Key {
-    quint32 scanCode;
-    quint32 virtualKey;
-    int qtKey;
-};
-
-namespace keys {
-const Key A{38, 0, Qt::Key_A}, C{54, 8, Qt::Key_C}, D{40, 2, Qt::Key_D}, E{26, 14, Qt::Key_E},
-    F{41, 3, Qt::Key_F}, H{43, 4, Qt::Key_H}, L{46, 37, Qt::Key_L}, N{57, 45, Qt::Key_N},
-    P{33, 35, Qt::Key_P}, Q{24, 12, Qt::Key_Q}, T{28, 17, Qt::Key_T}, V{55, 9, Qt::Key_V},
-    X{53, 7, Qt::Key_X}, Z{52, 6, Qt::Key_Z};
-const Key Digit2{11, 19, Qt::Key_2}, Digit3{12, 20, Qt::Key_3}, Digit9{18, 25, Qt::Key_9};
-const Key Return{36, 36, Qt::Key_Return}, Enter{104, 76, Qt::Key_Enter}, Backspace{22, 51, Qt::Key_Backspace},
-    Delete{119, 117, Qt::Key_Delete}, Insert{118, 114, Qt::Key_Insert}, Escape{9, 53, Qt::Key_Escape},
-    Tab{23, 48, Qt::Key_Tab}, Space{65, 49, Qt::Key_Space}, Home{110, 115, Qt::Key_Home},
-    End{115, 119, Qt::Key_End}, Left{113, 123, Qt::Key_Left}, Right{114, 124, Qt::Key_Right},
-    Up{111, 126, Qt::Key_Up}, Down{116, 125, Qt::Key_Down};
-const Key F1{67, 122, Qt::Key_F1}, F2{68, 120, Qt::Key_F2}, F4{70, 118, Qt::Key_F4}, F6{72, 97, Qt::Key_F6},
-    F10{76, 109, Qt::Key_F10};
-} // namespace keys
-
-// Primary is Command on a Mac, which Qt reports as Control; the key printed Control is Meta there.
-const Qt::KeyboardModifiers primary = Qt::ControlModifier;
-#ifdef Q_OS_MACOS
-const Qt::KeyboardModifiers control = Qt::MetaModifier;
-#else
-const Qt::KeyboardModifiers control = Qt::ControlModifier;
-#endif
-const Qt::KeyboardModifiers shift = Qt::ShiftModifier, alt = Qt::AltModifier, none = Qt::NoModifier;
-
-QKeyEvent keyEvent(QEvent::Type type, const Key& key, Qt::KeyboardModifiers modifiers, const QString& text) {
-    const int qtKey = text.size() == 1 && text[0].unicode() > 127 ? text[0].unicode() : key.qtKey;
-    return QKeyEvent(type, qtKey, modifiers, key.scanCode, key.virtualKey, 1, text);
-}
-
-// Delivers a press as the system does: announced to the focused widget as a shortcut override, then
-// pressed there unless a shortcut took it. As from the system, both are spontaneous, so Qt adds no
-// announcement of its own. Answers whether something used the key.
-bool press(QWidget* window, const Key& key, Qt::KeyboardModifiers modifiers = none,
-           const QString& text = {}) {
-    static ulong clock = 1;
-    ++clock;
-    QWidget* target = window->focusWidget() ? window->focusWidget() : window;
-    QKeyEvent announce = keyEvent(QEvent::ShortcutOverride, key, modifiers, text);
-    announce.setTimestamp(clock);
-    announce.ignore();
-    QSpontaneKeyEvent::setSpontaneous(&announce);
-    const bool taken = qApp->notify(target, &announce) && announce.isAccepted();
-    QKeyEvent down = keyEvent(QEvent::KeyPress, key, modifiers, text);
-    down.setTimestamp(clock);
-    QSpontaneKeyEvent::setSpontaneous(&down);
-    qApp->notify(target, &down);
-    return taken || down.isAccepted();
-}
-
 // Word moves, select all, copy, cut and undo belong to the field, whatever the window around it does
 // with those keys. Letters come with Arabic text, so the physical key is what counts.
 void editsLikeAField(QWidget* window, QLineEdit* field) {
@@ -131,7 +74,7 @@ QStringList listed(const QString& operation) {
 
 } // namespace
 
-Q_DECLARE_METATYPE(Key)
+Q_DECLARE_METATYPE(orvane::test::Key)
 
 class ExplorerShortcutsTest : public QObject {
     Q_OBJECT
@@ -511,6 +454,23 @@ private slots:
         QVERIFY(w->widgets().searchField->text().isEmpty());
         QCOMPARE(w->entries().size(), size_t(7));
         QVERIFY(!FileClipboard::shared().cutHolds());
+    }
+
+    // Escape in the search field clears it, as the guide says; a second one goes back to the files.
+    void escapeInTheSearchFieldClearsIt() {
+        QVERIFY(press(w, keys::F, primary));
+        QLineEdit* search = w->widgets().searchField;
+        QCOMPARE(w->focusWidget(), search);
+        typeText(w, QStringLiteral("a.t"));
+        QCOMPARE(search->text(), QStringLiteral("a.t"));
+        QCOMPARE(w->entries().size(), size_t(1));
+        QVERIFY(press(w, keys::Escape));
+        QVERIFY(search->text().isEmpty());
+        QVERIFY(w->tabs.current().query.isEmpty());
+        QCOMPARE(w->entries().size(), size_t(7));
+        QCOMPARE(w->focusWidget(), search);
+        QVERIFY(press(w, keys::Escape));
+        QCOMPARE(w->focusWidget(), w->table());
     }
 
     void paneAndWindowToggles() {

@@ -20,9 +20,9 @@ using orvane::test::TempTree;
 using namespace orvane::test;
 
 namespace {
-QStringList names(const Explorer& w) {
+QStringList names(const Explorer& w, bool selectedOnly = false) {
     QStringList list;
-    for (const Entry& e : w.entries())
+    for (const Entry& e : selectedOnly ? w.selected() : w.entries())
         list << e.name();
     return list;
 }
@@ -203,6 +203,49 @@ private slots:
         w->selectURL(url(tree->path("Other/link-to-b")));
         QCOMPARE(w->selected().size(), size_t(1));
         QCOMPARE(w->selected().front().name(), QStringLiteral("b.txt"));
+    }
+
+    // After Up the folder we came from is the selection, from the key and from the button alike.
+    void upSelectsTheFolderWeCameFrom() {
+        Explorer* w = app->newWindow(url(tree->path("Sub/Deeper")));
+        QVERIFY(QTest::qWaitForWindowActive(w));
+        w->focusFileList();
+        QVERIFY(press(w, keys::Up, alt));
+        QCOMPARE(w->current().toLocalFile(), tree->path("Sub"));
+        QTRY_COMPARE(names(*w, true), QStringList{"Deeper"});
+        w->widgets().upButton->click();
+        QCOMPARE(w->current().toLocalFile(), tree->path());
+        QTRY_COMPARE(names(*w, true), QStringList{"Sub"});
+    }
+
+    // The mouse's Back and Forward buttons walk the history wherever the pointer is; a middle click
+    // on a folder opens it in a new tab and leaves the selection alone.
+    void otherMouseButtons() {
+        Explorer* w = app->newWindow(url(tree->path()));
+        QVERIFY(QTest::qWaitForWindowExposed(w));
+        QVERIFY(w->navigate(url(tree->path("Sub"))));
+        QWidget* viewport = w->table()->viewport();
+        QTest::mouseClick(viewport, Qt::BackButton, {}, QPoint(20, 10));
+        QCOMPARE(w->current().toLocalFile(), tree->path());
+        QTest::mouseClick(w->widgets().status, Qt::ForwardButton);
+        QCOMPARE(w->current().toLocalFile(), tree->path("Sub"));
+        w->back();
+        QTRY_VERIFY(names(*w).contains("Other"));
+        selectNames(*w, {"a.txt"});
+        const int other = int(names(*w).indexOf("Other"));
+        QTest::mouseClick(viewport, Qt::MiddleButton, {},
+                          w->table()->visualRect(w->table()->model()->index(other, 0)).center());
+        QCOMPARE(w->tabs.count(), 2);
+        QCOMPARE(w->current().toLocalFile(), tree->path("Other"));
+        w->activateTab(0);
+        QCOMPARE(w->current().toLocalFile(), tree->path());
+        // A middle click on a file opens nothing and selects nothing.
+        selectNames(*w, {"a.txt"});
+        const int b = int(names(*w).indexOf("b.txt"));
+        QTest::mouseClick(viewport, Qt::MiddleButton, {},
+                          w->table()->visualRect(w->table()->model()->index(b, 0)).center());
+        QCOMPARE(w->tabs.count(), 2);
+        QCOMPARE(names(*w, true), QStringList{"a.txt"});
     }
 
     void sortStateSurvivesTabsAndGroupingPersists() {

@@ -7,6 +7,7 @@
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
+#include "views/ExplorerColumns.h"
 #include "views/FileTable.h"
 
 #include <QAbstractButton>
@@ -24,12 +25,44 @@ using namespace orvane;
 using orvane::test::TempTree;
 using namespace orvane::test;
 
+Q_DECLARE_METATYPE(orvane::test::Key)
+
 class ExplorerFileOpsTest : public QObject {
     Q_OBJECT
     std::unique_ptr<TempTree> tree;
     std::unique_ptr<AppDelegate> app;
     Explorer* w = nullptr;
     ExplorerFileOps* ops() { return w->fileOps(); }
+
+    // The window in front with the table focused, as after a click into it.
+    void focusTable() {
+        QVERIFY(QTest::qWaitForWindowActive(w));
+        QTRY_VERIFY(!w->entries().empty());
+        w->table()->setFocus();
+    }
+    QStringList selectedNames() const {
+        QStringList names;
+        for (const Entry& e : w->selected())
+            names << e.name();
+        return names;
+    }
+    QString textOf(const QString& name, const char* column) const {
+        for (size_t row = 0; row < w->entries().size(); ++row)
+            if (w->entries()[row].name() == name)
+                return w->table()
+                    ->model()
+                    ->index(int(row), explorerColumnIndex(QLatin1String(column)))
+                    .data()
+                    .toString();
+        return QStringLiteral("(no row)");
+    }
+    // The editors over the table that are still on show.
+    int editorsShown() const {
+        int shown = 0;
+        for (const QLineEdit* field : w->table()->viewport()->findChildren<QLineEdit*>())
+            shown += field->isVisible();
+        return shown;
+    }
 
     void waitForJob() {
         QSignalSpy done(ops(), &ExplorerFileOps::jobFinished);
@@ -44,6 +77,7 @@ private slots:
         tree->folder("Box/Inner");
         app = std::make_unique<AppDelegate>();
         w = app->newWindow(QUrl::fromLocalFile(tree->path()));
+        QTRY_VERIFY(!w->entries().empty());
     }
     void cleanup() {
         app.reset();
@@ -66,6 +100,22 @@ private slots:
         QVERIFY(!QFile::exists(tree->path("hello - Copy.txt")));
         QVERIFY(QFile::exists(tree->path("hello.txt")));
         QCOMPARE(w->widgets().status->text(), QStringLiteral("Last file operation undone"));
+    }
+
+    // What a paste brought is what is selected afterwards.
+    void pastedItemsAreSelected() {
+        selectNames(*w, {"hello.txt", "ملاحظات.txt"});
+        ops()->copyAction();
+        QVERIFY(w->navigate(QUrl::fromLocalFile(tree->path("Box"))));
+        ops()->pasteAction();
+        waitForJob();
+        QTRY_COMPARE(selectedNames(), QStringList({"hello.txt", "ملاحظات.txt"}));
+        QVERIFY(w->navigate(QUrl::fromLocalFile(tree->path())));
+        selectNames(*w, {"hello.txt"});
+        ops()->copyAction();
+        ops()->pasteAction();
+        waitForJob();
+        QTRY_COMPARE(selectedNames(), QStringList{"hello - Copy.txt"});
     }
 
     void cutPasteMovesPinsFollowAndUndoReturns() {
@@ -157,13 +207,84 @@ private slots:
         QCOMPARE(QFile(tree->path("ملاحظات.txt")).size(), qint64(5));
     }
 
+    // Return ends the edit and nothing else: the list never hears it, so no editor reopens, and the
+    // next key acts on the renamed file.
+    void returnEndsTheRenameAndNothingElse_data() {
+        QTest::addColumn<Key>("start");
+        QTest::addColumn<Key>("end");
+        QTest::newRow("F2 then Return") << keys::F2 << keys::Return;
+        QTest::newRow("Return then Enter") << keys::Return << keys::Enter;
+    }
+    void returnEndsTheRenameAndNothingElse() {
+        QFETCH(Key, start);
+        QFETCH(Key, end);
+        focusTable();
+        selectNames(*w, {"hello.txt"});
+        QVERIFY(press(w, start));
+        QVERIFY(ops()->renameEditor());
+        typeText(w, QStringLiteral("zebra"));
+        QVERIFY(press(w, end));
+        QVERIFY(QFile::exists(tree->path("zebra.txt")));
+        QVERIFY(!ops()->renameEditor());
+        QTRY_COMPARE(editorsShown(), 0);
+        QCOMPARE(selectedNames(), QStringList{"zebra.txt"});
+        QString asked;
+        QTimer::singleShot(0, [&asked] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (!box) return;
+            asked = box->text();
+            box->reject();
+        });
+        QVERIFY(press(w, keys::Delete));
+        QCOMPARE(asked, QStringLiteral("Move \"zebra.txt\" to Trash?"));
+        QVERIFY(QFile::exists(tree->path("zebra.txt")));
+    }
+
+    // A new folder named from the keyboard leaves no editor behind and shows its date at once.
+    void newFolderNamedByKeysIsComplete() {
+        focusTable();
+        QVERIFY(press(w, keys::N, primary | shift));
+        QVERIFY(ops()->renameEditor());
+        typeText(w, QStringLiteral("Projects"));
+        QVERIFY(press(w, keys::Return));
+        QVERIFY(QFileInfo(tree->path("Projects")).isDir());
+        QTRY_COMPARE(editorsShown(), 0);
+        QCOMPARE(selectedNames(), QStringList{"Projects"});
+        const QString modified = textOf(QStringLiteral("Projects"), "modified");
+        QVERIFY2(!modified.isEmpty() && modified != QStringLiteral("—"), qPrintable(modified));
+        QTest::qWait(2 * LocalFolderContent::burstMs);
+        QCOMPARE(textOf(QStringLiteral("Projects"), "modified"), modified);
+        QCOMPARE(editorsShown(), 0);
+    }
+
+    // A refused name is not lost: once the alert is read, the editor is back with what was typed.
+    void refusedRenameKeepsTheTypedText() {
+        focusTable();
+        selectNames(*w, {"hello.txt"});
+        QVERIFY(press(w, keys::F2));
+        ops()->renameEditor()->setText(QStringLiteral("ملاحظات.txt"));
+        QVERIFY(press(w, keys::Return));
+        QCOMPARE(selectedNames(), QStringList{"hello.txt"});
+        QTRY_VERIFY(w->lastAlert());
+        QCOMPARE(takeAlert(*w), QStringLiteral("Cannot rename|An item with that name already exists."));
+        QTRY_VERIFY(ops()->renameEditor());
+        QCOMPARE(ops()->renameEditor()->text(), QStringLiteral("ملاحظات.txt"));
+        QCOMPARE(selectedNames(), QStringList{"hello.txt"});
+        QVERIFY(press(w, keys::Escape));
+        QVERIFY(!ops()->renameEditor());
+        QVERIFY(QFile::exists(tree->path("hello.txt")));
+    }
+
     void escapeCancelsTheRename() {
+        focusTable();
         selectNames(*w, {"hello.txt"});
         ops()->renameAction();
         ops()->renameEditor()->setText(QStringLiteral("other.txt"));
         QTest::keyClick(ops()->renameEditor(), Qt::Key_Escape);
         QVERIFY(!ops()->renameEditor());
         QVERIFY(QFile::exists(tree->path("hello.txt")));
+        // The editor leaving hands the focus back without moving the selection to another item.
+        QCOMPARE(selectedNames(), QStringList{"hello.txt"});
     }
 
     void slowSecondClickRenamesAndDoubleClickDoesNot() {

@@ -320,6 +320,8 @@ private slots:
         QCOMPARE(QProcess::execute("/bin/sh", {"-c", "printf theirs > \"$0\"", tree.path("target/item")}), 0);
         const TransferResult result = runPlan(plan, moving);
         QVERIFY(result.finished.empty());
+        // Nothing arrived, so there is nothing to undo and no undo is offered.
+        QCOMPARE(result.statusText(), QString(moving ? "0 items moved" : "0 items copied"));
         QCOMPARE(result.failures, QStringList{"item: " + QString::fromLocal8Bit(strerror(EEXIST))});
         QCOMPARE(contents(tree.path("target/item")), QByteArray("theirs"));
         QVERIFY(present(source));

@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QTest>
 #include <QTimer>
 
 namespace orvane::test {
@@ -55,6 +56,35 @@ void answerNextDialog(const QString& button, const QString& typed) {
                 return;
             }
     });
+}
+
+QKeyEvent keyEvent(QEvent::Type type, const Key& key, Qt::KeyboardModifiers modifiers, const QString& text) {
+    const int qtKey = text.size() == 1 && text[0].unicode() > 127 ? text[0].unicode() : key.qtKey;
+    return QKeyEvent(type, qtKey, modifiers, key.scanCode, key.virtualKey, 1, text);
+}
+
+bool press(QWidget* window, const Key& key, Qt::KeyboardModifiers modifiers, const QString& text) {
+    static ulong clock = 1;
+    ++clock;
+    QWidget* target = window->focusWidget() ? window->focusWidget() : window;
+    QKeyEvent announce = keyEvent(QEvent::ShortcutOverride, key, modifiers, text);
+    announce.setTimestamp(clock);
+    announce.ignore();
+    QSpontaneKeyEvent::setSpontaneous(&announce);
+    const bool taken = qApp->notify(target, &announce) && announce.isAccepted();
+    QKeyEvent down = keyEvent(QEvent::KeyPress, key, modifiers, text);
+    down.setTimestamp(clock);
+    QSpontaneKeyEvent::setSpontaneous(&down);
+    qApp->notify(target, &down);
+    return taken || down.isAccepted();
+}
+
+// Letters and digits only: their scan codes are not needed by the fields that take text.
+void typeText(QWidget* window, const QString& text) {
+    for (const QChar c : text) {
+        const int qtKey = c.isLetter() ? QChar(c.toUpper()).unicode() : c.unicode();
+        press(window, Key{0, 0, qtKey}, Qt::NoModifier, QString(c));
+    }
 }
 
 } // namespace orvane::test

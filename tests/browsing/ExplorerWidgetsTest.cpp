@@ -1,0 +1,124 @@
+#include "browsing/ExplorerWidgets.h"
+
+#include "browsing/AppDelegate.h"
+#include "browsing/EditablePathBox.h"
+#include "browsing/Explorer.h"
+#include "chrome/ExplorerTabStrip.h"
+#include "chrome/ExplorerTabView.h"
+#include "fileops/ExplorerFileOps.h"
+#include "support/TempTree.h"
+#include "support/TestEnvironment.h"
+#include "support/WindowDriver.h"
+#include "views/FileTable.h"
+
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenuBar>
+
+using namespace orvane;
+using namespace orvane::test;
+
+namespace {
+
+bool interactive(QWidget* widget) {
+    return qobject_cast<QAbstractButton*>(widget) || qobject_cast<QLineEdit*>(widget) ||
+           qobject_cast<QAbstractItemView*>(widget) || qobject_cast<QMenuBar*>(widget) ||
+           qobject_cast<ExplorerTabView*>(widget);
+}
+
+// What assistive technology hears for a widget.
+QString spokenName(QWidget* widget) {
+    QAccessibleInterface* face = QAccessible::queryAccessibleInterface(widget);
+    return face ? face->text(QAccessible::Name) : QString();
+}
+
+QStringList namelessControls(QWidget* window) {
+    QStringList nameless;
+    for (QWidget* widget : window->findChildren<QWidget*>())
+        if (interactive(widget) && spokenName(widget).trimmed().isEmpty())
+            nameless << QString::fromLatin1(widget->metaObject()->className()) + u' ' + widget->objectName() +
+                            u' ' + widget->toolTip();
+    return nameless;
+}
+
+} // namespace
+
+class ExplorerWidgetsTest : public QObject {
+    Q_OBJECT
+    std::unique_ptr<TempTree> tree;
+    std::unique_ptr<AppDelegate> app;
+    Explorer* w = nullptr;
+
+private slots:
+    void init() {
+        tree = std::make_unique<TempTree>();
+        tree->file("a.txt", "a");
+        tree->folder("Sub");
+        app = std::make_unique<AppDelegate>();
+        w = app->newWindow(QUrl::fromLocalFile(tree->path()));
+        QVERIFY(QTest::qWaitForWindowExposed(w));
+        QTRY_VERIFY(!w->entries().empty());
+    }
+    void cleanup() {
+        app.reset();
+        tree.reset();
+    }
+
+    // Every control of the window has a name of its own, not only a tool tip, in every state the
+    // window shows: two tabs, the details pane, the address field and the rename editor.
+    void everyControlHasAName() {
+        w->newTab();
+        w->commands().run(QStringLiteral("toggleDetails"));
+        QCOMPARE(namelessControls(w).join(" | "), QString());
+        w->widgets().pathBox->showAddress();
+        selectNames(*w, {"a.txt"});
+        w->commands().run(QStringLiteral("renameAction"));
+        QVERIFY(w->fileOps()->renameEditor());
+        QCOMPARE(namelessControls(w).join(" | "), QString());
+        QCOMPARE(spokenName(w->fileOps()->renameEditor()), QStringLiteral("Rename a.txt"));
+    }
+
+    // Icon buttons are named by their tool tip without its key.
+    void namesComeFromTheToolTips_data() {
+        QTest::addColumn<QString>("tip");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("back") << "Back · Alt+Left"
+                              << "Back";
+        QTest::newRow("trash") << "Move to Trash · Delete"
+                               << "Move to Trash";
+        QTest::newRow("scope") << "Search scope"
+                               << "Search scope";
+        QTest::newRow("close") << "Close window"
+                               << "Close window";
+    }
+    void namesComeFromTheToolTips() {
+        QFETCH(QString, tip);
+        QFETCH(QString, name);
+        QAbstractButton* found = nullptr;
+        for (QAbstractButton* b : w->findChildren<QAbstractButton*>())
+            if (b->toolTip() == tip) found = b;
+        QVERIFY(found);
+        QCOMPARE(found->accessibleName(), name);
+    }
+
+    // Tabs are page tabs in a page tab list; the lists are named.
+    void rolesOfTabsAndLists() {
+        w->newTab();
+        const QList<ExplorerTabView*> tabs = w->widgets().tabStrip->orderedTabViews();
+        QCOMPARE(tabs.size(), 2);
+        for (ExplorerTabView* tab : tabs) {
+            QAccessibleInterface* face = QAccessible::queryAccessibleInterface(tab);
+            QCOMPARE(face->role(), QAccessible::PageTab);
+            QCOMPARE(face->text(QAccessible::Name), tab->name());
+            QCOMPARE(face->state().selected, tab->activeTab());
+            QCOMPARE(face->parent()->role(), QAccessible::PageTabList);
+        }
+        QCOMPARE(spokenName(w->table()), QStringLiteral("Files"));
+        QCOMPARE(spokenName(w->widgets().places), QStringLiteral("Navigation pane"));
+    }
+};
+
+ORVANE_TEST_MAIN(ExplorerWidgetsTest)
+#include "ExplorerWidgetsTest.moc"
