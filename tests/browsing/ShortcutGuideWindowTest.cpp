@@ -86,7 +86,9 @@ private slots:
         QVERIFY(absent > 0);
         QPointer<ShortcutGuideWindow> guide = openGuide();
         QCOMPARE(countOf(guide, ShortcutGuideWindow::unavailableText()), absent);
-        const auto isProperties = [](const QLabel* l) { return l->text() == "Properties for the selection"; };
+        const auto isProperties = [](const QLabel* l) {
+            return l->text() == "Quick Look (unless choosing individual items)";
+        };
         const QList<QLabel*> labels = guide->findChildren<QLabel*>();
         const auto properties = std::find_if(labels.begin(), labels.end(), isProperties);
         QVERIFY(properties != labels.end());
@@ -94,7 +96,7 @@ private slots:
         guide->close();
         QTRY_VERIFY(!guide);
 
-        w->commands().add(QStringLiteral("propertiesAction"), QStringLiteral("Properties"), [] {});
+        w->commands().add(QStringLiteral("quickLook"), QStringLiteral("Quick Look"), [] {});
         guide = openGuide();
         QCOMPARE(countOf(guide, ShortcutGuideWindow::unavailableText()), absent - 1);
     }
