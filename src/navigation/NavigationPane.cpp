@@ -20,7 +20,6 @@ NavigationPane::NavigationPane(Explorer& window)
     : QObject(&window), w(window), store(std::make_unique<PinnedStore>(Preferences::pins())) {
     QWidget* pane = w.widgets().navigationPane;
     places = new PlacesTable(*store, pane);
-    places->setObjectName(QStringLiteral("placesTable"));
     auto* column = static_cast<QBoxLayout*>(pane->layout());
     if (QLayoutItem* gap = column->itemAt(0); gap && gap->spacerItem()) delete column->takeAt(0);
     column->insertWidget(0, places, 1);

@@ -26,6 +26,7 @@ namespace orvane {
 
 PlacesTable::PlacesTable(PinnedStore& pins, QWidget* parent)
     : QAbstractScrollArea(parent), store(pins), model(new SidebarTree(this)) {
+    setObjectName(QStringLiteral("placesTable")); // before any button exists, for the style sheet
     setAccessibleName(QStringLiteral("Navigation pane"));
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::StrongFocus);
@@ -364,17 +365,38 @@ void PlacesTable::startPinDrag(int row) {
     data->setData(QLatin1String(pinDragType), path.toUtf8());
     auto* drag = new QDrag(this);
     drag->setMimeData(data);
-    QPixmap image(viewport()->width(), rowRect(row).height());
-    image.fill(Qt::transparent);
-    viewport()->render(&image, QPoint(), QRegion(rowRect(row)));
-    drag->setPixmap(image);
-    drag->setHotSpot(pressPos - rowRect(row).topLeft());
+    drag->setPixmap(dragImage(row));
+    drag->setHotSpot(QPoint(-14, -4));
     const QPointer<PlacesTable> alive(this);
     drag->exec(Qt::MoveAction);
     if (!alive) return;
     dropLine.reset();
     syncSelection(shown);
     refreshHover();
+}
+
+// The pin's icon and title, lifted off the pane beside the pointer so the drop line stays in sight.
+QPixmap PlacesTable::dragImage(int row) {
+    const QRect r = rowRect(row);
+    const int left = SidebarRowPainter::contentInset - 6;
+    const int width =
+        qMin(r.width() - left, fontMetrics().horizontalAdvance(model->snapshot().places[row].title) + 52);
+    const QRect part(left, r.top(), width, r.height());
+    const qreal ratio = devicePixelRatioF();
+    QPixmap rowImage(part.size() * ratio);
+    rowImage.setDevicePixelRatio(ratio);
+    rowImage.fill(Qt::transparent);
+    viewport()->render(&rowImage, QPoint(), QRegion(part), QWidget::RenderFlags());
+    QPixmap image(rowImage.size());
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::transparent);
+    QPainter p(&image);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.setPen(Qt::NoPen);
+    p.setBrush(Palette::canvas().lighter(170));
+    p.drawRoundedRect(QRectF(QPointF(0, 3), QSizeF(part.width(), part.height() - 6)), 6, 6);
+    p.drawPixmap(0, 0, rowImage);
+    return image;
 }
 
 // Any navigation pane of this process may send a pin: all windows share one list.

@@ -93,6 +93,7 @@ private:
     bool canExpandCached(int row) const;
     QIcon iconFor(const SidebarPlace& place) const;
     void startPinDrag(int row);
+    QPixmap dragImage(int row);
     std::optional<QString> draggedPin(const QDropEvent* event) const;
     int pinSlot(const SidebarPinLayout& layout, const QString& path) const;
     void selectAndReveal(int row);

@@ -43,7 +43,7 @@ class PlacesTableTest : public QObject {
 private slots:
     void init() {
         tree = std::make_unique<TempTree>();
-        for (const char* f : {"A/inner", "B", "C", "x/Same", "y/Same"})
+        for (const char* f : {"A/inner", "B", "C"})
             tree->folder(QLatin1String(f));
         settingsFile = tree->path("prefs.ini");
         QSettings(settingsFile, QSettings::IniFormat).setValue(PinnedStore::defaultsKey, QStringList());
@@ -71,12 +71,6 @@ private slots:
         QVERIFY(!titles().contains("Android USB"));
         table->setPhoneConnected(true);
         QCOMPARE(titles().last(), QStringLiteral("Android USB"));
-    }
-
-    void namesakePinsShowTheirParent() {
-        store->pin(local("x/Same"));
-        store->pin(local("y/Same"));
-        QVERIFY(rowOf("Same — x") > 0 && rowOf("Same — y") > rowOf("Same — x"));
     }
 
     void disclosureExpandsAndClicksOpen() {

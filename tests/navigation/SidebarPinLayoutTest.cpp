@@ -27,14 +27,6 @@ SidebarTreeSnapshot sample() {
 class SidebarPinLayoutTest : public QObject {
     Q_OBJECT
 private slots:
-    void layoutOfTheSections() {
-        const SidebarPinLayout layout = SidebarPinLayout::of(sample());
-        QCOMPARE(layout.headerRow, 1);
-        QCOMPARE(layout.rootRows, QList<int>({2, 5, 6}));
-        QCOMPARE(layout.endRow, 7);
-        QVERIFY(SidebarPinLayout::of(SidebarTreeSnapshot()).rootRows.isEmpty());
-    }
-
     void target_data() {
         QTest::addColumn<int>("row");
         QTest::addColumn<std::optional<Target>>("expected");

@@ -110,12 +110,6 @@ private slots:
         QCOMPARE(action.row, target.isEmpty() ? -1 : rowOf(target));
     }
 
-    void sectionsCannotBeSelected() {
-        QVERIFY(!model->select(rowOf("Quick access")));
-        QVERIFY(!model->select(99));
-        QCOMPARE(model->selectedRow(), -1);
-    }
-
     // The root file system wins over a pin showing the same folder.
     void revealPrefersTheRootFileSystem() {
         model->setRoots({folder(tree->path("Work/Shared"), "Pin"), {"File System", "/", "internaldrive"}});
