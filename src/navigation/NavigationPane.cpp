@@ -43,7 +43,10 @@ NavigationPane::NavigationPane(Explorer& window)
     connect(&w.commands(), &WindowCommands::requested, this, [this](const QString& name) {
         if (name == QLatin1String("refreshAction")) places->setupPlaces();
     });
-    w.keyboard().sidebarKey = [this](PhysicalKey key) { return places->handleKey(key); };
+    // The Storage button shares the pane; its keys stay its own.
+    w.keyboard().sidebarKey = [this](PhysicalKey key) {
+        return places->hasFocus() && places->handleKey(key);
+    };
     registerCommands();
     places->syncSelection(w.current());
     updatePinCommand();
