@@ -13,7 +13,6 @@
 
 #include <QItemSelection>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QMenu>
 
 namespace orvane {
@@ -140,7 +139,7 @@ void ExplorerKeyboard::cycleFocus(bool backward) {
     if (next == 1)
         focusSearch();
     else if (next == 2)
-        w.widgets().places->setFocus(Qt::TabFocusReason);
+        w.widgets().navigationPane->setFocus(Qt::TabFocusReason);
     else
         w.focusFileList();
 }

@@ -15,7 +15,6 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QSplitter>
@@ -183,11 +182,9 @@ QWidget* ExplorerWidgets::buildSplit(QWidget* parent) {
     navigationPane->setObjectName(QStringLiteral("navigationPane"));
     auto* paneColumn = new QVBoxLayout(navigationPane);
     paneColumn->setContentsMargins(6, 6, 6, 6);
-    places = new QListWidget(navigationPane);
-    places->setFrameShape(QFrame::NoFrame);
     storageButton =
         symbolButton(navigationPane, "internaldrive", "View storage on all connected drives", "Storage");
-    paneColumn->addWidget(places, 1);
+    paneColumn->addStretch(1);
     paneColumn->addWidget(storageButton, 0, Qt::AlignLeft);
 
     // The empty label floats over the table in the same grid cell, so it stays centred at any size.

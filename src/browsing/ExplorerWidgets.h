@@ -5,7 +5,6 @@
 
 class QLabel;
 class QLineEdit;
-class QListWidget;
 class QMainWindow;
 class QMenuBar;
 class QSplitter;
@@ -48,8 +47,8 @@ struct ExplorerWidgets {
     TransferProgressEdge* transferProgress;
     // the split
     QSplitter* split;
+    // The navigation subsystem puts its tree on top; its focus proxy is the tree.
     QWidget* navigationPane;
-    QListWidget* places;
     QToolButton* storageButton;
     // The file views share one grid cell of the file area: the table, and views that plug in beside it.
     QWidget* fileArea;

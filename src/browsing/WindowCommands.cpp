@@ -68,13 +68,8 @@ void WindowCommands::bind(QAbstractButton* button, const QString& name, const QV
 
 const QStringList& WindowCommands::notYetBuilt() {
     static const QStringList names = {
-        QStringLiteral("quickLook"),
-        QStringLiteral("revealAction"),
-        QStringLiteral("compressAction"),
-        QStringLiteral("arrangeWindow"),
-        QStringLiteral("expandToCurrentFolder"),
-        QStringLiteral("showSidebarContextMenu"),
-        QStringLiteral("makeAlias"),
+        QStringLiteral("quickLook"),     QStringLiteral("revealAction"), QStringLiteral("compressAction"),
+        QStringLiteral("arrangeWindow"), QStringLiteral("makeAlias"),
     };
     return names;
 }

@@ -2,7 +2,7 @@
 
 #include "browsing/Explorer.h"
 #include "browsing/PointerNavigation.h"
-#include "navigation/PlacesList.h"
+#include "navigation/NavigationPane.h"
 #include "phone/PhonePlaceholder.h"
 #include "properties/PropertiesCommands.h"
 #include "views/ExplorerViewModes.h"
@@ -10,7 +10,7 @@
 namespace orvane {
 
 void WindowPlugins::attach(Explorer& window) {
-    new PlacesList(window);
+    new NavigationPane(window);
     new ExplorerViewModes(window);
     new PropertiesCommands(window);
     new PointerNavigation(window);

@@ -70,6 +70,34 @@ bool LinuxPlatform::readItem(const QString& path, RawItem& out) const {
     return statItem(AT_FDCWD, native.constData(), out);
 }
 
+// The type from the directory entry spares a stat per name; only file systems that leave it out pay one.
+bool LinuxPlatform::listSubfolders(const QString& path, const FolderSink& sink, QString& error) const {
+    const QByteArray native = QFile::encodeName(path);
+    DIR* dir = opendir(native.constData());
+    if (!dir) {
+        error = QString::fromLocal8Bit(strerror(errno));
+        return false;
+    }
+    const int fd = dirfd(dir);
+    while (dirent* d = readdir(dir)) {
+        const char* n = d->d_name;
+        if (n[0] == '.' && (n[1] == 0 || (n[1] == '.' && n[2] == 0))) continue;
+        bool folder = d->d_type == DT_DIR;
+        if (d->d_type == DT_UNKNOWN) {
+            struct stat st;
+            folder = fstatat(fd, n, &st, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT) == 0 && S_ISDIR(st.st_mode);
+        }
+        if (folder) sink(QFile::decodeName(n), n[0] == '.');
+    }
+    closedir(dir);
+    return true;
+}
+
+bool LinuxPlatform::isPlainFolder(const QString& path) const {
+    struct stat st;
+    return lstat(QFile::encodeName(path).constData(), &st) == 0 && S_ISDIR(st.st_mode);
+}
+
 QString LinuxPlatform::word(PlatformWord word) const {
     switch (word) {
     case PlatformWord::RootVolume:

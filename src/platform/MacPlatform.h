@@ -10,6 +10,8 @@ public:
     bool listFolder(const QString& path, bool includeHidden, const ItemSink& sink,
                     QString& error) const override;
     bool readItem(const QString& path, RawItem& out) const override;
+    bool listSubfolders(const QString& path, const FolderSink& sink, QString& error) const override;
+    bool isPlainFolder(const QString& path) const override;
     QString word(PlatformWord word) const override;
 };
 

@@ -12,13 +12,14 @@ const Platform& Platform::instance() {
 namespace {
 
 NSArray<NSURLResourceKey>* keys() {
-    return @[ NSURLIsDirectoryKey, NSURLIsPackageKey, NSURLFileSizeKey, NSURLContentModificationDateKey,
-              NSURLCreationDateKey, NSURLAddedToDirectoryDateKey, NSURLIsHiddenKey, NSURLIsSymbolicLinkKey ];
+    return @[
+        NSURLIsDirectoryKey, NSURLIsPackageKey, NSURLFileSizeKey, NSURLContentModificationDateKey,
+        NSURLCreationDateKey, NSURLAddedToDirectoryDateKey, NSURLIsHiddenKey, NSURLIsSymbolicLinkKey
+    ];
 }
 
 QDateTime toDate(id value) {
-    if (![value isKindOfClass:[NSDate class]])
-        return {};
+    if (![value isKindOfClass:[NSDate class]]) return {};
     return QDateTime::fromMSecsSinceEpoch(qint64([(NSDate*)value timeIntervalSince1970] * 1000), Qt::UTC);
 }
 
@@ -42,11 +43,11 @@ bool MacPlatform::listFolder(const QString& path, bool includeHidden, const Item
     @autoreleasepool {
         NSError* failure = nil;
         NSDirectoryEnumerationOptions options = includeHidden ? 0 : NSDirectoryEnumerationSkipsHiddenFiles;
-        NSArray<NSURL*>* urls = [NSFileManager.defaultManager
-              contentsOfDirectoryAtURL:[NSURL fileURLWithPath:path.toNSString()]
-            includingPropertiesForKeys:keys()
-                               options:options
-                                 error:&failure];
+        NSArray<NSURL*>* urls =
+            [NSFileManager.defaultManager contentsOfDirectoryAtURL:[NSURL fileURLWithPath:path.toNSString()]
+                                        includingPropertiesForKeys:keys()
+                                                           options:options
+                                                             error:&failure];
         if (!urls) {
             error = QString::fromNSString(failure.localizedDescription);
             return false;
@@ -63,10 +64,47 @@ bool MacPlatform::listFolder(const QString& path, bool includeHidden, const Item
 bool MacPlatform::readItem(const QString& path, RawItem& out) const {
     @autoreleasepool {
         NSURL* url = [NSURL fileURLWithPath:path.toNSString()];
-        if (![url checkResourceIsReachableAndReturnError:nil])
-            return false;
+        if (![url checkResourceIsReachableAndReturnError:nil]) return false;
         fill(url, out);
         return true;
+    }
+}
+
+bool MacPlatform::listSubfolders(const QString& path, const FolderSink& sink, QString& error) const {
+    @autoreleasepool {
+        NSError* failure = nil;
+        NSArray<NSURLResourceKey>* folderKeys =
+            @[ NSURLIsDirectoryKey, NSURLIsPackageKey, NSURLIsSymbolicLinkKey, NSURLIsHiddenKey ];
+        NSArray<NSURL*>* urls =
+            [NSFileManager.defaultManager contentsOfDirectoryAtURL:[NSURL fileURLWithPath:path.toNSString()]
+                                        includingPropertiesForKeys:folderKeys
+                                                           options:0
+                                                             error:&failure];
+        if (!urls) {
+            error = QString::fromNSString(failure.localizedDescription);
+            return false;
+        }
+        for (NSURL* url in urls) {
+            NSDictionary* v = [url resourceValuesForKeys:folderKeys error:nil];
+            if (![v[NSURLIsDirectoryKey] boolValue] || [v[NSURLIsPackageKey] boolValue] ||
+                [v[NSURLIsSymbolicLinkKey] boolValue])
+                continue;
+            QString name = QString::fromNSString(url.lastPathComponent);
+            const bool hidden = [v[NSURLIsHiddenKey] boolValue] || name.startsWith(u'.');
+            sink(std::move(name), hidden);
+        }
+        return true;
+    }
+}
+
+bool MacPlatform::isPlainFolder(const QString& path) const {
+    @autoreleasepool {
+        NSURL* url = [NSURL fileURLWithPath:path.toNSString()];
+        NSDictionary* v =
+            [url resourceValuesForKeys:@[ NSURLIsDirectoryKey, NSURLIsPackageKey, NSURLIsSymbolicLinkKey ]
+                                 error:nil];
+        return v && [v[NSURLIsDirectoryKey] boolValue] && ![v[NSURLIsPackageKey] boolValue] &&
+               ![v[NSURLIsSymbolicLinkKey] boolValue];
     }
 }
 

@@ -36,6 +36,13 @@ public:
                             QString& error) const = 0;
     // Attributes of one item; false when it cannot be read.
     virtual bool readItem(const QString& path, RawItem& out) const = 0;
+
+    using FolderSink = std::function<void(QString&& name, bool hidden)>;
+    // The folders a tree may open in place, one level down, in directory order: real directories,
+    // never links or packages, so a walk keeps the path it took and cannot run in circles.
+    virtual bool listSubfolders(const QString& path, const FolderSink& sink, QString& error) const = 0;
+    // Whether `path` itself is such a folder; a link to one is not.
+    virtual bool isPlainFolder(const QString& path) const = 0;
     virtual QString word(PlatformWord word) const = 0;
 
     // The display type of a file: "File folder" for a plain directory, else the type database's text.

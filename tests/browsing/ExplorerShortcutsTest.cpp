@@ -15,7 +15,6 @@
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QMenu>
 #include <QVBoxLayout>
 
@@ -435,7 +434,7 @@ private slots:
             QVERIFY(press(w, keys::F6, shift));
             QCOMPARE(w->keyboard().focusRegion(), region);
         }
-        QCOMPARE(w->focusWidget(), w->widgets().places);
+        QCOMPARE(w->focusWidget(), w->widgets().navigationPane->focusProxy());
         QVERIFY(!w->widgets().pathBox->addressShown());
     }
 

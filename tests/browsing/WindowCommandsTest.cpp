@@ -9,7 +9,6 @@
 #include "views/FileTable.h"
 
 #include <QKeyEvent>
-#include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
@@ -37,7 +36,7 @@ QSet<QString> namesReachedByKeys(Explorer& w) {
     w.commands().setSuspended(true);
     const Qt::KeyboardModifiers each[] = {Qt::ControlModifier, Qt::AltModifier, Qt::ShiftModifier,
                                           Qt::MetaModifier};
-    for (QWidget* focus : {static_cast<QWidget*>(w.table()), static_cast<QWidget*>(w.widgets().places)}) {
+    for (QWidget* focus : {static_cast<QWidget*>(w.table()), w.widgets().navigationPane->focusProxy()}) {
         focus->setFocus();
         for (quint32 code = 8; code < 256; ++code) {
             for (int combination = 0; combination < 16; ++combination) {

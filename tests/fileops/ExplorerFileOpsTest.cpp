@@ -119,7 +119,7 @@ private slots:
     }
 
     void cutPasteMovesPinsFollowAndUndoReturns() {
-        QVERIFY(w->findChild<PlacesList*>()->pins().pin(QUrl::fromLocalFile(tree->path("Box"))));
+        QVERIFY(w->findChild<NavigationPane*>()->pins().pin(QUrl::fromLocalFile(tree->path("Box"))));
         selectNames(*w, {"Box", "ملاحظات.txt"});
         ops()->cutAction();
         QVERIFY(FileClipboard::shared().isCut(QUrl::fromLocalFile(tree->path("Box"))));
@@ -129,12 +129,13 @@ private slots:
         QVERIFY(QFile::exists(tree->path("Target/Box/Inner")));
         QVERIFY(QFile::exists(tree->path("Target/ملاحظات.txt")));
         QVERIFY(!QFile::exists(tree->path("Box")));
-        QVERIFY(w->findChild<PlacesList*>()->pins().contains(QUrl::fromLocalFile(tree->path("Target/Box"))));
+        QVERIFY(
+            w->findChild<NavigationPane*>()->pins().contains(QUrl::fromLocalFile(tree->path("Target/Box"))));
         QVERIFY(!FileClipboard::shared().cutHolds());
         ops()->undoAction();
         QVERIFY(QFile::exists(tree->path("Box/Inner")));
         QVERIFY(QFile::exists(tree->path("ملاحظات.txt")));
-        QVERIFY(w->findChild<PlacesList*>()->pins().contains(QUrl::fromLocalFile(tree->path("Box"))));
+        QVERIFY(w->findChild<NavigationPane*>()->pins().contains(QUrl::fromLocalFile(tree->path("Box"))));
     }
 
     void aForeignCopyTurnsTheCutIntoACopy() {

@@ -3,13 +3,13 @@
 #include "browsing/Explorer.h"
 #include "browsing/NotificationCenter.h"
 #include "browsing/WindowCommands.h"
-#include "navigation/PlacesList.h"
+#include "navigation/NavigationPane.h"
+#include "navigation/PlacesTable.h"
 #include "platform/NativePath.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 
 #include <QDir>
-#include <QListWidget>
 #include <QSignalSpy>
 #include <QStandardPaths>
 
@@ -215,15 +215,16 @@ private slots:
         AppDelegate app;
         Explorer* one = app.newWindow(local(tree->path()));
         Explorer* two = app.newWindow(local(tree->path("C")));
-        const int before = two->widgets().places->count();
+        const auto rows = [two] { return two->findChild<PlacesTable*>()->tree().snapshot().count(); };
+        const int before = rows();
         one->navigate(local(tree->path("A")));
-        one->findChild<PlacesList*>()->pinAction();
-        QCOMPARE(two->widgets().places->count(), before + 1);
-        QVERIFY(two->findChild<PlacesList*>()->pins().contains(local(tree->path("A"))));
+        one->findChild<NavigationPane*>()->pinAction();
+        QCOMPARE(rows(), before + 1);
+        QVERIFY(two->findChild<NavigationPane*>()->pins().contains(local(tree->path("A"))));
         QCOMPARE(one->commands().title(QStringLiteral("pinAction")),
                  QStringLiteral("Unpin from Quick access"));
-        one->findChild<PlacesList*>()->pinAction();
-        QVERIFY(!two->findChild<PlacesList*>()->pins().contains(local(tree->path("A"))));
+        one->findChild<NavigationPane*>()->pinAction();
+        QVERIFY(!two->findChild<NavigationPane*>()->pins().contains(local(tree->path("A"))));
     }
 };
 

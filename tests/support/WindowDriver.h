@@ -7,7 +7,8 @@
 #include "browsing/WindowCommands.h"
 #include "browsing/WindowListing.h"
 #include "chrome/ExplorerChrome.h"
-#include "navigation/PlacesList.h"
+#include "navigation/NavigationPane.h"
+#include "navigation/PlacesTable.h"
 
 #include <QKeyEvent>
 #include <QList>
