@@ -28,6 +28,8 @@ FaultPlan FaultPlan::fromEnvironment() {
     plan.extraKeys = flag("MTP_BRIDGE_EXTRA_KEYS");
     plan.nullProgress = flag("MTP_BRIDGE_NULL_PROGRESS");
     plan.echo = flag("MTP_BRIDGE_ECHO");
+    plan.failReply = number("MTP_BRIDGE_FAIL_REPLY");
+    plan.repeatItems = flag("MTP_BRIDGE_REPEAT_ITEMS");
     return plan;
 }
 

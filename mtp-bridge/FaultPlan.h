@@ -17,7 +17,9 @@ struct FaultPlan {
         0;                  // MTP_BRIDGE_CUT_AFTER_PROGRESS: the Nth request gets progress lines, then exit
     bool extraKeys = false; // MTP_BRIDGE_EXTRA_KEYS=1: every final reply carries keys no client knows
     bool nullProgress = false; // MTP_BRIDGE_NULL_PROGRESS=1: every final reply carries "progress": null
-    bool echo = false; // MTP_BRIDGE_ECHO=1: "name" of every final reply is the request line as received
+    bool echo = false;  // MTP_BRIDGE_ECHO=1: "name" of every final reply is the request line as received
+    long failReply = 0; // MTP_BRIDGE_FAIL_REPLY: the Nth request is refused with an error reply
+    bool repeatItems = false; // MTP_BRIDGE_REPEAT_ITEMS=1: every listing names each item twice
 
     static FaultPlan fromEnvironment();
 };

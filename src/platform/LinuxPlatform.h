@@ -11,6 +11,8 @@ public:
                     QString& error) const override;
     bool readItem(const QString& path, RawItem& out) const override;
     QString word(PlatformWord word) const override;
+    // The attributes of `name` in the open folder `dirfd`, for walkers that already hold the folder.
+    static bool readItemAt(int dirfd, const char* name, RawItem& out);
 };
 
 } // namespace orvane

@@ -43,7 +43,8 @@ inline const QStringList faultVariables = {
     QStringLiteral("MTP_BRIDGE_EXIT_AFTER"),  QStringLiteral("MTP_BRIDGE_GARBLE"),
     QStringLiteral("MTP_BRIDGE_EMPTY_REPLY"), QStringLiteral("MTP_BRIDGE_CUT_AFTER_PROGRESS"),
     QStringLiteral("MTP_BRIDGE_EXTRA_KEYS"),  QStringLiteral("MTP_BRIDGE_NULL_PROGRESS"),
-    QStringLiteral("MTP_BRIDGE_ECHO")};
+    QStringLiteral("MTP_BRIDGE_ECHO"),        QStringLiteral("MTP_BRIDGE_FAIL_REPLY"),
+    QStringLiteral("MTP_BRIDGE_REPEAT_ITEMS")};
 
 // Points the next bridge at a simulated phone in `folder` with the given faults, and makes sure
 // the next request starts that bridge afresh.
