@@ -4,6 +4,8 @@
 #include "browsing/ExplorerEvents.h"
 #include "browsing/WindowCommands.h"
 #include "browsing/WindowListing.h"
+#include "phone/PhoneEntry.h"
+#include "phone/PhoneLocation.h"
 #include "platform/Platform.h"
 
 #include <QDir>
@@ -26,7 +28,10 @@ WindowSearch::WindowSearch(Explorer& window) : QObject(&window), w(window) {
     registerCommands();
     w.commands().bind(ui.searchScopeButton, QStringLiteral("searchScopeMenu"));
     // The phone's words differ for the third scope.
-    connect(&w.events(), &ExplorerEvents::locationChanged, this, &WindowSearch::updateScopeButton);
+    connect(&w.events(), &ExplorerEvents::locationChanged, this, [this] {
+        updateScopeButton();
+        endPhoneSearch();
+    });
     w.addContent(this);
 }
 
@@ -41,7 +46,10 @@ void WindowSearch::registerCommands() {
     // The listing's filter asks this first; it is enabled whenever the search is not the filter.
     c.add(
         QStringLiteral("searchChanged"), QStringLiteral("Search"), [this] { searchChanged(); },
-        [this] { return onPhone() ? w.commands().contains(phoneCommand) : searchScope != 0 || showing; });
+        [this] {
+            if (onPhone() && w.commands().contains(phoneCommand)) return true;
+            return searchScope != 0 || showing || showingPhone;
+        });
 }
 
 QString WindowSearch::scopeTitle(int scope, bool phone) {
@@ -103,7 +111,7 @@ void WindowSearch::updateScopeButton() {
 
 void WindowSearch::searchChanged() {
     if (onPhone()) {
-        w.commands().run(phoneCommand);
+        if (!w.commands().run(phoneCommand)) startPhoneSearch();
         return;
     }
     // Back to the filter: the folder is listed again and narrowed in memory.
@@ -166,6 +174,60 @@ void WindowSearch::leave() {
     if (!showing) return;
     showing = false;
     w.setWindowTitle(folderName(w.current()) + QStringLiteral(" — Orvane"));
+}
+
+// ---------------------------------------------------------------- a phone tab without its browser
+
+void WindowSearch::startPhoneSearch() {
+    const QString text = w.tabs.current().query;
+    const std::optional<QList<PhoneItem>> chain = PhoneLocation::decode(w.current());
+    endPhoneSearch();
+    if (text.isEmpty() || searchScope == 0 || !chain) {
+        w.listing().setQuery(text);
+        w.refresh();
+        return;
+    }
+    showingPhone = true;
+    w.listing().setQuery(QString());
+    w.listing().clear();
+    w.widgets().emptyLabel->hide();
+    w.widgets().status->setText(QStringLiteral("Searching phone…"));
+    phone.progress = [this](int folders, int matches) {
+        w.widgets().status->setText(QStringLiteral("Searching phone… ") + QString::number(folders) +
+                                    QStringLiteral(" folders · ") + QString::number(matches) +
+                                    QStringLiteral(" matches"));
+    };
+    phone.batch = [this](const QList<PhoneItem>& found, const PhoneSearch::Parents&) {
+        phoneStreamed << found;
+        showPhoneResults(phoneStreamed, w.widgets().status->text());
+    };
+    phone.start(
+        text, searchScope, *chain, {}, w.listing().showHidden(),
+        [this](const QList<PhoneItem>& results, const PhoneSearch::Parents& parents, const QString& summary) {
+            phoneParents = parents;
+            phoneStreamed.clear();
+            showPhoneResults(results,
+                             QString::number(results.size()) + QStringLiteral(" results · ") + summary);
+            w.widgets().emptyLabel->setText(QStringLiteral("No matching items"));
+            w.widgets().emptyLabel->setVisible(results.isEmpty());
+        });
+}
+
+void WindowSearch::showPhoneResults(const QList<PhoneItem>& results, const QString& status) {
+    std::vector<Entry> entries;
+    entries.reserve(size_t(results.size()));
+    for (const PhoneItem& item : results)
+        entries.push_back(phoneEntry(item));
+    w.listing().setSource(std::move(entries));
+    w.widgets().status->setText(status);
+    emit w.events().listingChanged();
+}
+
+void WindowSearch::endPhoneSearch() {
+    phone.cancel();
+    phoneStreamed.clear();
+    phoneParents.clear();
+    showingPhone = false;
 }
 
 QUrl WindowSearch::parent(const QUrl& url) const {

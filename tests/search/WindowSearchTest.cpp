@@ -3,6 +3,8 @@
 #include "search/WindowSearch.h"
 #include "browsing/AppDelegate.h"
 #include "browsing/Explorer.h"
+#include "phone/BridgeHarness.h"
+#include "phone/PhoneLocation.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
@@ -119,6 +121,37 @@ private slots:
         QTest::qWait(ExplorerSearch::debounceMs + 200);
         QCOMPARE(names(), (QStringList{"2024", "plan.txt"}));
         QVERIFY(w->widgets().searchField->text().isEmpty());
+    }
+
+    // Until a phone browser takes the search over, a phone tab's deeper scopes walk the phone here,
+    // through the real bridge, and clearing the field gives the tab back.
+    void aPhoneTabSearchesThePhone() {
+        TempTree phone;
+        phone.file(QStringLiteral("Internal storage/DCIM/Photo 1.jpg"));
+        phone.file(QStringLiteral("Internal storage/Music/photo song.mp3"));
+        phone.file(QStringLiteral("SD card/photos.txt"));
+        simulate(phone.path());
+        PhoneItem root;
+        root.storage = storage.toUInt();
+        root.id = phoneRootHandle;
+        root.name = QStringLiteral("Internal storage");
+        root.folder = true;
+        QVERIFY(w->navigate(PhoneLocation::url({root})));
+        QToolButton* button = w->widgets().searchScopeButton;
+        w->commands().run(QStringLiteral("changeSearchScope"), 2);
+        QCOMPARE(button->toolTip(), QStringLiteral("Search: this phone (all storage)"));
+        w->commands().run(QStringLiteral("changeSearchScope"), 1);
+        type(QStringLiteral("PHOTO"));
+        QCOMPARE(status(), QStringLiteral("Searching phone…"));
+        QTRY_COMPARE(status(), QStringLiteral("2 results · Folder + subfolders"));
+        QCOMPARE(names(), (QStringList{"Photo 1.jpg", "photo song.mp3"}));
+        const QList<PhoneItem> chain =
+            search->phoneResultChain(w->entries().front().location.section(u'/', 3, 4).replace(u'/', u':'));
+        QCOMPARE(chain.size(), 2);
+        QCOMPARE(chain.last().name, QStringLiteral("DCIM"));
+        QTest::mouseClick(w->widgets().clearSearchButton, Qt::LeftButton);
+        QTRY_VERIFY(names().isEmpty());
+        QCOMPARE(status(), QStringLiteral("Android USB"));
     }
 
     void theScopeButtonNamesItsScope_data() {
