@@ -63,6 +63,7 @@ IndexSearch::Answer IndexSearch::run(const QString& text, const std::atomic<quin
     const QString db = database();
     if (program.isEmpty() || (!db.isEmpty() && !QFileInfo(db).isReadable())) return {};
     const QString folded = SearchText::fold(text, true);
+    if (folded.isEmpty()) return {true, {}}; // only marks: nothing is named by them alone
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C"));
