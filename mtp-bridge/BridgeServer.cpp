@@ -57,10 +57,11 @@ QString verbOf(const QStringList& args) {
     return number(args[0], ignored) ? QStringLiteral("list") : args[0];
 }
 
-ReplyLine itemsReply(const std::string& error, const std::vector<PhoneObject>& objects) {
+ReplyLine itemsReply(const std::string& error, const std::vector<PhoneObject>& objects, bool twice) {
     if (!error.empty()) return failure(error);
     std::string items = "[";
-    for (const PhoneObject& o : objects) {
+    for (size_t i = 0; i < objects.size() * (twice ? 2 : 1); ++i) {
+        const PhoneObject& o = objects[i % objects.size()];
         ReplyLine item;
         item.add("id", uint64_t(o.id)).add("storage", uint64_t(o.storage)).add("name", o.name);
         item.add("folder", o.folder).add("size", o.size);
@@ -115,7 +116,9 @@ bool BridgeServer::handleLine(const QByteArray& line) {
             writeProgress(fraction);
         return false;
     }
-    ReplyLine reply = valid ? answer(args) : failure(badRequest);
+    ReplyLine reply = !valid                       ? failure(badRequest)
+                      : served == faults.failReply ? failure("The phone did not answer this request.")
+                                                   : answer(args);
     decorate(reply, line);
     std::string text = reply.text();
     if (served == faults.garble)
@@ -128,11 +131,11 @@ bool BridgeServer::handleLine(const QByteArray& line) {
 
 ReplyLine BridgeServer::answer(const QStringList& args) {
     std::vector<PhoneObject> objects;
-    if (args.isEmpty()) return itemsReply(phone.storages(objects), objects);
+    if (args.isEmpty()) return itemsReply(phone.storages(objects), objects, faults.repeatItems);
     uint32_t storage, parent;
     if (args.size() == 2 && number(args[0], storage)) {
         if (!number(args[1], parent)) return failure(badRequest);
-        return itemsReply(phone.list(storage, parent, objects), objects);
+        return itemsReply(phone.list(storage, parent, objects), objects, faults.repeatItems);
     }
     const QString& verb = args[0];
     if (verb == QLatin1String("scan") && args.size() == 1) return outcome(phone.scan());

@@ -30,6 +30,8 @@ FaultPlan FaultPlan::fromEnvironment() {
     plan.echo = flag("MTP_BRIDGE_ECHO");
     plan.stallMidTransfer = flag("MTP_BRIDGE_STALL_MID_TRANSFER");
     plan.dieMidTransfer = flag("MTP_BRIDGE_DIE_MID_TRANSFER");
+    plan.failReply = number("MTP_BRIDGE_FAIL_REPLY");
+    plan.repeatItems = flag("MTP_BRIDGE_REPEAT_ITEMS");
     return plan;
 }
 

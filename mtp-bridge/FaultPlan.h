@@ -23,6 +23,8 @@ struct FaultPlan {
     bool stallMidTransfer = false;
     // MTP_BRIDGE_DIE_MID_TRANSFER=1: the bridge dies at once after a get's or put's first progress
     bool dieMidTransfer = false;
+    long failReply = 0;       // MTP_BRIDGE_FAIL_REPLY: the Nth request is refused with an error reply
+    bool repeatItems = false; // MTP_BRIDGE_REPEAT_ITEMS=1: every listing names each item twice
 
     static FaultPlan fromEnvironment();
 };

@@ -92,6 +92,8 @@ void ListingCommands::setSearchText(const QString& text) {
     QLineEdit* field = w.widgets().searchField;
     if (field->text() != text) field->setText(text);
     w.widgets().clearSearchButton->setVisible(!text.isEmpty());
+    // A search that reaches past the listing (subfolders, the computer, a phone) takes over.
+    if (w.commands().run(QStringLiteral("searchChanged"))) return;
     w.listing().setQuery(text);
     w.showListingStatus();
     emit w.events().listingChanged();

@@ -5,6 +5,7 @@
 #include "navigation/NavigationPane.h"
 #include "phone/PhonePlaceholder.h"
 #include "properties/PropertiesCommands.h"
+#include "search/WindowSearch.h"
 #include "views/ExplorerViewModes.h"
 
 namespace orvane {
@@ -14,6 +15,7 @@ void WindowPlugins::attach(Explorer& window) {
     new ExplorerViewModes(window);
     new PropertiesCommands(window);
     new PointerNavigation(window);
+    new WindowSearch(window);
     window.addContent(new PhonePlaceholder(window));
 }
 

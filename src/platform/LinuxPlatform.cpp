@@ -22,8 +22,10 @@ QDateTime fromStamp(const statx_timestamp& t) {
     return QDateTime::fromMSecsSinceEpoch(t.tv_sec * 1000 + t.tv_nsec / 1000000, Qt::UTC);
 }
 
+} // namespace
+
 // Follows links so a link to a folder browses like one; a broken link still shows, as itself.
-bool statItem(int dirfd, const char* name, RawItem& out) {
+bool LinuxPlatform::readItemAt(int dirfd, const char* name, RawItem& out) {
     struct statx sx;
     const unsigned mask = STATX_TYPE | STATX_SIZE | STATX_MTIME | STATX_BTIME;
     if (statx(dirfd, name, AT_NO_AUTOMOUNT, mask, &sx) != 0 &&
@@ -36,8 +38,6 @@ bool statItem(int dirfd, const char* name, RawItem& out) {
     if (sx.stx_mask & STATX_BTIME) out.created = fromStamp(sx.stx_btime);
     return true;
 }
-
-} // namespace
 
 bool LinuxPlatform::listFolder(const QString& path, bool includeHidden, const ItemSink& sink,
                                QString& error) const {
@@ -56,7 +56,7 @@ bool LinuxPlatform::listFolder(const QString& path, bool includeHidden, const It
         RawItem item;
         item.name = NativePath::decode(n);
         item.hidden = hidden;
-        statItem(fd, n, item);
+        readItemAt(fd, n, item);
         sink(std::move(item));
     }
     closedir(dir);
@@ -67,7 +67,7 @@ bool LinuxPlatform::readItem(const QString& path, RawItem& out) const {
     const QByteArray native = NativePath::encode(path);
     out.name = path.section(u'/', -1);
     out.hidden = out.name.startsWith(u'.');
-    return statItem(AT_FDCWD, native.constData(), out);
+    return readItemAt(AT_FDCWD, native.constData(), out);
 }
 
 // The type from the directory entry spares a stat per name; only file systems that leave it out pay one.
@@ -113,6 +113,10 @@ QString LinuxPlatform::word(PlatformWord word) const {
             "Values are read from Linux. Folder sizes include hidden files; symbolic links are "
             "counted without following their targets. Hard links and shared extents may be "
             "counted more than once in Size on disk.");
+    case PlatformWord::ThisComputer:
+        return QStringLiteral("This Computer");
+    case PlatformWord::ThisComputerInText:
+        return QStringLiteral("this computer");
     }
     return {};
 }

@@ -13,6 +13,8 @@ public:
     bool listSubfolders(const QString& path, const FolderSink& sink, QString& error) const override;
     bool isPlainFolder(const QString& path) const override;
     QString word(PlatformWord word) const override;
+    // The attributes of `name` in the open folder `dirfd`, for walkers that already hold the folder.
+    static bool readItemAt(int dirfd, const char* name, RawItem& out);
 };
 
 } // namespace orvane

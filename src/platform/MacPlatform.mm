@@ -122,6 +122,10 @@ QString MacPlatform::word(PlatformWord word) const {
         return QStringLiteral("Values are read from macOS. Folder sizes include hidden files and package "
                               "contents; symbolic links are counted without following their targets. Shared APFS "
                               "blocks may be counted more than once in Size on disk.");
+    case PlatformWord::ThisComputer:
+        return QStringLiteral("This Mac");
+    case PlatformWord::ThisComputerInText:
+        return QStringLiteral("this Mac");
     }
     return {};
 }

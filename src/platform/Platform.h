@@ -7,7 +7,16 @@
 namespace orvane {
 
 // Texts that name the host system itself; everything else in the program is verbatim.
-enum class PlatformWord { RootVolume, ShowInFileManager, CopyToComputer, FileManager, PropertiesNote };
+// ThisComputer starts a title ("This Mac"), ThisComputerInText stands inside one ("this Mac").
+enum class PlatformWord {
+    RootVolume,
+    ShowInFileManager,
+    CopyToComputer,
+    FileManager,
+    PropertiesNote,
+    ThisComputer,
+    ThisComputerInText
+};
 
 // What one stat-like request tells about an item, before it becomes an Entry.
 struct RawItem {

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "browsing/Entry.h"
+#include "search/FolderWalk.h"
+
+#include <QObject>
+#include <QTimer>
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace orvane {
+
+// A window's search of its folder and subfolders, or of the whole computer through the file
+// index. A run starts 0.3 seconds after the last start, works off the main thread, and reports on
+// the main thread only while it is still the current one: every start and cancel moves the
+// generation on, and the walk checks it at every item.
+class ExplorerSearch : public QObject {
+    Q_OBJECT
+public:
+    using Completion = std::function<void(std::vector<Entry> results, QString note)>;
+    // Entries found since the last batch, and the running counts; a folder walk only.
+    using Batch = std::function<void(std::vector<Entry> found, FolderWalk::Progress progress)>;
+
+    static constexpr int debounceMs = 300;
+    static constexpr int batchIntervalMs = 250;
+
+    explicit ExplorerSearch(QObject* parent = nullptr);
+    ~ExplorerSearch() override;
+
+    void start(const QString& text, const QString& folder, bool wholeComputer, bool hidden,
+               Completion completion, Batch batch = {});
+    void cancel();
+    bool running() const { return pending.isActive() || active; }
+
+    // The notes a completion carries.
+    static QString folderNote(bool someUnavailable);
+    static QString computerNote();
+    static QString unavailableNote();
+
+private:
+    struct Request {
+        QString text;
+        QString folder;
+        bool wholeComputer = false;
+        bool hidden = false;
+        Completion completion;
+        Batch batch;
+    };
+    void launch();
+    void walkFolder(Request request, quint64 token);
+    void askIndex(Request request, quint64 token);
+
+    // Shared with the workers, which outlive neither their check nor this object's last word.
+    std::shared_ptr<std::atomic<quint64>> generation = std::make_shared<std::atomic<quint64>>(0);
+    QTimer pending;
+    Request request;
+    bool active = false;
+};
+
+} // namespace orvane

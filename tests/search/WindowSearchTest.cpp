@@ -1,0 +1,178 @@
+// The search field of a real window: scopes, the scope button's words, the results standing in for
+// the listing, and the way back to the folder.
+#include "search/WindowSearch.h"
+#include "browsing/AppDelegate.h"
+#include "browsing/Explorer.h"
+#include "phone/BridgeHarness.h"
+#include "phone/PhoneLocation.h"
+#include "support/TempTree.h"
+#include "support/TestEnvironment.h"
+#include "support/WindowDriver.h"
+#include "views/FileTable.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QToolButton>
+
+using namespace orvane;
+using namespace orvane::test;
+
+class WindowSearchTest : public QObject {
+    Q_OBJECT
+    std::unique_ptr<TempTree> tree;
+    std::unique_ptr<AppDelegate> app;
+    Explorer* w = nullptr;
+    WindowSearch* search = nullptr;
+
+    QStringList names() const {
+        QStringList out;
+        for (const Entry& e : w->entries())
+            out << e.name();
+        return out;
+    }
+    QString status() const { return w->widgets().status->text(); }
+    void type(const QString& text) {
+        w->widgets().searchField->clear();
+        QTest::keyClicks(w->widgets().searchField, text);
+    }
+
+private slots:
+    void init() {
+        tree = std::make_unique<TempTree>();
+        tree->file(QStringLiteral("Top notes.txt"));
+        tree->file(QStringLiteral("Work/2024/Quarterly Notes.md"));
+        tree->file(QStringLiteral("Work/plan.txt"));
+        tree->file(QStringLiteral(".hidden/notes inside.txt"));
+        app = std::make_unique<AppDelegate>();
+        w = app->newWindow(QUrl::fromLocalFile(tree->path()));
+        search = w->findChild<WindowSearch*>();
+        QVERIFY(search);
+        QTRY_COMPARE(int(w->entries().size()), 2);
+    }
+    void cleanup() {
+        app.reset();
+        tree.reset();
+    }
+
+    void subfoldersFindNestedNames() {
+        w->commands().run(QStringLiteral("changeSearchScope"), 1);
+        type(QStringLiteral("notes"));
+        QCOMPARE(status(), QStringLiteral("Searching…"));
+        QCOMPARE(w->windowTitle(), QStringLiteral("Search — ") + folderName(w->current()));
+        QVERIFY(w->widgets().clearSearchButton->isVisible() || !w->isVisible());
+        QTRY_COMPARE(status(), QStringLiteral("2 results · Folder + subfolders"));
+        QCOMPARE(names(), (QStringList{"Quarterly Notes.md", "Top notes.txt"}));
+        QCOMPARE(w->entries().front().location, tree->path(QStringLiteral("Work/2024/Quarterly Notes.md")));
+        QVERIFY(w->widgets().emptyLabel->isHidden());
+    }
+
+    void nothingFoundSaysSo() {
+        w->commands().run(QStringLiteral("changeSearchScope"), 1);
+        type(QStringLiteral("zebra"));
+        QTRY_COMPARE(status(), QStringLiteral("0 results · Folder + subfolders"));
+        QCOMPARE(w->widgets().emptyLabel->text(), QStringLiteral("No matching items"));
+        QVERIFY(!w->widgets().emptyLabel->isHidden());
+    }
+
+    // With text in the field a scope change searches again at once; with none, only the words change.
+    void aScopeChangeRestartsTheSearch() {
+        w->commands().run(QStringLiteral("changeSearchScope"), 2);
+        QCOMPARE(names().size(), 2);
+        QCOMPARE(w->widgets().searchScopeButton->toolTip(),
+                 QStringLiteral("Search: this computer (indexed locations)"));
+        w->commands().run(QStringLiteral("changeSearchScope"), 0);
+        type(QStringLiteral("plan"));
+        QVERIFY(names().isEmpty());
+        QCOMPARE(w->widgets().emptyLabel->text(), QStringLiteral("No matching items in this folder"));
+        w->commands().run(QStringLiteral("changeSearchScope"), 1);
+        QCOMPARE(status(), QStringLiteral("Searching…"));
+        QTRY_COMPARE(names(), QStringList{"plan.txt"});
+        w->commands().run(QStringLiteral("changeSearchScope"), 0);
+        QTRY_VERIFY(names().isEmpty());
+        QCOMPARE(w->windowTitle(), folderName(w->current()) + QStringLiteral(" — Orvane"));
+    }
+
+    void clearingTheFieldBringsBackTheFolder() {
+        w->commands().run(QStringLiteral("changeSearchScope"), 1);
+        type(QStringLiteral("plan"));
+        QTRY_COMPARE(names(), QStringList{"plan.txt"});
+        QTest::mouseClick(w->widgets().clearSearchButton, Qt::LeftButton);
+        QTRY_COMPARE(names(), (QStringList{"Top notes.txt", "Work"}));
+        QCOMPARE(status(), QStringLiteral("2 items"));
+        QVERIFY(w->widgets().searchField->text().isEmpty());
+        QCOMPARE(w->windowTitle(), folderName(w->current()) + QStringLiteral(" — Orvane"));
+    }
+
+    // Showing hidden items is part of the search: the hidden folder is searched only then.
+    void hiddenFoldersFollowTheWindow() {
+        w->commands().run(QStringLiteral("changeSearchScope"), 1);
+        type(QStringLiteral("inside"));
+        QTRY_COMPARE(status(), QStringLiteral("0 results · Folder + subfolders"));
+        w->commands().run(QStringLiteral("toggleHidden"));
+        QTRY_COMPARE(names(), QStringList{"notes inside.txt"});
+    }
+
+    // Going somewhere else empties the field and lists the folder, and a late result is not shown.
+    void navigationEndsTheSearch() {
+        w->commands().run(QStringLiteral("changeSearchScope"), 1);
+        type(QStringLiteral("notes"));
+        QVERIFY(w->navigate(QUrl::fromLocalFile(tree->path(QStringLiteral("Work")))));
+        QTRY_COMPARE(names(), (QStringList{"2024", "plan.txt"}));
+        QTest::qWait(ExplorerSearch::debounceMs + 200);
+        QCOMPARE(names(), (QStringList{"2024", "plan.txt"}));
+        QVERIFY(w->widgets().searchField->text().isEmpty());
+    }
+
+    // Until a phone browser takes the search over, a phone tab's deeper scopes walk the phone here,
+    // through the real bridge, and clearing the field gives the tab back.
+    void aPhoneTabSearchesThePhone() {
+        TempTree phone;
+        phone.file(QStringLiteral("Internal storage/DCIM/Photo 1.jpg"));
+        phone.file(QStringLiteral("Internal storage/Music/photo song.mp3"));
+        phone.file(QStringLiteral("SD card/photos.txt"));
+        simulate(phone.path());
+        PhoneItem root;
+        root.storage = storage.toUInt();
+        root.id = phoneRootHandle;
+        root.name = QStringLiteral("Internal storage");
+        root.folder = true;
+        QVERIFY(w->navigate(PhoneLocation::url({root})));
+        QToolButton* button = w->widgets().searchScopeButton;
+        w->commands().run(QStringLiteral("changeSearchScope"), 2);
+        QCOMPARE(button->toolTip(), QStringLiteral("Search: this phone (all storage)"));
+        w->commands().run(QStringLiteral("changeSearchScope"), 1);
+        type(QStringLiteral("PHOTO"));
+        QCOMPARE(status(), QStringLiteral("Searching phone…"));
+        QTRY_COMPARE(status(), QStringLiteral("2 results · Folder + subfolders"));
+        QCOMPARE(names(), (QStringList{"Photo 1.jpg", "photo song.mp3"}));
+        const QList<PhoneItem> chain =
+            search->phoneResultChain(w->entries().front().location.section(u'/', 3, 4).replace(u'/', u':'));
+        QCOMPARE(chain.size(), 2);
+        QCOMPARE(chain.last().name, QStringLiteral("DCIM"));
+        QTest::mouseClick(w->widgets().clearSearchButton, Qt::LeftButton);
+        QTRY_VERIFY(names().isEmpty());
+        QCOMPARE(status(), QStringLiteral("Android USB"));
+    }
+
+    void theScopeButtonNamesItsScope_data() {
+        QTest::addColumn<int>("scope");
+        QTest::addColumn<QString>("words");
+        QTest::newRow("this folder") << 0 << "Search: this folder only";
+        QTest::newRow("subfolders") << 1 << "Search: folder and subfolders";
+        QTest::newRow("computer") << 2 << "Search: this computer (indexed locations)";
+    }
+    void theScopeButtonNamesItsScope() {
+        QFETCH(int, scope);
+        QFETCH(QString, words);
+        QToolButton* button = w->widgets().searchScopeButton;
+        QCOMPARE(button->accessibleName(), QStringLiteral("Search scope"));
+        w->commands().run(QStringLiteral("changeSearchScope"), scope);
+        QCOMPARE(button->toolTip(), words);
+        QCOMPARE(button->accessibleName(), words);
+        QVERIFY(w->commands().isChecked(QStringLiteral("changeSearchScope"), scope));
+        QCOMPARE(WindowSearch::scopeTitle(2, true), QStringLiteral("This phone (all storage)"));
+    }
+};
+
+ORVANE_TEST_MAIN(WindowSearchTest)
+#include "WindowSearchTest.moc"
