@@ -34,14 +34,14 @@ bool PointerNavigation::eventFilter(QObject* watched, QEvent* event) {
             w.commands().run(button == Qt::BackButton ? QStringLiteral("back") : QStringLiteral("forward"));
         return true;
     }
-    // The middle button never selects in the lists; its click opens the folder under it.
-    const bool inList = watched == w.table()->viewport() || watched == w.widgets().places->viewport();
+    // The middle button never selects in the file list; its click opens the folder under it.
+    const bool inList = watched == w.table()->viewport();
     if (button != Qt::MiddleButton || !inList) return false;
     if (type == QEvent::MouseButtonRelease) openInNewTab(watched, mouse->position().toPoint());
     return true;
 }
 
-// The folder under the pointer in the file list or the navigation pane; the selection stays as it is.
+// The folder under the pointer in the file list; the selection stays as it is.
 void PointerNavigation::openInNewTab(QObject* watched, const QPoint& at) {
     QUrl folder;
     if (watched == w.table()->viewport()) {
@@ -50,9 +50,6 @@ void PointerNavigation::openInNewTab(QObject* watched, const QPoint& at) {
         const Entry& entry = w.entries()[size_t(index.row())];
         if (!entry.isPlainFolder()) return;
         folder = entry.url();
-    } else if (watched == w.widgets().places->viewport()) {
-        const QListWidgetItem* item = w.widgets().places->itemAt(at);
-        folder = item ? item->data(Qt::UserRole).toUrl() : QUrl();
     }
     if (!folder.isValid()) return;
     w.newTab();

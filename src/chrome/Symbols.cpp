@@ -328,219 +328,219 @@ void exclamationTriangle(QPainter& p) {
     p.drawPath(path);
     line(p, 12, 9.5, 12, 14);
     dot(p, 12, 16.75, 1.1);
-    // The places of the navigation pane.
-    void house(QPainter & p) {
-        polyline(p, {{3, 11.5}, {12, 3.75}, {21, 11.5}});
-        QPainterPath body;
-        body.moveTo(5.5, 9.75);
-        body.lineTo(5.5, 20.25);
-        body.lineTo(18.5, 20.25);
-        body.lineTo(18.5, 9.75);
-        p.drawPath(body);
-        polyline(p, {{10, 20.25}, {10, 14.5}, {14, 14.5}, {14, 20.25}});
-    }
-    void desktopcomputer(QPainter & p) {
-        p.drawRoundedRect(QRectF(2.75, 4, 18.5, 12.5), 2, 2);
-        line(p, 12, 16.5, 12, 20);
-        line(p, 8, 20.25, 16, 20.25);
-    }
-    void arrowDownCircle(QPainter & p) {
-        circle(p, 12, 12, 9);
-        line(p, 12, 7.25, 12, 16.25);
-        polyline(p, {{8.25, 12.5}, {12, 16.25}, {15.75, 12.5}});
-    }
-    void externaldrive(QPainter & p) {
-        p.drawRoundedRect(QRectF(2.75, 7.25, 18.5, 9.5), 2.5, 2.5);
-        line(p, 2.75, 12, 21.25, 12);
-        dot(p, 17, 14.4, 1);
-        line(p, 7, 4.25, 17, 4.25);
-    }
-    void iphone(QPainter & p) {
-        p.drawRoundedRect(QRectF(6.5, 2.5, 11, 19), 2.5, 2.5);
-        line(p, 10.5, 5, 13.5, 5);
-        dot(p, 12, 18.5, 0.9);
-    }
-    void pinFill(QPainter & p) {
-        line(p, 8, 3.5, 16, 3.5);
-        QPainterPath body;
-        body.moveTo(9.5, 3.5);
-        body.lineTo(9.5, 9.25);
-        body.lineTo(6.5, 14.5);
-        body.lineTo(17.5, 14.5);
-        body.lineTo(14.5, 9.25);
-        body.lineTo(14.5, 3.5);
-        body.closeSubpath();
-        p.fillPath(body, p.pen().color());
-        p.drawPath(body);
-        line(p, 12, 14.5, 12, 20.5);
-    }
+}
+// The places of the navigation pane.
+void house(QPainter& p) {
+    polyline(p, {{3, 11.5}, {12, 3.75}, {21, 11.5}});
+    QPainterPath body;
+    body.moveTo(5.5, 9.75);
+    body.lineTo(5.5, 20.25);
+    body.lineTo(18.5, 20.25);
+    body.lineTo(18.5, 9.75);
+    p.drawPath(body);
+    polyline(p, {{10, 20.25}, {10, 14.5}, {14, 14.5}, {14, 20.25}});
+}
+void desktopcomputer(QPainter& p) {
+    p.drawRoundedRect(QRectF(2.75, 4, 18.5, 12.5), 2, 2);
+    line(p, 12, 16.5, 12, 20);
+    line(p, 8, 20.25, 16, 20.25);
+}
+void arrowDownCircle(QPainter& p) {
+    circle(p, 12, 12, 9);
+    line(p, 12, 7.25, 12, 16.25);
+    polyline(p, {{8.25, 12.5}, {12, 16.25}, {15.75, 12.5}});
+}
+void externaldrive(QPainter& p) {
+    p.drawRoundedRect(QRectF(2.75, 7.25, 18.5, 9.5), 2.5, 2.5);
+    line(p, 2.75, 12, 21.25, 12);
+    dot(p, 17, 14.4, 1);
+    line(p, 7, 4.25, 17, 4.25);
+}
+void iphone(QPainter& p) {
+    p.drawRoundedRect(QRectF(6.5, 2.5, 11, 19), 2.5, 2.5);
+    line(p, 10.5, 5, 13.5, 5);
+    dot(p, 12, 18.5, 0.9);
+}
+void pinFill(QPainter& p) {
+    line(p, 8, 3.5, 16, 3.5);
+    QPainterPath body;
+    body.moveTo(9.5, 3.5);
+    body.lineTo(9.5, 9.25);
+    body.lineTo(6.5, 14.5);
+    body.lineTo(17.5, 14.5);
+    body.lineTo(14.5, 9.25);
+    body.lineTo(14.5, 3.5);
+    body.closeSubpath();
+    p.fillPath(body, p.pen().color());
+    p.drawPath(body);
+    line(p, 12, 14.5, 12, 20.5);
+}
 
-    void drawFolder(QPainter & p, const QColor& tint) {
-        QPainterPath back;
-        back.moveTo(2.5, 18);
-        back.lineTo(2.5, 6);
-        back.quadTo(2.5, 4, 4.5, 4);
-        back.lineTo(8.8, 4);
-        back.quadTo(9.8, 4, 10.5, 4.7);
-        back.lineTo(11.8, 6);
-        back.lineTo(19.5, 6);
-        back.quadTo(21.5, 6, 21.5, 8);
-        back.lineTo(21.5, 18);
-        back.quadTo(21.5, 20, 19.5, 20);
-        back.lineTo(4.5, 20);
-        back.quadTo(2.5, 20, 2.5, 18);
-        p.fillPath(back, tint.darker(150));
-        QPainterPath front;
-        front.addRoundedRect(QRectF(2.5, 8.5, 19, 11.5), 2, 2);
-        QLinearGradient shade(0, 8.5, 0, 20);
-        shade.setColorAt(0, tint.lighter(112));
-        shade.setColorAt(1, tint);
-        p.fillPath(front, shade);
-        QColor rim = Qt::white;
-        rim.setAlphaF(0.28f);
-        p.setPen(QPen(rim, 0.6));
-        p.drawLine(QPointF(4, 9), QPointF(20, 9));
-    }
+void drawFolder(QPainter& p, const QColor& tint) {
+    QPainterPath back;
+    back.moveTo(2.5, 18);
+    back.lineTo(2.5, 6);
+    back.quadTo(2.5, 4, 4.5, 4);
+    back.lineTo(8.8, 4);
+    back.quadTo(9.8, 4, 10.5, 4.7);
+    back.lineTo(11.8, 6);
+    back.lineTo(19.5, 6);
+    back.quadTo(21.5, 6, 21.5, 8);
+    back.lineTo(21.5, 18);
+    back.quadTo(21.5, 20, 19.5, 20);
+    back.lineTo(4.5, 20);
+    back.quadTo(2.5, 20, 2.5, 18);
+    p.fillPath(back, tint.darker(150));
+    QPainterPath front;
+    front.addRoundedRect(QRectF(2.5, 8.5, 19, 11.5), 2, 2);
+    QLinearGradient shade(0, 8.5, 0, 20);
+    shade.setColorAt(0, tint.lighter(112));
+    shade.setColorAt(1, tint);
+    p.fillPath(front, shade);
+    QColor rim = Qt::white;
+    rim.setAlphaF(0.28f);
+    p.setPen(QPen(rim, 0.6));
+    p.drawLine(QPointF(4, 9), QPointF(20, 9));
+}
 
-    struct Symbol {
-        const char* name;
-        Draw draw;
+struct Symbol {
+    const char* name;
+    Draw draw;
+};
+
+const Symbol symbols[] = {
+    {"minus", minus},
+    {"square", square},
+    {"xmark", xmark},
+    {"plus", plus},
+    {"chevron.left", chevronLeft},
+    {"chevron.right", chevronRight},
+    {"chevron.down", chevronDown},
+    {"arrow.left", arrowLeft},
+    {"arrow.right", arrowRight},
+    {"arrow.up", arrowUp},
+    {"arrow.clockwise", arrowClockwise},
+    {"xmark.circle.fill", xmarkCircleFill},
+    {"slider.horizontal.3", sliderHorizontal3},
+    {"plus.circle", plusCircle},
+    {"scissors", scissors},
+    {"square.on.square", squareOnSquare},
+    {"doc.on.clipboard", docOnClipboard},
+    {"character.cursor.ibeam", characterCursorIbeam},
+    {"trash", trash},
+    {"arrow.up.arrow.down", arrowUpArrowDown},
+    {"list.bullet", listBullet},
+    {"square.grid.2x2", squareGrid2x2},
+    {"ellipsis", ellipsis},
+    {"gearshape", gearshape},
+    {"sidebar.right", sidebarRight},
+    {"pin", pin},
+    {"arrow.up.doc", arrowUpDoc},
+    {"arrow.down.doc", arrowDownDoc},
+    {"internaldrive", internaldrive},
+    {"doc.on.doc", docOnDoc},
+    {"magnifyingglass", magnifyingglass},
+    {"doc", doc},
+    {"doc.text", docText},
+    {"photo", photo},
+    {"music.note", musicNote},
+    {"film", film},
+    {"archivebox", archivebox},
+    {"exclamationmark.triangle", exclamationTriangle},
+    {"house", house},
+    {"desktopcomputer", desktopcomputer},
+    {"arrow.down.circle", arrowDownCircle},
+    {"externaldrive", externaldrive},
+    {"iphone", iphone},
+    {"pin.fill", pinFill},
+};
+
+Draw findSymbol(const QString& name) {
+    for (const Symbol& s : symbols)
+        if (name == QLatin1String(s.name)) return s.draw;
+    return nullptr;
+}
+
+// Lines are 1.5 pixels up to 20 pixels and grow in proportion beyond, so large icons keep their weight.
+qreal strokeWidth(qreal logicalSize) {
+    return 1.5 * qMax<qreal>(1.0, logicalSize / 20.0);
+}
+
+constexpr qreal disabledOpacity = 0.35;
+
+// Draws one symbol, or the folder when `draw` is null, into `target` in logical pixels.
+void render(QPainter& p, const QRectF& target, Draw draw, const QColor& color, QIcon::Mode mode) {
+    const qreal side = qMin(target.width(), target.height());
+    p.save();
+    p.setRenderHint(QPainter::Antialiasing);
+    p.translate(target.center() - QPointF(side / 2, side / 2));
+    p.scale(side / 24.0, side / 24.0);
+    if (mode == QIcon::Disabled) p.setOpacity(p.opacity() * disabledOpacity);
+    if (draw) {
+        p.setPen(QPen(color, strokeWidth(side) * 24.0 / side, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        p.setBrush(Qt::NoBrush);
+        draw(p);
+    } else {
+        drawFolder(p, color);
+    }
+    p.restore();
+}
+
+// Paints from pixmaps made once per size, pixel ratio and mode, so that a view painting
+// thousands of rows allocates nothing after the first.
+class SymbolEngine : public QIconEngine {
+public:
+    SymbolEngine(const QString& name, Draw draw, const QColor& color)
+        : name(name), draw(draw), color(color) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
+        const qreal ratio = painter->device() ? painter->device()->devicePixelRatioF() : 1.0;
+        painter->drawPixmap(rect, cached(rect.size(), ratio, mode));
+    }
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State) override {
+        return cached(size, 1.0, mode);
+    }
+    QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State, qreal scale) override {
+        return cached(size / qMax<qreal>(scale, 1.0), scale, mode);
+    }
+    QSize actualSize(const QSize& size, QIcon::Mode, QIcon::State) override { return size; }
+    QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override {
+        return {QSize(16, 16), QSize(20, 20), QSize(24, 24), QSize(32, 32)};
+    }
+    QString iconName() override { return name; }
+    QString key() const override { return QStringLiteral("orvane.symbol"); }
+    QIconEngine* clone() const override { return new SymbolEngine(name, draw, color); }
+
+private:
+    struct Cached {
+        QSize size;
+        qreal ratio;
+        QIcon::Mode mode;
+        QPixmap pixmap;
     };
 
-    const Symbol symbols[] = {
-        {"minus", minus},
-        {"square", square},
-        {"xmark", xmark},
-        {"plus", plus},
-        {"chevron.left", chevronLeft},
-        {"chevron.right", chevronRight},
-        {"chevron.down", chevronDown},
-        {"arrow.left", arrowLeft},
-        {"arrow.right", arrowRight},
-        {"arrow.up", arrowUp},
-        {"arrow.clockwise", arrowClockwise},
-        {"xmark.circle.fill", xmarkCircleFill},
-        {"slider.horizontal.3", sliderHorizontal3},
-        {"plus.circle", plusCircle},
-        {"scissors", scissors},
-        {"square.on.square", squareOnSquare},
-        {"doc.on.clipboard", docOnClipboard},
-        {"character.cursor.ibeam", characterCursorIbeam},
-        {"trash", trash},
-        {"arrow.up.arrow.down", arrowUpArrowDown},
-        {"list.bullet", listBullet},
-        {"square.grid.2x2", squareGrid2x2},
-        {"ellipsis", ellipsis},
-        {"gearshape", gearshape},
-        {"sidebar.right", sidebarRight},
-        {"pin", pin},
-        {"arrow.up.doc", arrowUpDoc},
-        {"arrow.down.doc", arrowDownDoc},
-        {"internaldrive", internaldrive},
-        {"doc.on.doc", docOnDoc},
-        {"magnifyingglass", magnifyingglass},
-        {"doc", doc},
-        {"doc.text", docText},
-        {"photo", photo},
-        {"music.note", musicNote},
-        {"film", film},
-        {"archivebox", archivebox},
-        {"exclamationmark.triangle", exclamationTriangle},
-        {"house", house},
-        {"desktopcomputer", desktopcomputer},
-        {"arrow.down.circle", arrowDownCircle},
-        {"externaldrive", externaldrive},
-        {"iphone", iphone},
-        {"pin.fill", pinFill},
-    };
-
-    Draw findSymbol(const QString& name) {
-        for (const Symbol& s : symbols)
-            if (name == QLatin1String(s.name)) return s.draw;
-        return nullptr;
+    QPixmap cached(const QSize& size, qreal ratio, QIcon::Mode mode) {
+        if (mode != QIcon::Disabled) mode = QIcon::Normal;
+        for (const Cached& c : pixmaps)
+            if (c.size == size && c.ratio == ratio && c.mode == mode) return c.pixmap;
+        QImage image(size * ratio, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        {
+            QPainter p(&image);
+            p.scale(ratio, ratio);
+            render(p, QRectF(QPointF(0, 0), QSizeF(size)), draw, color, mode);
+        }
+        QPixmap pixmap = QPixmap::fromImage(std::move(image));
+        pixmap.setDevicePixelRatio(ratio);
+        pixmaps.push_back({size, ratio, mode, pixmap});
+        return pixmap;
     }
 
-    // Lines are 1.5 pixels up to 20 pixels and grow in proportion beyond, so large icons keep their weight.
-    qreal strokeWidth(qreal logicalSize) {
-        return 1.5 * qMax<qreal>(1.0, logicalSize / 20.0);
-    }
-
-    constexpr qreal disabledOpacity = 0.35;
-
-    // Draws one symbol, or the folder when `draw` is null, into `target` in logical pixels.
-    void render(QPainter & p, const QRectF& target, Draw draw, const QColor& color, QIcon::Mode mode) {
-        const qreal side = qMin(target.width(), target.height());
-        p.save();
-        p.setRenderHint(QPainter::Antialiasing);
-        p.translate(target.center() - QPointF(side / 2, side / 2));
-        p.scale(side / 24.0, side / 24.0);
-        if (mode == QIcon::Disabled) p.setOpacity(p.opacity() * disabledOpacity);
-        if (draw) {
-            p.setPen(
-                QPen(color, strokeWidth(side) * 24.0 / side, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-            p.setBrush(Qt::NoBrush);
-            draw(p);
-        } else {
-            drawFolder(p, color);
-        }
-        p.restore();
-    }
-
-    // Paints from pixmaps made once per size, pixel ratio and mode, so that a view painting
-    // thousands of rows allocates nothing after the first.
-    class SymbolEngine : public QIconEngine {
-    public:
-        SymbolEngine(const QString& name, Draw draw, const QColor& color)
-            : name(name), draw(draw), color(color) {}
-
-        void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
-            const qreal ratio = painter->device() ? painter->device()->devicePixelRatioF() : 1.0;
-            painter->drawPixmap(rect, cached(rect.size(), ratio, mode));
-        }
-        QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State) override {
-            return cached(size, 1.0, mode);
-        }
-        QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State, qreal scale) override {
-            return cached(size / qMax<qreal>(scale, 1.0), scale, mode);
-        }
-        QSize actualSize(const QSize& size, QIcon::Mode, QIcon::State) override { return size; }
-        QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override {
-            return {QSize(16, 16), QSize(20, 20), QSize(24, 24), QSize(32, 32)};
-        }
-        QString iconName() override { return name; }
-        QString key() const override { return QStringLiteral("orvane.symbol"); }
-        QIconEngine* clone() const override { return new SymbolEngine(name, draw, color); }
-
-    private:
-        struct Cached {
-            QSize size;
-            qreal ratio;
-            QIcon::Mode mode;
-            QPixmap pixmap;
-        };
-
-        QPixmap cached(const QSize& size, qreal ratio, QIcon::Mode mode) {
-            if (mode != QIcon::Disabled) mode = QIcon::Normal;
-            for (const Cached& c : pixmaps)
-                if (c.size == size && c.ratio == ratio && c.mode == mode) return c.pixmap;
-            QImage image(size * ratio, QImage::Format_ARGB32_Premultiplied);
-            image.fill(Qt::transparent);
-            {
-                QPainter p(&image);
-                p.scale(ratio, ratio);
-                render(p, QRectF(QPointF(0, 0), QSizeF(size)), draw, color, mode);
-            }
-            QPixmap pixmap = QPixmap::fromImage(std::move(image));
-            pixmap.setDevicePixelRatio(ratio);
-            pixmaps.push_back({size, ratio, mode, pixmap});
-            return pixmap;
-        }
-
-        QString name;
-        Draw draw;
-        QColor color;
-        std::vector<Cached> pixmaps;
-    };
+    QString name;
+    Draw draw;
+    QColor color;
+    std::vector<Cached> pixmaps;
+};
 
 } // namespace
 

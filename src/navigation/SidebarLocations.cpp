@@ -1,4 +1,5 @@
 #include "navigation/SidebarLocations.h"
+#include "platform/NativePath.h"
 
 #include "platform/Platform.h"
 
@@ -87,7 +88,7 @@ SidebarLocations SidebarLocations::current(bool phoneConnected) {
     for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
         if (!volume.isValid()) continue;
         const QString root = volume.rootPath();
-        const bool writable = !volume.isReadOnly() && access(QFile::encodeName(root).constData(), W_OK) == 0;
+        const bool writable = !volume.isReadOnly() && access(NativePath::encode(root).constData(), W_OK) == 0;
         l.mounts.append({root, QString::fromLatin1(volume.fileSystemType()), writable});
     }
     l.phoneConnected = phoneConnected;

@@ -1,4 +1,5 @@
 #include "navigation/SidebarTreeBuilder.h"
+#include "platform/NativePath.h"
 
 #include "browsing/NaturalOrder.h"
 #include "platform/Platform.h"
@@ -24,7 +25,7 @@ QString childPath(const QString& parent, const QString& name) {
 // The same directory reached under two paths (a bind mount inside itself) is still a loop.
 std::optional<QPair<quint64, quint64>> fileIdentity(const QString& path) {
     struct stat st;
-    if (stat(QFile::encodeName(path).constData(), &st) != 0) return std::nullopt;
+    if (stat(NativePath::encode(path).constData(), &st) != 0) return std::nullopt;
     return qMakePair(quint64(st.st_dev), quint64(st.st_ino));
 }
 

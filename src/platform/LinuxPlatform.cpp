@@ -72,7 +72,7 @@ bool LinuxPlatform::readItem(const QString& path, RawItem& out) const {
 
 // The type from the directory entry spares a stat per name; only file systems that leave it out pay one.
 bool LinuxPlatform::listSubfolders(const QString& path, const FolderSink& sink, QString& error) const {
-    const QByteArray native = QFile::encodeName(path);
+    const QByteArray native = NativePath::encode(path);
     DIR* dir = opendir(native.constData());
     if (!dir) {
         error = QString::fromLocal8Bit(strerror(errno));
@@ -87,7 +87,7 @@ bool LinuxPlatform::listSubfolders(const QString& path, const FolderSink& sink, 
             struct stat st;
             folder = fstatat(fd, n, &st, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT) == 0 && S_ISDIR(st.st_mode);
         }
-        if (folder) sink(QFile::decodeName(n), n[0] == '.');
+        if (folder) sink(NativePath::decode(n), n[0] == '.');
     }
     closedir(dir);
     return true;
@@ -95,7 +95,7 @@ bool LinuxPlatform::listSubfolders(const QString& path, const FolderSink& sink, 
 
 bool LinuxPlatform::isPlainFolder(const QString& path) const {
     struct stat st;
-    return lstat(QFile::encodeName(path).constData(), &st) == 0 && S_ISDIR(st.st_mode);
+    return lstat(NativePath::encode(path).constData(), &st) == 0 && S_ISDIR(st.st_mode);
 }
 
 QString LinuxPlatform::word(PlatformWord word) const {

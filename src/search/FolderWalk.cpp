@@ -1,4 +1,5 @@
 #include "search/FolderWalk.h"
+#include "platform/NativePath.h"
 
 #include "platform/LinuxPlatform.h"
 #include "search/SearchText.h"
@@ -83,7 +84,8 @@ public:
 
 private:
     bool slow(const char* name, size_t length) const {
-        return SearchText::containsIgnoringCase(QFile::decodeName(QByteArray(name, qsizetype(length))), text);
+        return SearchText::containsIgnoringCase(NativePath::decode(QByteArray(name, qsizetype(length))),
+                                                text);
     }
 
     QString text;
@@ -94,7 +96,7 @@ private:
 
 struct FolderWalk::Walk {
     Walk(const QString& folder, const QString& text, bool hidden)
-        : root(QFile::encodeName(folder).toStdString()), test(text), hidden(hidden) {
+        : root(NativePath::encode(folder).toStdString()), test(text), hidden(hidden) {
         while (root.size() > 1 && root.back() == '/')
             root.pop_back();
     }
@@ -228,9 +230,9 @@ void FolderWalk::Walk::scan(int fd, const std::string& folder, int depth) {
 Entry FolderWalk::Walk::entryFor(int fd, const std::string& folder, QString& folderText, const char* name,
                                  size_t length) {
     if (folderText.isEmpty())
-        folderText = QFile::decodeName(QByteArray(folder.data(), qsizetype(folder.size())));
+        folderText = NativePath::decode(QByteArray(folder.data(), qsizetype(folder.size())));
     RawItem raw;
-    raw.name = QFile::decodeName(QByteArray(name, qsizetype(length)));
+    raw.name = NativePath::decode(QByteArray(name, qsizetype(length)));
     raw.hidden = name[0] == '.';
     LinuxPlatform::readItemAt(fd, name, raw);
     return Entry::fromRaw(folderText, std::move(raw));

@@ -1,4 +1,5 @@
 #include "search/IndexSearch.h"
+#include "platform/NativePath.h"
 
 #include "search/SearchText.h"
 
@@ -76,7 +77,7 @@ IndexSearch::Answer IndexSearch::run(const QString& text, const std::atomic<quin
     Answer answer{true, {}};
     for (const QByteArray& raw : process.readAllStandardOutput().split('\0')) {
         if (raw.isEmpty()) continue;
-        const QString path = QFile::decodeName(raw);
+        const QString path = NativePath::decode(raw);
         if (SearchText::containsFolded(SearchText::fileName(path).toString(), folded)) answer.paths << path;
     }
     return answer;
