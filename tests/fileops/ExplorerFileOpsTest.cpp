@@ -253,7 +253,7 @@ private slots:
         QCOMPARE(selectedNames(), QStringList{"Projects"});
         const QString modified = textOf(QStringLiteral("Projects"), "modified");
         QVERIFY2(!modified.isEmpty() && modified != QStringLiteral("—"), qPrintable(modified));
-        // UNAVOIDABLE: proves that no further refresh follows, which only waiting past the burst can show.
+        // UNAVOIDABLE: the watcher's re-read must have come and gone; only waiting past the burst shows it.
         QTest::qWait(2 * LocalFolderContent::burstMs);
         QCOMPARE(textOf(QStringLiteral("Projects"), "modified"), modified);
         QCOMPARE(editorsShown(), 0);
