@@ -30,7 +30,8 @@ ExplorerViewModes::ExplorerViewModes(Explorer& window)
     buildIconView();
     buildSlider();
     registerCommands();
-    w.table()->viewport()->installEventFilter(this);
+    viewport = w.table()->viewport();
+    viewport->installEventFilter(this);
     w.keyboard().iconFileList = [this]() -> QWidget* {
         return mode() == ViewModes::initial ? nullptr : icons;
     };
@@ -170,7 +171,8 @@ bool ExplorerViewModes::handleViewSizeWheel(QWheelEvent* event) {
 }
 
 bool ExplorerViewModes::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == w.table()->viewport() && event->type() == QEvent::Wheel)
+    // Compared by address: events still come while the window is torn down, past its own type.
+    if (watched == viewport && event->type() == QEvent::Wheel)
         return handleViewSizeWheel(static_cast<QWheelEvent*>(event));
     return false;
 }

@@ -52,6 +52,7 @@ private:
     Explorer& w;
     ExplorerIconView* icons;
     QSlider* slider = nullptr;
+    QObject* viewport = nullptr;
     double extraLarge;
 };
 
