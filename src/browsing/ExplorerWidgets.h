@@ -8,13 +8,13 @@ class QLineEdit;
 class QListWidget;
 class QMainWindow;
 class QMenuBar;
-class QSplitter;
 class QToolButton;
 class QWidget;
 
 namespace orvane {
 
 class DetailsPane;
+class ExplorerSidebarSplit;
 class EditablePathBox;
 class ExplorerTabStrip;
 class FileTable;
@@ -47,7 +47,7 @@ struct ExplorerWidgets {
     QMap<QString, QToolButton*> actionButtons;
     TransferProgressEdge* transferProgress;
     // the split
-    QSplitter* split;
+    ExplorerSidebarSplit* split;
     QWidget* navigationPane;
     QListWidget* places;
     QToolButton* storageButton;
