@@ -75,6 +75,8 @@ const QStringList& WindowCommands::notYetBuilt() {
         QStringLiteral("expandToCurrentFolder"),
         QStringLiteral("showSidebarContextMenu"),
         QStringLiteral("makeAlias"),
+        QStringLiteral("moveTabToNewWindow"),
+        QStringLiteral("dropFiles"),
     };
     return names;
 }
