@@ -7,6 +7,7 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QScrollArea>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -42,16 +43,28 @@ DetailsPane::DetailsPane(QWidget* parent) : QWidget(parent) {
     header->addStretch(1);
     header->addWidget(close);
     column->addLayout(header);
-    image = new QLabel(this);
+    // A short window scrolls the facts rather than cutting off the last of them.
+    auto* scroll = new QScrollArea(this);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setStyleSheet(
+        QStringLiteral("QScrollArea, QScrollArea > QWidget > QWidget { background: transparent; }"));
+    auto* body = new QWidget(scroll);
+    auto* facts = new QVBoxLayout(body);
+    facts->setContentsMargins(0, 0, 0, 0);
+    image = new QLabel(body);
     image->setFixedHeight(70);
     image->setAlignment(Qt::AlignCenter);
-    titleLabel = textLabel(this, 14, false);
-    pathLabel = textLabel(this, 11, true);
-    metaLabel = textLabel(this, 12, false);
+    titleLabel = textLabel(body, 14, false);
+    pathLabel = textLabel(body, 11, true);
+    metaLabel = textLabel(body, 12, false);
     for (QWidget* w : {static_cast<QWidget*>(image), static_cast<QWidget*>(titleLabel),
                        static_cast<QWidget*>(pathLabel), static_cast<QWidget*>(metaLabel)})
-        column->addWidget(w);
-    column->addStretch(1);
+        facts->addWidget(w);
+    facts->addStretch(1);
+    scroll->setWidget(body);
+    column->addWidget(scroll, 1);
 }
 
 void DetailsPane::showItems(const std::vector<Entry>& items, const QString& currentPath) {

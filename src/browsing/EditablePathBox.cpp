@@ -14,6 +14,8 @@ EditablePathBox::EditablePathBox(QWidget* parent)
       field(new QLineEdit(this)) {
     barLayout->setContentsMargins(6, 0, 6, 0);
     barLayout->setSpacing(0);
+    // The bar fits itself to any width by leaving out leading folders.
+    bar->setMinimumWidth(80);
     addWidget(bar);
     addWidget(field);
     setMinimumHeight(30);
@@ -44,9 +46,15 @@ void EditablePathBox::rebuild(const QList<QUrl>& urls) {
         delete item->widget();
         delete item;
     }
+    parts.clear();
+    ellipsis = new QLabel(QStringLiteral("… ›"), bar);
+    ellipsis->setForegroundRole(QPalette::PlaceholderText);
+    ellipsis->hide();
+    barLayout->addWidget(ellipsis);
     for (int i = 0; i < names.size(); ++i) {
+        QLabel* chevron = nullptr;
         if (i > 0) {
-            auto* chevron = new QLabel(QStringLiteral("›"), bar);
+            chevron = new QLabel(QStringLiteral("›"), bar);
             chevron->setForegroundRole(QPalette::PlaceholderText);
             barLayout->addWidget(chevron);
         }
@@ -57,8 +65,34 @@ void EditablePathBox::rebuild(const QList<QUrl>& urls) {
         const QUrl url = urls.value(i);
         connect(button, &QToolButton::clicked, this, [this, i, url] { emit elementClicked(i, url); });
         barLayout->addWidget(button);
+        parts.append({chevron, button});
     }
     barLayout->addStretch(1);
+    fitElements();
+}
+
+void EditablePathBox::resizeEvent(QResizeEvent* event) {
+    QStackedWidget::resizeEvent(event);
+    fitElements();
+}
+
+void EditablePathBox::fitElements() {
+    if (!ellipsis) return;
+    for (const auto& [chevron, button] : parts) {
+        if (chevron) chevron->show();
+        button->show();
+    }
+    ellipsis->hide();
+    // The current folder always shows, however narrow the bar.
+    for (int first = 0; first + 1 < parts.size(); ++first) {
+        barLayout->invalidate();
+        if (barLayout->sizeHint().width() <= bar->width()) return;
+        ellipsis->show();
+        if (parts[first].first) parts[first].first->hide();
+        parts[first].second->hide();
+        // The separator of the first folder left is the ellipsis' own.
+        if (parts[first + 1].first) parts[first + 1].first->hide();
+    }
 }
 
 void EditablePathBox::showAddress() {

@@ -5,6 +5,7 @@
 #include <QUrl>
 
 class QHBoxLayout;
+class QLabel;
 
 namespace orvane {
 
@@ -29,14 +30,20 @@ signals:
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void rebuild(const QList<QUrl>& urls);
+    // A narrow bar shows the last folders of the path, after an ellipsis.
+    void fitElements();
 
     QWidget* bar;
     QHBoxLayout* barLayout;
     QLineEdit* field;
     QStringList names;
+    QLabel* ellipsis = nullptr;
+    // Per element: its separator (none for the first) and its button.
+    QList<QPair<QWidget*, QWidget*>> parts;
 };
 
 } // namespace orvane

@@ -4,6 +4,7 @@
 #include "browsing/EditablePathBox.h"
 #include "browsing/Palette.h"
 #include "chrome/AccessibleName.h"
+#include "chrome/ExplorerSidebarSplit.h"
 #include "chrome/ExplorerTabStrip.h"
 #include "chrome/Symbols.h"
 #include "chrome/TitleRow.h"
@@ -17,7 +18,6 @@
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMenuBar>
-#include <QSplitter>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -175,10 +175,9 @@ QWidget* ExplorerWidgets::buildActionRow(QWidget* parent) {
 }
 
 QWidget* ExplorerWidgets::buildSplit(QWidget* parent) {
-    split = new QSplitter(Qt::Horizontal, parent);
-    split->setChildrenCollapsible(false);
-    split->setHandleWidth(1);
+    split = new ExplorerSidebarSplit(parent);
     navigationPane = new QWidget(split);
+    navigationPane->setMinimumWidth(ExplorerSidebarSplit::navigationMinimum);
     navigationPane->setObjectName(QStringLiteral("navigationPane"));
     auto* paneColumn = new QVBoxLayout(navigationPane);
     paneColumn->setContentsMargins(6, 6, 6, 6);
@@ -190,6 +189,8 @@ QWidget* ExplorerWidgets::buildSplit(QWidget* parent) {
     // The empty label floats over the table in the same grid cell, so it stays centred at any size.
     fileArea = new QWidget(split);
     fileArea->setObjectName(QStringLiteral("fileArea"));
+    // The name column and the scroll bar.
+    fileArea->setMinimumWidth(180);
     auto* grid = new QGridLayout(fileArea);
     grid->setContentsMargins(0, 0, 0, 0);
     table = new FileTable(fileArea);

@@ -7,13 +7,13 @@ class QLabel;
 class QLineEdit;
 class QMainWindow;
 class QMenuBar;
-class QSplitter;
 class QToolButton;
 class QWidget;
 
 namespace orvane {
 
 class DetailsPane;
+class ExplorerSidebarSplit;
 class EditablePathBox;
 class ExplorerTabStrip;
 class FileTable;
@@ -46,7 +46,7 @@ struct ExplorerWidgets {
     QMap<QString, QToolButton*> actionButtons;
     TransferProgressEdge* transferProgress;
     // the split
-    QSplitter* split;
+    ExplorerSidebarSplit* split;
     // The navigation subsystem puts its tree on top; its focus proxy is the tree.
     QWidget* navigationPane;
     QToolButton* storageButton;

@@ -69,7 +69,8 @@ void WindowCommands::bind(QAbstractButton* button, const QString& name, const QV
 const QStringList& WindowCommands::notYetBuilt() {
     static const QStringList names = {
         QStringLiteral("quickLook"),     QStringLiteral("revealAction"), QStringLiteral("compressAction"),
-        QStringLiteral("arrangeWindow"), QStringLiteral("makeAlias"),
+        QStringLiteral("arrangeWindow"), QStringLiteral("makeAlias"),    QStringLiteral("moveTabToNewWindow"),
+        QStringLiteral("dropFiles"),
     };
     return names;
 }

@@ -5,6 +5,7 @@
 
 #include <QPainter>
 #include <QPushButton>
+#include <QStyle>
 
 namespace orvane {
 
@@ -49,7 +50,12 @@ bool ExplorerAlert::confirm(QWidget* parent, Kind kind, const QString& message, 
     if (kind != Kind::Destructive) box.setSymbol(symbol, Palette::ink());
     QPushButton* yes = box.addButton(accept, kind == Kind::Destructive ? DestructiveRole : AcceptRole);
     QPushButton* no = box.addButton(QStringLiteral("Cancel"), RejectRole);
-    if (kind == Kind::Destructive) yes->setObjectName(QStringLiteral("destructiveButton"));
+    if (kind == Kind::Destructive) {
+        yes->setObjectName(QStringLiteral("destructiveButton"));
+        // Its look was settled when it was made; the name asks for another.
+        yes->style()->unpolish(yes);
+        yes->style()->polish(yes);
+    }
     box.setDefaultButton(kind == Kind::Destructive ? no : yes);
     box.setEscapeButton(no);
     box.exec();

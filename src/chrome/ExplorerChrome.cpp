@@ -10,17 +10,19 @@
 #include "browsing/ShortcutGuideWindow.h"
 #include "browsing/TabContent.h"
 #include "browsing/WindowCommands.h"
+#include "chrome/ExplorerSidebarSplit.h"
 #include "chrome/TitleRow.h"
 #include "fileops/FileClipboard.h"
 #include "views/FileTable.h"
 
 #include <QClipboard>
+#include <QEvent>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
-#include <QSplitter>
 #include <QToolButton>
 
 namespace orvane {
@@ -40,7 +42,10 @@ ExplorerChrome::ExplorerChrome(Explorer& window) : QObject(&window), w(window) {
         w.widgets().upButton->setEnabled(w.commands().isEnabled(QStringLiteral("up")));
     });
     const ExplorerWidgets& ui = w.widgets();
-    ui.split->setSizes({sidebarWidth(), 1250 - sidebarWidth(), 0});
+    ui.split->filesComfortable = [this] { return w.table()->comfortableWidth(); };
+    ui.action("new")->parentWidget()->installEventFilter(this);
+    fitActionRow();
+    ui.split->setNavigationPreferred(sidebarWidth());
 }
 
 void ExplorerChrome::connectButtons() {
@@ -53,10 +58,8 @@ void ExplorerChrome::connectButtons() {
     connect(ui.editAddressButton, &QToolButton::clicked, ui.pathBox, &EditablePathBox::showAddress);
     connect(ui.action("details"), &QToolButton::clicked, this, &ExplorerChrome::toggleDetails);
     connect(ui.detailsPane, &DetailsPane::closeRequested, this, &ExplorerChrome::toggleDetails);
-    connect(ui.split, &QSplitter::splitterMoved, this, [this] {
-        Preferences::standard()->setValue(QStringLiteral("sidebar.width.v2"),
-                                          w.widgets().split->sizes().value(0));
-    });
+    connect(ui.split, &ExplorerSidebarSplit::navigationWidthChosen, this,
+            [](int width) { Preferences::standard()->setValue(QStringLiteral("sidebar.width.v2"), width); });
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, [this] {
         updateActionState();
         w.table()->viewport()->update(); // a cut ends when anything else is copied
@@ -127,6 +130,7 @@ void ExplorerChrome::updateLocation() {
     ui.searchField->setPlaceholderText(QStringLiteral("Search ") + name);
     w.setWindowTitle(name + QStringLiteral(" — Orvane"));
     ui.detailsPane->setVisible(detailsVisible && url.isLocalFile());
+    ui.split->relayout();
     updateSelectionStatus();
 }
 
@@ -178,13 +182,7 @@ void ExplorerChrome::toggleDetails() {
     detailsVisible = !detailsVisible;
     if (detailsVisible) previewVisible = false;
     ui.detailsPane->setVisible(detailsVisible);
-    if (detailsVisible) {
-        QList<int> sizes = ui.split->sizes();
-        const int pane = qMax(260, sizes.value(2));
-        sizes[1] = qMax(200, sizes[1] - pane);
-        sizes[2] = pane;
-        ui.split->setSizes(sizes);
-    }
+    ui.split->relayout();
     updateDetails();
     updateActionState();
 }
@@ -195,6 +193,7 @@ void ExplorerChrome::togglePreview() {
     if (previewVisible && detailsVisible) {
         detailsVisible = false;
         w.widgets().detailsPane->hide();
+        w.widgets().split->relayout();
     }
     updateActionState();
 }
@@ -220,6 +219,31 @@ void ExplorerChrome::showShortcutGuide() {
     guide->show();
     guide->raise();
     guide->activateWindow();
+}
+
+bool ExplorerChrome::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Resize && watched == w.widgets().action("new")->parentWidget())
+        fitActionRow();
+    return QObject::eventFilter(watched, event);
+}
+
+void ExplorerChrome::fitActionRow() {
+    static const char* const leastNeededFirst[] = {"pin", "details", "save", "send", "view", "sort", "new"};
+    QWidget* row = w.widgets().action("new")->parentWidget();
+    // The row's own minimum is the one with no titles left, so the window can narrow that far.
+    if (row->minimumWidth() == 0) {
+        for (const char* key : leastNeededFirst)
+            w.widgets().action(key)->setToolButtonStyle(Qt::ToolButtonIconOnly);
+        row->layout()->invalidate();
+        row->setMinimumWidth(row->layout()->minimumSize().width());
+    }
+    for (const char* key : leastNeededFirst)
+        w.widgets().action(key)->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    for (const char* key : leastNeededFirst) {
+        row->layout()->invalidate();
+        if (row->layout()->sizeHint().width() <= row->width()) return;
+        w.widgets().action(key)->setToolButtonStyle(Qt::ToolButtonIconOnly);
+    }
 }
 
 int ExplorerChrome::sidebarWidth() const {

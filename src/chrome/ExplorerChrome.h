@@ -35,6 +35,12 @@ public:
     void showShortcutGuide();
     QPointer<ShortcutGuideWindow> shortcutGuide() const { return guide; }
     int sidebarWidth() const;
+    // A narrow window keeps every button of the action row whole: titled buttons drop their titles,
+    // the least needed first, until the row fits.
+    void fitActionRow();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void connectButtons();

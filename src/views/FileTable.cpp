@@ -1,6 +1,7 @@
 #include "views/FileTable.h"
 
 #include "browsing/Preferences.h"
+#include "views/ColumnFit.h"
 #include "views/ColumnSettings.h"
 #include "views/ExplorerColumns.h"
 #include "views/ExplorerFont.h"
@@ -85,6 +86,7 @@ void FileTable::setModel(QAbstractItemModel* model) {
 // Widths come from the saved header when there is one; which columns show comes from the
 // visible list, which is the truth even if the two disagree.
 void FileTable::configureColumns() {
+    preferred.clear();
     adjustingColumns = true;
     const auto& all = explorerColumns();
     for (int i = 0; i < all.size() && i < headerView->count(); ++i)
@@ -120,6 +122,7 @@ void FileTable::setColumnVisible(const QString& key, bool visible) {
 void FileTable::applyColumnVisibility(const QString& key, bool visible) {
     const int column = explorerColumnIndex(key);
     if (column < 0 || column >= headerView->count()) return;
+    preferred.remove(column);
     setColumnHidden(column, !visible);
     if (visible) {
         const ExplorerColumn& info = explorerColumns()[column];
@@ -242,6 +245,8 @@ void FileTable::sectionResized(int logicalIndex, int, int newSize) {
     if (logicalIndex < 0 || logicalIndex >= explorerColumns().size() || newSize == 0 ||
         isColumnHidden(logicalIndex))
         return;
+    // A width the person sets is the one to come back to.
+    if (!adjustingColumns) preferred.remove(logicalIndex);
     const int minimum = explorerColumns()[logicalIndex].minimumWidth;
     if (newSize < minimum) {
         headerView->resizeSection(logicalIndex, minimum);
@@ -263,9 +268,56 @@ void FileTable::viewportResized(int oldWidth, int newWidth) {
     fillSpareWidth();
 }
 
+// A narrow table narrows its columns and then leaves whole ones out, so no column is ever cut at the
+// edge; the widths and the visible list the person chose come back when there is room.
+void FileTable::fitColumns() {
+    const auto& all = explorerColumns();
+    QList<ColumnFit::Column> chosen;
+    for (int i = 0; i < all.size() && i < headerView->count(); ++i) {
+        if (!columns->isVisible(all[i].key)) continue;
+        const int width = i == nameColumn() ? all[i].minimumWidth : preferred.value(i, columnWidth(i));
+        chosen.append({all[i].key, width, all[i].minimumWidth});
+    }
+    const ColumnFit::Fit fit = ColumnFit::fit(chosen, viewport()->width());
+    adjustingColumns = true;
+    for (const ColumnFit::Column& c : chosen) {
+        const int i = explorerColumnIndex(c.key);
+        if (i == nameColumn()) continue;
+        if (fit.leftOut.contains(c.key)) {
+            if (!isColumnHidden(i)) preferred.insert(i, c.width);
+            setColumnHidden(i, true);
+            continue;
+        }
+        const int target = fit.widths.value(c.key);
+        if (target < c.width)
+            preferred.insert(i, c.width);
+        else
+            preferred.remove(i);
+        setColumnHidden(i, false);
+        if (columnWidth(i) != target) setColumnWidth(i, target);
+    }
+    adjustingColumns = false;
+}
+
+int FileTable::comfortableWidth() const {
+    const auto& all = explorerColumns();
+    int total = verticalScrollBar()->sizeHint().width();
+    for (int i = 0; i < all.size() && i < headerView->count(); ++i)
+        if (columns->isVisible(all[i].key))
+            total += i == nameColumn() ? all[i].minimumWidth
+                                       : preferred.value(i, qMax(columnWidth(i), all[i].minimumWidth));
+    return total;
+}
+
+bool FileTable::columnShown(const QString& key) const {
+    const int column = explorerColumnIndex(key);
+    return column >= 0 && column < headerView->count() && !isColumnHidden(column);
+}
+
 void FileTable::fillSpareWidth() {
     const int name = nameColumn();
     if (!model() || name >= headerView->count()) return;
+    fitColumns();
     // The name column alone absorbs the table's width, in both directions, down to its minimum.
     const int spare = viewport()->width() - headerView->length();
     if (spare == 0) return;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QPersistentModelIndex>
 #include <QTableView>
 #include <functional>
@@ -32,6 +33,10 @@ public:
 
     // --- columns ---
     bool isColumnVisible(const QString& key) const;
+    // Whether a chosen column is on show now; a narrow table leaves some out for the time being.
+    bool columnShown(const QString& key) const;
+    // The width below which the table starts to leave columns out.
+    int comfortableWidth() const;
     // Flips a column and saves the visible list; "name" is refused.
     void toggleColumn(const QString& key);
     // Brings a column to a state without flipping, for a twin table kept in step.
@@ -105,6 +110,7 @@ private:
     void sectionResized(int logicalIndex, int oldSize, int newSize);
     void viewportResized(int oldWidth, int newWidth);
     void fillSpareWidth();
+    void fitColumns();
     void saveHeaderState();
     bool isToggleClick(const QMouseEvent* event) const;
     void selectOnly(int row);
@@ -125,6 +131,8 @@ private:
     bool toggleClickInProgress = false;
     bool suppressContextMenu = false;
     bool adjustingColumns = false;
+    // Columns narrowed or left out for want of room, with the width they come back to.
+    QHash<int, int> preferred;
 };
 
 } // namespace orvane

@@ -1,21 +1,27 @@
 #include "browsing/ExplorerWidgets.h"
 
 #include "browsing/AppDelegate.h"
+#include "browsing/DetailsPane.h"
 #include "browsing/EditablePathBox.h"
 #include "browsing/Explorer.h"
+#include "chrome/ExplorerSidebarSplit.h"
 #include "chrome/ExplorerTabStrip.h"
 #include "chrome/ExplorerTabView.h"
 #include "fileops/ExplorerFileOps.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
+#include "views/ExplorerColumns.h"
 #include "views/FileTable.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenuBar>
+#include <QScrollBar>
+#include <QToolButton>
 
 using namespace orvane;
 using namespace orvane::test;
@@ -78,6 +84,54 @@ private slots:
         QVERIFY(w->fileOps()->renameEditor());
         QCOMPARE(namelessControls(w).join(" | "), QString());
         QCOMPARE(spokenName(w->fileOps()->renameEditor()), QStringLiteral("Rename a.txt"));
+    }
+
+    // The window gives way sensibly: the navigation pane narrows first, whole columns make room rather
+    // than being cut or scrolled, and no button loses part of its title.
+    void layoutAtCommonSizes_data() {
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<bool>("details");
+        QTest::addColumn<int>("navigation");
+        QTest::newRow("700 x 500") << QSize(700, 500) << false << -1;
+        QTest::newRow("700 x 500, details")
+            << QSize(700, 500) << true << ExplorerSidebarSplit::navigationMinimum;
+        QTest::newRow("1440 x 900") << QSize(1440, 900) << false << 240;
+        QTest::newRow("1440 x 900, details") << QSize(1440, 900) << true << 240;
+        QTest::newRow("narrowest") << QSize(400, 400) << true << ExplorerSidebarSplit::navigationMinimum;
+    }
+    void layoutAtCommonSizes() {
+        QFETCH(QSize, size);
+        QFETCH(bool, details);
+        QFETCH(int, navigation);
+        if (details) w->commands().run(QStringLiteral("toggleDetails"));
+        w->resize(size);
+        QTRY_COMPARE(w->width(), qMax(600, size.width()));
+        QVERIFY(w->centralWidget()->minimumSizeHint().width() <= 600);
+        QApplication::processEvents();
+        const ExplorerWidgets& ui = w->widgets();
+        if (navigation > 0) QCOMPARE(ui.navigationPane->width(), navigation);
+        QVERIFY(ui.navigationPane->width() <= 240);
+        if (details) QVERIFY(ui.detailsPane->width() >= ExplorerSidebarSplit::detailsMinimum);
+        // Columns: whole, inside the table, none scrolled off to the side.
+        FileTable* table = w->table();
+        QTRY_VERIFY(!table->horizontalScrollBar()->isVisible());
+        int shown = 0;
+        for (int i = 0; i < table->model()->columnCount(); ++i) {
+            if (table->isColumnHidden(i)) continue;
+            ++shown;
+            QVERIFY(table->columnWidth(i) >= explorerColumns()[i].minimumWidth);
+            QVERIFY(table->columnViewportPosition(i) + table->columnWidth(i) <= table->viewport()->width());
+        }
+        QVERIFY(table->columnShown(QStringLiteral("name")));
+        if (size.width() >= 1440) QCOMPARE(shown, table->isColumnVisible(QStringLiteral("created")) ? 6 : 5);
+        // Buttons: titled or not, never cut.
+        for (QToolButton* button : w->findChildren<QToolButton*>()) {
+            if (!button->isVisible() || button->text().isEmpty()) continue;
+            const bool titled = button->toolButtonStyle() != Qt::ToolButtonIconOnly;
+            if (titled) QVERIFY2(button->width() >= button->sizeHint().width(), qPrintable(button->text()));
+        }
+        if (size.width() >= 1440)
+            QCOMPARE(ui.action("view")->toolButtonStyle(), Qt::ToolButtonTextBesideIcon);
     }
 
     // Icon buttons are named by their tool tip without its key.

@@ -245,8 +245,14 @@ private slots:
         const int before = table->columnWidth(0);
         table->resize(table->width() + 100, table->height());
         QTRY_COMPARE(table->columnWidth(0), before + 100);
+        // Too narrow for all: columns give way whole, the name keeps the rest, nothing scrolls sideways.
         table->resize(300, table->height());
-        QTRY_COMPARE(table->columnWidth(0), 160);
+        QTRY_COMPARE(table->columnWidth(0) + othersWidth(), table->viewport()->width());
+        QVERIFY(table->columnWidth(0) >= 160);
+        QVERIFY(!table->columnShown(QStringLiteral("dimensions")));
+        QVERIFY(table->isColumnVisible(QStringLiteral("dimensions")));
+        table->resize(1200, table->height());
+        QTRY_VERIFY(table->columnShown(QStringLiteral("dimensions")));
     }
 
     void fittedWidths_data() {
