@@ -85,6 +85,8 @@ QString LinuxPlatform::word(PlatformWord word) const {
             "Values are read from Linux. Folder sizes include hidden files; symbolic links are "
             "counted without following their targets. Hard links and shared extents may be "
             "counted more than once in Size on disk.");
+    case PlatformWord::FilesCopiedToComputer:
+        return QStringLiteral("Files copied to this computer");
     }
     return {};
 }

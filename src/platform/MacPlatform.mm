@@ -84,6 +84,8 @@ QString MacPlatform::word(PlatformWord word) const {
         return QStringLiteral("Values are read from macOS. Folder sizes include hidden files and package "
                               "contents; symbolic links are counted without following their targets. Shared APFS "
                               "blocks may be counted more than once in Size on disk.");
+    case PlatformWord::FilesCopiedToComputer:
+        return QStringLiteral("Files copied to Mac");
     }
     return {};
 }

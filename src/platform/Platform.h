@@ -7,7 +7,14 @@
 namespace orvane {
 
 // Texts that name the host system itself; everything else in the program is verbatim.
-enum class PlatformWord { RootVolume, ShowInFileManager, CopyToComputer, FileManager, PropertiesNote };
+enum class PlatformWord {
+    RootVolume,
+    ShowInFileManager,
+    CopyToComputer,
+    FileManager,
+    PropertiesNote,
+    FilesCopiedToComputer
+};
 
 // What one stat-like request tells about an item, before it becomes an Entry.
 struct RawItem {
