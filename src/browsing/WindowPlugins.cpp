@@ -3,7 +3,8 @@
 #include "browsing/Explorer.h"
 #include "browsing/PointerNavigation.h"
 #include "navigation/PlacesList.h"
-#include "phone/PhonePlaceholder.h"
+#include "phone/AndroidContent.h"
+#include "phone/PhoneDrop.h"
 #include "properties/PropertiesCommands.h"
 #include "views/ExplorerViewModes.h"
 
@@ -14,7 +15,9 @@ void WindowPlugins::attach(Explorer& window) {
     new ExplorerViewModes(window);
     new PropertiesCommands(window);
     new PointerNavigation(window);
-    window.addContent(new PhonePlaceholder(window));
+    auto* phones = new AndroidContent(window);
+    window.addContent(phones);
+    new PhoneDrop(window, *phones);
 }
 
 } // namespace orvane

@@ -22,7 +22,11 @@ QString PhoneBrowserState::countText(qsizetype count) {
 
 // A new place makes any listing still on its way stale, and a reading lock goes with it.
 void PhoneBrowserState::setHistory(const QList<PhoneItem>& history) {
-    chain = history;
+    if (history != chain) {
+        chain = history;
+        base.clear();
+        relist();
+    }
     ++generation;
     if (reading) {
         reading = false;
@@ -57,16 +61,17 @@ void PhoneBrowserState::reload() {
     QStringList request;
     if (!chain.isEmpty()) request = {QString::number(chain.last().storage), QString::number(chain.last().id)};
     PhoneBridge::run(request, nullptr, [self = QPointer(this), asked = generation](const PhoneReply& reply) {
-        if (self && self->generation == asked) self->listed(reply);
+        if (self && self->generation == asked) self->answered(reply);
     });
 }
 
 // A failed listing empties the list and shows the bridge's text; Refresh is how to try again.
-void PhoneBrowserState::listed(const PhoneReply& reply) {
+void PhoneBrowserState::answered(const PhoneReply& reply) {
     reading = false;
     base = PhoneListing::byName(reply.items.value_or(QList<PhoneItem>()));
     relist();
     unlock(reply.error.value_or(countText(listing.items.size())));
+    emit listed(!reply.error);
 }
 
 void PhoneBrowserState::go(const QList<PhoneItem>& target) {
@@ -136,18 +141,17 @@ QList<PhoneItem> PhoneBrowserState::itemsAt(const QList<int>& rows) const {
     return picked;
 }
 
-bool PhoneBrowserState::canCopyFiles(const QList<int>& rows) const {
-    return controls(rows, false, false, false).copyToComputer;
+bool PhoneBrowserState::canCopyFiles(const QList<PhoneItem>& selection) const {
+    return controls(selection).copyToComputer;
 }
 
-PhoneControls PhoneBrowserState::controls(const QList<int>& rows, bool canPaste, bool canPin,
+PhoneControls PhoneBrowserState::controls(const QList<PhoneItem>& selection, bool canPaste, bool canPin,
                                           bool pinned) const {
     PhoneControlFacts facts;
     facts.busy = locked;
     facts.atTop = chain.isEmpty();
-    const QList<PhoneItem> picked = itemsAt(rows);
-    facts.selected = int(picked.size());
-    for (const PhoneItem& item : picked)
+    facts.selected = int(selection.size());
+    for (const PhoneItem& item : selection)
         facts.storageSelected = facts.storageSelected || item.id == phoneRootHandle;
     facts.canPaste = canPaste;
     facts.canPin = canPin;

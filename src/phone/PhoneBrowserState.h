@@ -51,8 +51,9 @@ public:
     QList<PhoneItem> chainTo(const PhoneItem& folder) const;
 
     QList<PhoneItem> itemsAt(const QList<int>& rows) const;
-    bool canCopyFiles(const QList<int>& rows) const;
-    PhoneControls controls(const QList<int>& rows, bool canPaste, bool canPin, bool pinned) const;
+    bool canCopyFiles(const QList<PhoneItem>& selection) const;
+    PhoneControls controls(const QList<PhoneItem>& selection, bool canPaste = false, bool canPin = false,
+                           bool pinned = false) const;
 
     // Why "Send files…" can't take these names here, or absent when it can.
     std::optional<QString> sendRefusal(const QStringList& names) const;
@@ -63,6 +64,8 @@ public:
 
 signals:
     void listingChanged();
+    // A listing came from the phone for the place shown, or its failure.
+    void listed(bool ok);
     void statusChanged(const QString& text);
     void busyChanged(bool busy);
     void navigateTo(const QList<PhoneItem>& chain);
@@ -72,7 +75,7 @@ signals:
     void transferFinished();
 
 private:
-    void listed(const PhoneReply& reply);
+    void answered(const PhoneReply& reply);
     void relist();
     using Start = std::function<void(const std::shared_ptr<PhoneTransfer>& transfer, Done done)>;
     void transfer(const QString& message, const QString& success, bool reloadAfter, const Start& start,
