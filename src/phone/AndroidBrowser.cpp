@@ -21,6 +21,7 @@ namespace orvane {
 
 AndroidBrowser::AndroidBrowser(Explorer& window, const QUuid& tab)
     : QObject(&window), w(window), tabID(tab), phone(this) {
+    phone.setSortState(std::nullopt); // the window sorts what it shows
     connect(&phone, &PhoneBrowserState::listingChanged, this, [this] {
         if (showing()) publishListing();
     });
@@ -65,20 +66,26 @@ void AndroidBrowser::show(const QList<PhoneItem>& chain) {
     // A new place shows nothing of the old one; a Refresh keeps the rows until the answer.
     phone.setHistory(chain);
     phone.setShowHidden(w.listing().showHidden());
-    phone.setSortState(w.listing().sort());
+    if (!shownInWindow()) publishListing();
     w.widgets().emptyLabel->hide();
-    publishListing();
     publishPlace();
     publishStatus();
     phone.reload();
 }
 
+// The window's listing still holds this tab's rows, as after a Refresh; a tab switch replaced them.
+bool AndroidBrowser::shownInWindow() const {
+    const std::vector<Entry>& ours = phone.entries();
+    const std::vector<Entry>& theirs = w.listing().entries();
+    if (!w.listing().query().isEmpty()) return false;
+    return ours.size() == theirs.size() &&
+           (ours.empty() || std::any_of(theirs.begin(), theirs.end(),
+                                        [&](const Entry& e) { return e.location == ours.front().location; }));
+}
+
 void AndroidBrowser::publishListing() {
     byLocation.clear();
-    const std::vector<Entry>& entries = phone.entries();
-    for (size_t i = 0; i < entries.size(); ++i)
-        byLocation.insert(entries[i].location, phone.items()[qsizetype(i)]);
-    w.listing().setSource(entries);
+    w.listing().setSource(phone.entries());
     emit w.events().listingChanged();
     w.commands().refresh();
 }
@@ -105,8 +112,8 @@ void AndroidBrowser::selectPending() {
     if (!selectAfter) return;
     const std::vector<Entry>& rows = w.entries();
     for (size_t row = 0; row < rows.size(); ++row) {
-        const auto it = byLocation.constFind(rows[row].location);
-        if (it == byLocation.cend() || it->id != *selectAfter) continue;
+        const QList<PhoneItem> item = itemsOf({rows[row]});
+        if (item.isEmpty() || item.front().id != *selectAfter) continue;
         const QModelIndex index = w.table()->model()->index(int(row), 0);
         w.table()->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect |
                                                                 QItemSelectionModel::Rows);
@@ -116,10 +123,17 @@ void AndroidBrowser::selectPending() {
     selectAfter.reset();
 }
 
+// Made when first asked: most listings are shown long before anything in them is chosen.
 QList<PhoneItem> AndroidBrowser::itemsOf(const std::vector<Entry>& entries) const {
+    if (byLocation.isEmpty() && !entries.empty()) {
+        byLocation.reserve(qsizetype(phone.entries().size()));
+        for (size_t i = 0; i < phone.entries().size(); ++i)
+            byLocation.insert(phone.entries()[i].location, qsizetype(i));
+    }
     QList<PhoneItem> items;
     for (const Entry& e : entries)
-        if (const auto it = byLocation.constFind(e.location); it != byLocation.cend()) items << *it;
+        if (const auto it = byLocation.constFind(e.location); it != byLocation.cend())
+            items << phone.items()[*it];
     return items;
 }
 

@@ -40,6 +40,7 @@ signals:
     void idle();
 
 private:
+    bool shownInWindow() const;
     void publishListing();
     void publishPlace();
     void publishStatus();
@@ -48,8 +49,8 @@ private:
     Explorer& w;
     QUuid tabID;
     PhoneBrowserState phone;
-    QHash<QString, PhoneItem> byLocation;
-    std::optional<quint32> selectAfter; // the folder we came up from
+    mutable QHash<QString, qsizetype> byLocation; // an entry's location to its item's index
+    std::optional<quint32> selectAfter;           // the folder we came up from
     bool moving = false;
 };
 

@@ -34,7 +34,7 @@ void PhoneBrowserState::setHistory(const QList<PhoneItem>& history) {
     }
 }
 
-void PhoneBrowserState::setSortState(const SortState& state) {
+void PhoneBrowserState::setSortState(const std::optional<SortState>& state) {
     sort = state;
     relist();
 }

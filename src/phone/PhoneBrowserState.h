@@ -32,7 +32,8 @@ public:
     bool busy() const { return locked; }
     QString status() const { return statusText; }
 
-    void setSortState(const SortState& sort);
+    // Absent leaves the items in name order, for a window that sorts its listing itself.
+    void setSortState(const std::optional<SortState>& sort);
     void setShowHidden(bool show);
 
     void reload();
@@ -84,7 +85,7 @@ private:
     QList<PhoneItem> chain;
     QList<PhoneItem> base;
     PhoneListing listing;
-    SortState sort;
+    std::optional<SortState> sort = SortState();
     bool showHidden = false;
     bool locked = false;
     bool reading = false;

@@ -71,7 +71,8 @@ std::vector<size_t> displayOrder(const QList<PhoneItem>& items, const std::vecto
 }
 } // namespace
 
-PhoneListing PhoneListing::make(const QList<PhoneItem>& base, const SortState& sort, bool showHidden) {
+PhoneListing PhoneListing::make(const QList<PhoneItem>& base, const std::optional<SortState>& sort,
+                                bool showHidden) {
     QList<PhoneItem> shown;
     shown.reserve(base.size());
     for (const PhoneItem& item : base)
@@ -81,9 +82,14 @@ PhoneListing PhoneListing::make(const QList<PhoneItem>& base, const SortState& s
     for (const PhoneItem& item : shown)
         entries.push_back(phoneEntry(item));
     PhoneListing listing;
+    if (!sort) {
+        listing.items = std::move(shown);
+        listing.entries = std::move(entries);
+        return listing;
+    }
     listing.items.reserve(shown.size());
     listing.entries.reserve(entries.size());
-    for (size_t i : displayOrder(shown, entries, sort)) {
+    for (size_t i : displayOrder(shown, entries, *sort)) {
         listing.items.append(std::move(shown[qsizetype(i)]));
         listing.entries.push_back(std::move(entries[i]));
     }

@@ -17,7 +17,9 @@ struct PhoneListing {
     std::vector<Entry> entries;
 
     // `base` is the folder's whole listing; a name beginning with "." is left out unless shown.
-    static PhoneListing make(const QList<PhoneItem>& base, const SortState& sort, bool showHidden);
+    // Without a sort the items keep the order of `base`, for a view that sorts them itself.
+    static PhoneListing make(const QList<PhoneItem>& base, const std::optional<SortState>& sort,
+                             bool showHidden);
     // The whole listing in name order, hidden items included.
     static QList<PhoneItem> byName(QList<PhoneItem> items);
 

@@ -77,7 +77,7 @@ private slots:
         QCOMPARE(state->title(), QStringLiteral("DCIM"));
         state->setShowHidden(true);
         QCOMPARE(shown(), (QStringList{".thumbnails", "Alpha.txt", "Zulu"}));
-        state->setSortState({QStringLiteral("name"), false, false});
+        state->setSortState(SortState{QStringLiteral("name"), false, false});
         QCOMPARE(shown(), (QStringList{"Zulu", "Alpha.txt", ".thumbnails"}));
     }
 

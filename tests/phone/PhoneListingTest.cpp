@@ -70,7 +70,7 @@ private slots:
         QFETCH(bool, ascending);
         QFETCH(bool, group);
         QFETCH(QStringList, order);
-        const PhoneListing listing = PhoneListing::make(folder(), {key, ascending, group}, false);
+        const PhoneListing listing = PhoneListing::make(folder(), SortState{key, ascending, group}, false);
         QCOMPARE(names(listing.items), order);
         QCOMPARE(qsizetype(listing.entries.size()), listing.items.size());
         for (qsizetype i = 0; i < listing.items.size(); ++i)
@@ -78,8 +78,8 @@ private slots:
     }
 
     void hiddenItemsOnlyWhenShown() {
-        QVERIFY(!names(PhoneListing::make(folder(), {}, false).items).contains(".nomedia"));
-        const PhoneListing shown = PhoneListing::make(folder(), {}, true);
+        QVERIFY(!names(PhoneListing::make(folder(), SortState(), false).items).contains(".nomedia"));
+        const PhoneListing shown = PhoneListing::make(folder(), SortState(), true);
         QCOMPARE(shown.items.first().name, QStringLiteral(".nomedia"));
         QCOMPARE(shown.indexOf(5), 0);
         QCOMPARE(shown.indexOf(99), -1);
