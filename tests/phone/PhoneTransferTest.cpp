@@ -116,25 +116,6 @@ private slots:
         simulate(phone->path());
     }
 
-    void namesUsableOnBothSides_data() {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<bool>("valid");
-        QTest::newRow("plain") << QStringLiteral("photo.jpg") << true;
-        QTest::newRow("arabic") << QStringLiteral("ملف.txt") << true;
-        QTest::newRow("hidden") << QStringLiteral(".nomedia") << true;
-        QTest::newRow("empty") << QString() << false;
-        QTest::newRow("dot") << QStringLiteral(".") << false;
-        QTest::newRow("dot dot") << QStringLiteral("..") << false;
-        QTest::newRow("climbs out") << QStringLiteral("../bad") << false;
-        QTest::newRow("nul") << QStringLiteral("a") + QChar(0) + QStringLiteral("b") << false;
-    }
-
-    void namesUsableOnBothSides() {
-        QFETCH(QString, name);
-        QFETCH(bool, valid);
-        QCOMPARE(PhoneTransfer::valid(name), valid);
-    }
-
     // An empty folder, hidden files, a 1 MiB file and an Arabic name come back as they went.
     void aFolderMakesTheRoundTrip() {
         local->folder(QStringLiteral("Trip/Empty"));
