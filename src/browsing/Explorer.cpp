@@ -102,8 +102,10 @@ void Explorer::registerCommands() {
     c.add(QStringLiteral("openNewTabSelected"), QStringLiteral("Open in new tab"), [this] {
         const std::vector<Entry> items = selected();
         if (items.empty() || !items.front().isPlainFolder()) return;
+        const TabContent* content = contentFor(current());
+        const QUrl folder = content ? content->address(items.front()) : items.front().url();
         newTab();
-        navigate(items.front().url());
+        navigate(folder);
     });
     c.add(QStringLiteral("showPackageContents"), QStringLiteral("Show Package Contents"), [this] {
         const std::vector<Entry> items = selected();

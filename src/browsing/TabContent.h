@@ -33,6 +33,8 @@ public:
         Q_UNUSED(items);
         return false;
     }
+    // Where a listed folder leads, to open it in a new tab: its own URL unless the content knows better.
+    virtual QUrl address(const Entry& folder) const { return folder.url(); }
     // Goes where the typed address leads; false leaves the text to the window.
     virtual bool goTo(const QString& typed) {
         Q_UNUSED(typed);

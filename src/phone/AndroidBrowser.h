@@ -19,6 +19,7 @@ public:
     AndroidBrowser(Explorer& window, const QUuid& tab);
 
     PhoneBrowserState& state() { return phone; }
+    const PhoneBrowserState& state() const { return phone; }
     const QUuid& tab() const { return tabID; }
     // The tab shows `chain` now (a navigation, a tab switch or Refresh): it is read again.
     void show(const QList<PhoneItem>& chain);

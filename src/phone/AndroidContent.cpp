@@ -23,14 +23,13 @@ namespace {
 // Commands that act on local paths of the selection: a phone item has none.
 const QStringList& localOnly() {
     static const QStringList names = {
-        QStringLiteral("copyAction"),         QStringLiteral("cutAction"),
-        QStringLiteral("pasteAction"),        QStringLiteral("newFolder"),
-        QStringLiteral("newTextDocument"),    QStringLiteral("renameAction"),
-        QStringLiteral("trashAction"),        QStringLiteral("permanentlyDeleteAction"),
-        QStringLiteral("openNewTabSelected"), QStringLiteral("showPackageContents"),
-        QStringLiteral("compressAction"),     QStringLiteral("makeAlias"),
-        QStringLiteral("revealAction"),       QStringLiteral("propertiesAction"),
-        QStringLiteral("quickLook")};
+        QStringLiteral("copyAction"),          QStringLiteral("cutAction"),
+        QStringLiteral("pasteAction"),         QStringLiteral("newFolder"),
+        QStringLiteral("newTextDocument"),     QStringLiteral("renameAction"),
+        QStringLiteral("trashAction"),         QStringLiteral("permanentlyDeleteAction"),
+        QStringLiteral("showPackageContents"), QStringLiteral("compressAction"),
+        QStringLiteral("makeAlias"),           QStringLiteral("revealAction"),
+        QStringLiteral("propertiesAction"),    QStringLiteral("quickLook")};
     return names;
 }
 } // namespace
@@ -142,6 +141,19 @@ bool AndroidContent::answers(const QString& name) const {
     // Pinning a selection would pin phone items by their view identity, which leads nowhere.
     if (name == QLatin1String("pinAction")) return w.selected().empty();
     return true;
+}
+
+bool AndroidContent::reading() const {
+    const AndroidBrowser* b = active();
+    return b && b->state().busy();
+}
+
+// A phone folder's address carries the chain down to it; its entry's own URL is only an identity.
+QUrl AndroidContent::address(const Entry& folder) const {
+    const AndroidBrowser* b = active();
+    const QList<PhoneItem> items = b ? b->itemsOf({folder}) : QList<PhoneItem>();
+    if (items.isEmpty() || !items.front().folder) return {};
+    return PhoneLocation::url(b->state().chainTo(items.front()));
 }
 
 bool AndroidContent::open(const std::vector<Entry>& items) {

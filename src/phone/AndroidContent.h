@@ -29,6 +29,8 @@ public:
     bool answers(const QString& name) const override;
     bool open(const std::vector<Entry>& items) override;
     bool goTo(const QString& typed) override;
+    bool reading() const override;
+    QUrl address(const Entry& folder) const override;
 
     // The browser of the active tab when it shows a phone, else null.
     AndroidBrowser* active() const;

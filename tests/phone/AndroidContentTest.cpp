@@ -139,8 +139,8 @@ private slots:
         QVERIFY(!enabled("sendToAndroid"));
         selectNames(*w, {"Internal storage"});
         QVERIFY(!enabled("saveFromAndroid")); // a storage can't be copied
-        for (const char* name : {"copyAction", "cutAction", "pasteAction", "renameAction", "trashAction",
-                                 "newFolder", "openNewTabSelected"})
+        for (const char* name :
+             {"copyAction", "cutAction", "pasteAction", "renameAction", "trashAction", "newFolder"})
             QVERIFY2(!enabled(name), name);
         QVERIFY(!w->widgets().action("new")->isEnabled());
         QVERIFY(!w->widgets().action("save")->isHidden());
@@ -150,6 +150,10 @@ private slots:
         selectNames(*w, {"notes.txt"});
         QVERIFY(enabled("saveFromAndroid"));
         QVERIFY(w->widgets().action("save")->isEnabled());
+        selectNames(*w, {"Camera"});
+        QVERIFY(w->commands().run(QStringLiteral("openNewTabSelected")));
+        QTRY_VERIFY(settled() && names().contains(QStringLiteral("IMG_1.jpg")));
+        QCOMPARE(w->tabs.count(), 2);
         w->navigate(QUrl::fromLocalFile(local->path(QStringLiteral("here"))));
         QVERIFY(w->widgets().action("save")->isHidden());
         selectNames(*w, {"existing.txt"});
