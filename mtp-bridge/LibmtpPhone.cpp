@@ -1,12 +1,17 @@
 #include "LibmtpPhone.h"
 
+#include "DeviceHolders.h"
+
 #include <libmtp.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <dirent.h>
 #include <fcntl.h>
+#include <fstream>
 #include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -14,9 +19,6 @@
 namespace orvane {
 
 namespace {
-const char* const busyText =
-    "The phone is in use by another program. Close any other app that reads it "
-    "(a photo importer, Android File Transfer, another file manager), then click Refresh.";
 const char* const goneText = "This item is no longer on the phone. Click Refresh.";
 
 // Android lists every object of a storage for parent 0; the root of a storage is always 0xFFFFFFFF.
@@ -86,6 +88,29 @@ std::vector<PhoneObject> takeList(LIBMTP_file_t* files) {
     return objects;
 }
 
+// Makers of Android phones by USB vendor number: one of them on the bus without an MTP interface
+// is a phone set to charge only (or to another USB mode), not a missing phone.
+bool androidOnUsb() {
+    static const char* const makers[] = {"18d1", "04e8", "22b8", "1004", "0bb4", "0fce", "2717", "2a70",
+                                         "12d1", "22d9", "2e04", "0b05", "17ef", "19d2", "1949", "2d95"};
+    std::unique_ptr<DIR, int (*)(DIR*)> devices(::opendir("/sys/bus/usb/devices"), &::closedir);
+    while (const dirent* d = devices ? ::readdir(devices.get()) : nullptr) {
+        std::ifstream vendor(std::string("/sys/bus/usb/devices/") + d->d_name + "/idVendor");
+        std::string id;
+        if (std::getline(vendor, id) &&
+            std::any_of(std::begin(makers), std::end(makers), [&](const char* m) { return id == m; }))
+            return true;
+    }
+    return false;
+}
+
+std::string deviceNode(const LIBMTP_raw_device_t& raw) {
+    char node[64];
+    std::snprintf(node, sizeof node, "/dev/bus/usb/%03u/%03u", unsigned(raw.bus_location),
+                  unsigned(raw.devnum));
+    return node;
+}
+
 bool validName(const std::string& name) {
     return !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos;
 }
@@ -106,11 +131,12 @@ std::string LibmtpPhone::open() {
     const LIBMTP_error_number_t status = LIBMTP_Detect_Raw_Devices(&raw, &count);
     std::unique_ptr<LIBMTP_raw_device_t, void (*)(void*)> owned(raw, &std::free);
     if (status == LIBMTP_ERROR_NO_DEVICE_ATTACHED || (status == LIBMTP_ERROR_NONE && count == 0))
-        return noPhoneText;
+        return androidOnUsb() ? chargingOnlyText : noPhoneText;
     if (status != LIBMTP_ERROR_NONE || !raw)
         return "The USB devices can't be read right now. Click Refresh to try again.";
     device = LIBMTP_Open_Raw_Device_Uncached(&raw[0]);
-    return device ? std::string() : busyText;
+    // A desktop's own phone service often claims the device first; name whoever has it.
+    return device ? std::string() : heldText(deviceHolders(deviceNode(raw[0])));
 }
 
 void LibmtpPhone::close() {

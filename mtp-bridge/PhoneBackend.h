@@ -59,8 +59,11 @@ public:
 inline const char* const noThumbnailText = "No thumbnail available from phone.";
 inline const char* const noPhoneText =
     "No Android phone found. Connect it with a USB cable and choose File transfer on the phone.";
-inline const char* const lockedText =
-    "The phone is locked. Unlock it, allow access to its files, then click Refresh.";
+inline const char* const lockedText = "The phone is locked. Unlock the phone and choose File transfer in "
+                                      "its USB settings, then click Refresh.";
+inline const char* const chargingOnlyText =
+    "The phone is connected for charging only. Unlock the phone and choose File transfer in its USB "
+    "settings, then click Refresh.";
 inline const char* const cancelledText = "The transfer was cancelled.";
 
 } // namespace orvane

@@ -1,11 +1,13 @@
 #include "SimulatedPhone.h"
 
+#include "DeviceHolders.h"
 #include "ImageSize.h"
 #include "StreamCopy.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <dirent.h>
@@ -127,10 +129,29 @@ std::string copyInto(int from, uint64_t size, const std::string& to, const std::
 SimulatedPhone::SimulatedPhone(std::string root) : root(std::move(root)) {
     while (this->root.size() > 1 && this->root.back() == '/')
         this->root.pop_back();
+    const auto on = [](const char* name) {
+        const char* value = std::getenv(name);
+        return value && *value && std::strcmp(value, "0") != 0;
+    };
+    if (const char* node = std::getenv("MTP_BRIDGE_HELD"); node && *node) {
+        condition = "held";
+        heldNode = node;
+    }
+    if (on("MTP_BRIDGE_CHARGING_ONLY")) condition = "charging";
+    if (on("MTP_BRIDGE_LOCKED")) condition = "locked";
+}
+
+// What a real phone answers before any storage can be read, asked anew at each request.
+std::string SimulatedPhone::unreachable() const {
+    if (condition == "locked") return lockedText;
+    if (condition == "charging") return chargingOnlyText;
+    if (condition == "held") return heldText(deviceHolders(heldNode));
+    return {};
 }
 
 // Storages keep their numbers for the life of the process, even when folders come and go.
 std::string SimulatedPhone::refreshStorages() {
+    if (std::string error = unreachable(); !error.empty()) return error;
     Dir dir(::opendir(root.c_str()), &::closedir);
     if (!dir) return noPhoneText;
     std::vector<std::string> names;
@@ -168,6 +189,7 @@ std::string SimulatedPhone::scan() {
 }
 
 std::string SimulatedPhone::folder(uint32_t storageId, uint32_t parent, Located& out) {
+    if (std::string error = unreachable(); !error.empty()) return error;
     if (known.empty()) refreshStorages();
     const Storage* s = storage(storageId);
     if (!s) return "The phone has no storage " + std::to_string(storageId) + ".";
@@ -186,6 +208,7 @@ std::string SimulatedPhone::folder(uint32_t storageId, uint32_t parent, Located&
 }
 
 std::string SimulatedPhone::object(uint32_t id, Located& out) {
+    if (std::string error = unreachable(); !error.empty()) return error;
     const HandleTable::Place* place = id == rootHandle ? nullptr : handles.find(id);
     const Storage* s = place ? storage(place->storage) : nullptr;
     if (!s) return notFound();

@@ -11,6 +11,8 @@ namespace orvane {
 // A phone made of a local folder: each subfolder is one storage, labelled by its name and numbered
 // 65537, 131073, ... in name order. It answers exactly as a real phone's back end does, so the
 // client and the batteries run without hardware. No subfolder at all reads as a locked phone.
+// MTP_BRIDGE_LOCKED=1 and MTP_BRIDGE_CHARGING_ONLY=1 make it answer as a locked phone or one set
+// to charge only; MTP_BRIDGE_HELD=FILE as a phone that whatever process holds FILE open has taken.
 class SimulatedPhone : public PhoneBackend {
 public:
     explicit SimulatedPhone(std::string root);
@@ -42,6 +44,7 @@ private:
         struct stat status {};
     };
 
+    std::string unreachable() const;
     std::string refreshStorages();
     const Storage* storage(uint32_t id) const;
     std::string folder(uint32_t storage, uint32_t parent, Located& out);
@@ -49,6 +52,8 @@ private:
     std::string relocate(const Located& from, uint32_t storage, const std::string& path);
 
     std::string root;
+    std::string condition; // "locked", "charging" or "held"
+    std::string heldNode;
     std::vector<Storage> known; // every storage ever seen, in order of its number
     HandleTable handles;
 };

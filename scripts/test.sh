@@ -16,7 +16,7 @@ echo "== build"
 export QT_QPA_PLATFORM=offscreen
 export XDG_RUNTIME_DIR=${XDG_RUNTIME_DIR:-$(mktemp -d)}
 echo "== unit tests"
-(cd build && ctest --output-on-failure -j2)
+(cd build && ORVANE_BIG_FILE_TESTS=1 ctest --output-on-failure -j2)
 
 echo "== built-in batteries"
 build/bin/Orvane --self-test

@@ -1,8 +1,10 @@
 #include "batteries/PhoneParityBattery.h"
 
 #include "phone/PhoneBridge.h"
+#include "phone/PhoneBrowserState.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QEventLoop>
 #include <QFile>
 #include <QRandomGenerator>
@@ -13,6 +15,22 @@ namespace orvane {
 namespace {
 QString number(quint32 value) {
     return QString::number(value);
+}
+
+// Every item below `root`, hidden ones too, with the bytes of each file.
+QMap<QString, QByteArray> localTree(const QString& root) {
+    QMap<QString, QByteArray> found;
+    QDirIterator it(root, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QString path = it.next();
+        QFile file(path);
+        const bool folder = it.fileInfo().isDir();
+        found.insert(path.mid(root.size() + 1),
+                     folder ? QByteArray("<folder>")
+                            : (file.open(QIODevice::ReadOnly) ? file.readAll() : "?"));
+    }
+    return found;
 }
 
 QByteArray randomBytes(qsizetype size) {
@@ -83,12 +101,15 @@ int PhoneParityBattery::run() {
     const std::optional<quint32> made = makeFolder(phoneRootHandle, name);
     if (!check(QStringLiteral("mkdir answers the new folder's id"), made.has_value())) return 1;
     scratch = *made;
+    scratchItem = find(phoneRootHandle, name).value_or(PhoneItem());
     roundTrip(QStringLiteral("a 1 MiB file makes the round trip byte for byte"),
               QStringLiteral("parity-1MiB.bin"), randomBytes(1 << 20));
     roundTrip(QStringLiteral("a file with an Arabic name makes the round trip"),
               QStringLiteral("ملف التجربة.txt"), QStringLiteral("مرحبا بالعالم\n").toUtf8());
     folders();
     thumbnail();
+    browsing();
+    transfers();
     removeScratch();
     out << (failures == 0 ? "Phone parity battery passed" : "Phone parity battery failed") << Qt::endl;
     return failures == 0 ? 0 : 1;
@@ -159,6 +180,98 @@ void PhoneParityBattery::thumbnail() {
     check(QStringLiteral("a file without a thumbnail gives the exact literal"),
           reply.error == std::optional<QString>(QStringLiteral("No thumbnail available from phone.")),
           reply.error.value_or(QStringLiteral("no error")));
+}
+
+QString PhoneParityBattery::makeLocal(const QString& relative, const QByteArray& content) {
+    const QString path = local.filePath(relative);
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly)) file.write(content);
+    return path;
+}
+
+std::optional<QString> PhoneParityBattery::transfer(
+    const std::function<void(PhoneTransfer&, std::function<void(std::optional<QString>)>)>& start) {
+    std::optional<QString> error;
+    bool finished = false;
+    QEventLoop loop;
+    auto job = std::make_shared<PhoneTransfer>();
+    start(*job, [&](const std::optional<QString>& outcome) {
+        error = outcome;
+        finished = true;
+        loop.quit();
+    });
+    if (!finished) loop.exec();
+    return error;
+}
+
+// A folder "Zulu" sorts after a file "Alpha.txt" by name: folders don't go first on a phone.
+void PhoneParityBattery::browsing() {
+    makeFolder(scratch, QStringLiteral("Zulu"));
+    const QString alpha = makeLocal(QStringLiteral("browse/Alpha.txt"), "alpha");
+    request({QStringLiteral("put"), number(storage), number(scratch), alpha});
+    PhoneBrowserState state;
+    state.setHistory({scratchItem});
+    QEventLoop loop;
+    QObject::connect(&state, &PhoneBrowserState::busyChanged, &loop, [&](bool busy) {
+        if (!busy) loop.quit();
+    });
+    state.reload();
+    loop.exec();
+    QStringList names;
+    for (const PhoneItem& item : state.items())
+        names << item.name;
+    const qsizetype alphaAt = names.indexOf(QStringLiteral("Alpha.txt"));
+    const qsizetype zuluAt = names.indexOf(QStringLiteral("Zulu"));
+    check(QStringLiteral("a phone folder lists in name order with folders and files mixed"),
+          alphaAt >= 0 && zuluAt > alphaAt, names.join(QStringLiteral(", ")));
+    check(QStringLiteral("the status line counts the listing"),
+          state.status() == PhoneBrowserState::countText(names.size()), state.status());
+}
+
+void PhoneParityBattery::transfers() {
+    makeLocal(QStringLiteral("trip/Trip/Empty/.keep"));
+    QFile::remove(local.filePath(QStringLiteral("trip/Trip/Empty/.keep")));
+    makeLocal(QStringLiteral("trip/Trip/big.bin"), randomBytes(1 << 20));
+    makeLocal(QStringLiteral("trip/Trip/مستند.txt"), QStringLiteral("نص\n").toUtf8());
+    const QByteArray trip = QFile::encodeName(local.filePath(QStringLiteral("trip/Trip")));
+    const std::optional<QString> sent =
+        transfer([&](PhoneTransfer& t, auto done) { t.upload({trip}, scratchItem, done); });
+    const std::optional<PhoneItem> onPhone = find(scratch, QStringLiteral("Trip"));
+    const QString back = local.filePath(QStringLiteral("back"));
+    QDir().mkpath(back);
+    const std::optional<QString> got = onPhone ? transfer([&](PhoneTransfer& t, auto done) {
+        t.download({*onPhone}, QFile::encodeName(back), done);
+    })
+                                               : QStringLiteral("not on the phone");
+    check(QStringLiteral("a folder with an empty folder, 1 MiB and an Arabic name makes the round trip"),
+          !sent && !got && localTree(back + QStringLiteral("/Trip")) == localTree(QFile::decodeName(trip)),
+          sent.value_or(got.value_or(QStringLiteral("trees differ"))));
+
+    const PhoneReply before = request({number(storage), number(scratch)});
+    const std::optional<QString> again =
+        transfer([&](PhoneTransfer& t, auto done) { t.upload({trip}, scratchItem, done); });
+    const QString link = local.filePath(QStringLiteral("linked/Linked"));
+    QDir().mkpath(link);
+    QFile::link(QStringLiteral("/"), link + QStringLiteral("/root"));
+    const std::optional<QString> linked = transfer(
+        [&](PhoneTransfer& t, auto done) { t.upload({QFile::encodeName(link)}, scratchItem, done); });
+    const PhoneReply after = request({number(storage), number(scratch)});
+    check(QStringLiteral("refused sends leave the phone as it was"),
+          again == PhoneTransfer::existsText() &&
+              linked == QStringLiteral("Unsupported or inaccessible source: root") &&
+              before.items == after.items,
+          again.value_or(QStringLiteral("sent twice")));
+
+    const QMap<QString, QByteArray> mine = localTree(back);
+    PhoneItem gone = onPhone.value_or(PhoneItem());
+    gone.id = 0xFFFFFFF0u;
+    gone.folder = false;
+    gone.name = QStringLiteral("gone.bin");
+    const std::optional<QString> failed =
+        transfer([&](PhoneTransfer& t, auto done) { t.download({gone}, QFile::encodeName(back), done); });
+    check(QStringLiteral("a failed get leaves no file behind, staged or final"),
+          failed.has_value() && localTree(back) == mine, failed.value_or(QStringLiteral("no error")));
 }
 
 void PhoneParityBattery::removeScratch() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "phone/PhoneReply.h"
+#include "phone/PhoneTransfer.h"
 
 #include <QTemporaryDir>
 #include <QTextStream>
@@ -23,6 +24,11 @@ private:
     void roundTrip(const QString& label, const QString& name, const QByteArray& content);
     void folders();
     void thumbnail();
+    void browsing();
+    void transfers();
+    std::optional<QString>
+    transfer(const std::function<void(PhoneTransfer&, std::function<void(std::optional<QString>)>)>& start);
+    QString makeLocal(const QString& relative, const QByteArray& content = {});
     void removeScratch();
 
     QTextStream out;
@@ -31,6 +37,7 @@ private:
     quint32 scratch = 0;
     std::optional<PhoneItem> bigFile;
     std::optional<PhoneItem> arabicFile;
+    PhoneItem scratchItem;
     int failures = 0;
 };
 

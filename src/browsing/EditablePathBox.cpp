@@ -36,9 +36,9 @@ void EditablePathBox::setPath(const QUrl& url) {
     rebuild(urls);
 }
 
-void EditablePathBox::setElements(const QStringList& elementNames) {
+void EditablePathBox::setElements(const QStringList& elementNames, const QList<QUrl>& urls) {
     names = elementNames;
-    rebuild(QList<QUrl>(names.size()));
+    rebuild(urls.size() == names.size() ? urls : QList<QUrl>(names.size()));
 }
 
 void EditablePathBox::rebuild(const QList<QUrl>& urls) {

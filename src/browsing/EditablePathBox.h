@@ -17,8 +17,9 @@ public:
 
     QLineEdit* addressField() const { return field; }
     void setPath(const QUrl& url);
-    // Shows a bar of fixed elements, as for a phone: clicks report the element's index.
-    void setElements(const QStringList& names);
+    // Shows a bar of fixed elements, as for a phone: clicks report the element's index and its
+    // address, when one is given.
+    void setElements(const QStringList& names, const QList<QUrl>& urls = {});
     QStringList elements() const { return names; }
     void showAddress();
     void showPathBar();

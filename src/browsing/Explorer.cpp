@@ -62,6 +62,10 @@ Explorer::Explorer(AppDelegate* app, const std::optional<QUrl>& initialURL)
     fileCommands = new ExplorerFileOps(*this);
     keys = new ExplorerKeyboard(*this);
     registerCommands();
+    commandSet->setGate([this](const QString& name) {
+        const TabContent* content = contentFor(current());
+        return !content || content->answers(name);
+    });
     WindowPlugins::attach(*this);
     showLocation(false);
     ui.table->setFocus();
@@ -98,8 +102,10 @@ void Explorer::registerCommands() {
     c.add(QStringLiteral("openNewTabSelected"), QStringLiteral("Open in new tab"), [this] {
         const std::vector<Entry> items = selected();
         if (items.empty() || !items.front().isPlainFolder()) return;
+        const TabContent* content = contentFor(current());
+        const QUrl folder = content ? content->address(items.front()) : items.front().url();
         newTab();
-        navigate(items.front().url());
+        navigate(folder);
     });
     c.add(QStringLiteral("showPackageContents"), QStringLiteral("Show Package Contents"), [this] {
         const std::vector<Entry> items = selected();
@@ -236,6 +242,11 @@ void Explorer::up() {
 
 void Explorer::addressGo() {
     QString text = ui.pathBox->addressField()->text().trimmed();
+    // The place shown reads the text first; then another kind of place may know it as its own.
+    TabContent* here = contentFor(current());
+    if (here && here->goTo(text)) return;
+    for (TabContent* other : contents)
+        if (other != here && other->goTo(text)) return;
     if (text == QLatin1String("~"))
         text = QDir::homePath();
     else if (text.startsWith(QLatin1String("~/")))
@@ -267,6 +278,7 @@ void Explorer::closeTab(std::optional<int> index) {
 
 void Explorer::openSelected() {
     const std::vector<Entry> items = commandSelection();
+    if (TabContent* content = contentFor(current()); content && content->open(items)) return;
     if (items.size() == 1 && items.front().isPlainFolder()) {
         navigate(items.front().url());
         return;

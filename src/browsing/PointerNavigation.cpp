@@ -1,6 +1,7 @@
 #include "browsing/PointerNavigation.h"
 
 #include "browsing/Explorer.h"
+#include "browsing/TabContent.h"
 #include "browsing/WindowCommands.h"
 #include "views/FileTable.h"
 
@@ -49,7 +50,7 @@ void PointerNavigation::openInNewTab(QObject* watched, const QPoint& at) {
         if (!index.isValid() || size_t(index.row()) >= w.entries().size()) return;
         const Entry& entry = w.entries()[size_t(index.row())];
         if (!entry.isPlainFolder()) return;
-        folder = entry.url();
+        folder = w.contentFor(w.current())->address(entry);
     }
     if (!folder.isValid()) return;
     w.newTab();

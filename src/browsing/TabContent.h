@@ -4,6 +4,7 @@
 
 #include <QString>
 #include <QUrl>
+#include <vector>
 
 namespace orvane {
 
@@ -21,10 +22,23 @@ public:
     virtual bool reading() const { return false; }
     // The parent of `url` as this content sees it, or an invalid URL at the top.
     virtual QUrl parent(const QUrl& url) const = 0;
-    // Whether the window's command `name` applies here; a local folder answers all.
+    // Whether the window's command `name` applies here; a local folder answers all. One that doesn't
+    // is greyed and refused while this content is shown.
     virtual bool answers(const QString& name) const {
         Q_UNUSED(name);
         return true;
+    }
+    // Opens chosen items this content's own way; false leaves them to the window.
+    virtual bool open(const std::vector<Entry>& items) {
+        Q_UNUSED(items);
+        return false;
+    }
+    // Where a listed folder leads, to open it in a new tab: its own URL unless the content knows better.
+    virtual QUrl address(const Entry& folder) const { return folder.url(); }
+    // Goes where the typed address leads; false leaves the text to the window.
+    virtual bool goTo(const QString& typed) {
+        Q_UNUSED(typed);
+        return false;
     }
 };
 

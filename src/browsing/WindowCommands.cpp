@@ -19,7 +19,7 @@ void WindowCommands::add(const QString& name, const QString& title, std::functio
 
 bool WindowCommands::isEnabled(const QString& name) const {
     const auto it = commands.constFind(name);
-    return it != commands.cend() && it->run && (!it->enabled || it->enabled());
+    return it != commands.cend() && it->run && (!gate || gate(name)) && (!it->enabled || it->enabled());
 }
 
 bool WindowCommands::isChecked(const QString& name, const QVariant& arg) const {

@@ -42,6 +42,9 @@ public:
     bool run(const QString& name, const QVariant& arg = {});
     // While suspended, requests are announced but nothing runs: a way to ask what a key would do.
     void setSuspended(bool on) { suspended = on; }
+    // Asked before every command: what the window shows now may not answer it (a phone tab and the
+    // local file commands).
+    void setGate(std::function<bool(const QString& name)> allows) { gate = std::move(allows); }
 
     // A menu item bound to the command; `title` overrides the command's own.
     QAction* addTo(QMenu* menu, const QString& name, const QVariant& arg = {}, const QString& title = {});
@@ -62,6 +65,7 @@ signals:
 
 private:
     QHash<QString, Command> commands;
+    std::function<bool(const QString& name)> gate;
     bool suspended = false;
 };
 

@@ -3,7 +3,9 @@
 #include "browsing/Explorer.h"
 #include "browsing/PointerNavigation.h"
 #include "navigation/NavigationPane.h"
-#include "phone/PhonePlaceholder.h"
+#include "phone/AndroidContent.h"
+#include "phone/PhoneConnectionWatch.h"
+#include "phone/PhoneDrop.h"
 #include "properties/PropertiesCommands.h"
 #include "search/WindowSearch.h"
 #include "views/ExplorerViewModes.h"
@@ -11,12 +13,17 @@
 namespace orvane {
 
 void WindowPlugins::attach(Explorer& window) {
-    new NavigationPane(window);
+    auto* pane = new NavigationPane(window);
     new ExplorerViewModes(window);
     new PropertiesCommands(window);
     new PointerNavigation(window);
     new WindowSearch(window);
-    window.addContent(new PhonePlaceholder(window));
+    auto* phones = new AndroidContent(window);
+    window.addContent(phones);
+    new PhoneDrop(window, *phones);
+    // The pane shows the phone while the watch finds one.
+    QObject::connect(&phones->watch(), &PhoneConnectionWatch::connectedChanged, pane,
+                     &NavigationPane::setPhoneConnected);
 }
 
 } // namespace orvane

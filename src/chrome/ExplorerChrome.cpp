@@ -148,7 +148,10 @@ SelectionFacts ExplorerChrome::selectionFacts() const {
 
 void ExplorerChrome::updateActionState() {
     w.commands().refresh();
-    w.widgets().action("new")->setEnabled(ActionState::create(selectionFacts()));
+    // The New menu holds commands; a place that answers none of them (a phone tab) greys it.
+    w.widgets().action("new")->setEnabled(ActionState::create(selectionFacts()) &&
+                                          (w.commands().isEnabled(QStringLiteral("newFolder")) ||
+                                           w.commands().isEnabled(QStringLiteral("newTextDocument"))));
     w.widgets().action("details")->setChecked(detailsVisible);
     w.widgets().action("trash")->setToolTip(QStringLiteral("Move to Trash · Delete"));
 }

@@ -14,7 +14,7 @@ Entry phoneEntry(const PhoneItem& item) {
     entry.package = false;
     entry.size = qint64(std::min<quint64>(item.size, quint64(INT64_MAX)));
     if (item.modified && *item.modified > 0)
-        entry.modified = QDateTime::fromMSecsSinceEpoch(qint64(*item.modified * 1000.0));
+        entry.modified = QDateTime::fromMSecsSinceEpoch(qint64(*item.modified * 1000.0), Qt::UTC);
     if (const std::optional<QDateTime> created = phoneDate(item.created)) entry.created = *created;
     entry.kind = Platform::typeDescription(item.name, item.folder, false);
     return entry;

@@ -117,6 +117,8 @@ QString LinuxPlatform::word(PlatformWord word) const {
         return QStringLiteral("This Computer");
     case PlatformWord::ThisComputerInText:
         return QStringLiteral("this computer");
+    case PlatformWord::FilesCopiedToComputer:
+        return QStringLiteral("Files copied to this computer");
     }
     return {};
 }

@@ -126,6 +126,8 @@ QString MacPlatform::word(PlatformWord word) const {
         return QStringLiteral("This Mac");
     case PlatformWord::ThisComputerInText:
         return QStringLiteral("this Mac");
+    case PlatformWord::FilesCopiedToComputer:
+        return QStringLiteral("Files copied to Mac");
     }
     return {};
 }

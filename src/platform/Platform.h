@@ -15,7 +15,8 @@ enum class PlatformWord {
     FileManager,
     PropertiesNote,
     ThisComputer,
-    ThisComputerInText
+    ThisComputerInText,
+    FilesCopiedToComputer
 };
 
 // What one stat-like request tells about an item, before it becomes an Entry.

@@ -50,7 +50,10 @@ inline const QStringList faultVariables = {QStringLiteral("MTP_BRIDGE_DELAY_MS")
                                            QStringLiteral("MTP_BRIDGE_STALL_MID_TRANSFER"),
                                            QStringLiteral("MTP_BRIDGE_DIE_MID_TRANSFER"),
                                            QStringLiteral("MTP_BRIDGE_FAIL_REPLY"),
-                                           QStringLiteral("MTP_BRIDGE_REPEAT_ITEMS")};
+                                           QStringLiteral("MTP_BRIDGE_REPEAT_ITEMS"),
+                                           QStringLiteral("MTP_BRIDGE_LOCKED"),
+                                           QStringLiteral("MTP_BRIDGE_CHARGING_ONLY"),
+                                           QStringLiteral("MTP_BRIDGE_HELD")};
 
 // Points the next bridge at a simulated phone in `folder` with the given faults, and makes sure
 // the next request starts that bridge afresh.

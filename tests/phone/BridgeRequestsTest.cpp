@@ -5,6 +5,8 @@
 
 #include <QFileInfo>
 #include <QImage>
+#include <QProcess>
+#include <QScopeGuard>
 #include <QStandardPaths>
 #include <fcntl.h>
 
@@ -75,6 +77,8 @@ private slots:
         QVERIFY(odd.open(::open(raw.constData(), O_WRONLY | O_CREAT | O_EXCL, 0644), QIODevice::WriteOnly,
                          QFileDevice::AutoCloseHandle));
         odd.close();
+        // The temporary folder's own clean-up goes by text and can't reach this name.
+        const auto removeOdd = qScopeGuard([&] { ::unlink(raw.constData()); });
         phone->file(QStringLiteral("Internal storage/fine.txt"), "ok");
         const Outcome outcome = call({storage, root});
         QVERIFY(!outcome.reply.error);
@@ -258,6 +262,52 @@ private slots:
         simulate(locked.path(QStringLiteral("missing")));
         const Outcome absent = call({QStringLiteral("scan")});
         QVERIFY(absent.reply.error && *absent.reply.error != PhoneBridge::unavailableText());
+    }
+
+    // A phone that can't be read says why in words a person acts on, at every kind of request.
+    void unreachablePhonesSayWhatToDo_data() {
+        QTest::addColumn<QString>("variable");
+        QTest::addColumn<QString>("start");
+        QTest::newRow("locked") << "MTP_BRIDGE_LOCKED"
+                                << "The phone is locked. Unlock the phone and choose File "
+                                   "transfer in its USB settings";
+        QTest::newRow("charging only") << "MTP_BRIDGE_CHARGING_ONLY"
+                                       << "The phone is connected for charging only. Unlock the phone and "
+                                          "choose File transfer in its USB settings";
+        QTest::newRow("held, by nobody to be found")
+            << "MTP_BRIDGE_HELD"
+            << "The phone is in use by another program. Close any other app";
+        QTest::newRow("held by a program") << "MTP_BRIDGE_HELD"
+                                           << "The phone is in use by sleep (process ";
+    }
+
+    void unreachablePhonesSayWhatToDo() {
+        QFETCH(QString, variable);
+        QFETCH(QString, start);
+        const QString node = local->file(QStringLiteral("usb-device-node"), "");
+        QProcess holder;
+        if (start.contains(QLatin1String("sleep"))) {
+            holder.start(QStringLiteral("/bin/sh"),
+                         {QStringLiteral("-c"), QStringLiteral("exec 3<\"$0\"; exec sleep 60"), node});
+            QVERIFY(holder.waitForStarted());
+            QTRY_VERIFY(QFile::exists(QStringLiteral("/proc/%1/fd/3").arg(holder.processId())));
+        }
+        phone->file(QStringLiteral("Internal storage/a.txt"), "a");
+        const QString id = QString::number(listed(QStringLiteral("a.txt")).id);
+        simulate(phone->path(),
+                 {{variable, variable == QLatin1String("MTP_BRIDGE_HELD") ? node : QStringLiteral("1")}});
+        const QString target = local->path(QStringLiteral("got.txt"));
+        for (const QStringList& request :
+             {QStringList{}, QStringList{QStringLiteral("scan")}, QStringList{storage, root},
+              QStringList{QStringLiteral("get"), id, target}}) {
+            const Outcome outcome = call(request);
+            QVERIFY2(outcome.reply.error && outcome.reply.error->startsWith(start),
+                     qPrintable(outcome.reply.error.value_or(QStringLiteral("no error"))));
+            QVERIFY(outcome.reply.error->endsWith(QLatin1String("then click Refresh.")));
+        }
+        QVERIFY(!QFile::exists(target));
+        holder.kill();
+        holder.waitForFinished();
     }
 };
 

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "phone/PhoneBrowserState.h"
+
+#include <QHash>
+#include <QObject>
+#include <QUuid>
+
+namespace orvane {
+
+class Explorer;
+
+// One phone tab in a window. Its state (place, listing, lock and status) lives in a
+// PhoneBrowserState; this side shows it through the window's own listing, table, path bar and
+// status row while its tab is the one showing, and runs the tab's transfers with the window held.
+class AndroidBrowser : public QObject {
+    Q_OBJECT
+public:
+    AndroidBrowser(Explorer& window, const QUuid& tab);
+
+    PhoneBrowserState& state() { return phone; }
+    const PhoneBrowserState& state() const { return phone; }
+    const QUuid& tab() const { return tabID; }
+    // The tab shows `chain` now (a navigation, a tab switch or Refresh): it is read again.
+    void show(const QList<PhoneItem>& chain);
+    bool showing() const;
+    bool transferring() const { return moving; }
+
+    QList<PhoneItem> selectedItems() const;
+    QList<PhoneItem> itemsOf(const std::vector<Entry>& entries) const;
+    void open(const std::vector<Entry>& entries);
+    bool canSend() const;
+    bool canCopyToComputer() const;
+    // "Send files…": a dialog for files and folders, then an upload into this folder.
+    void sendFiles();
+    // "Copy to Mac…" in the platform's words: a dialog for one folder, then a download into it.
+    void saveFiles();
+
+signals:
+    // A transfer ended; the window may let go of a browser whose tab is gone.
+    void idle();
+
+private:
+    bool shownInWindow() const;
+    void publishListing();
+    void publishPlace();
+    void publishStatus();
+    void selectPending();
+
+    Explorer& w;
+    QUuid tabID;
+    PhoneBrowserState phone;
+    mutable QHash<QString, qsizetype> byLocation; // an entry's location to its item's index
+    std::optional<quint32> selectAfter;           // the folder we came up from
+    bool moving = false;
+};
+
+} // namespace orvane

@@ -1,0 +1,156 @@
+#include "phone/AndroidContent.h"
+
+#include "browsing/Explorer.h"
+#include "browsing/ExplorerEvents.h"
+#include "browsing/WindowCommands.h"
+#include "phone/AndroidBrowser.h"
+#include "phone/PhoneAddress.h"
+#include "phone/PhoneConnectionWatch.h"
+#include "phone/PhoneLocation.h"
+#include "platform/Platform.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QPointer>
+#include <QToolButton>
+
+namespace orvane {
+
+namespace {
+// Commands that act on local paths of the selection: a phone item has none.
+const QStringList& localOnly() {
+    static const QStringList names = {
+        QStringLiteral("copyAction"),          QStringLiteral("cutAction"),
+        QStringLiteral("pasteAction"),         QStringLiteral("newFolder"),
+        QStringLiteral("newTextDocument"),     QStringLiteral("renameAction"),
+        QStringLiteral("trashAction"),         QStringLiteral("permanentlyDeleteAction"),
+        QStringLiteral("showPackageContents"), QStringLiteral("compressAction"),
+        QStringLiteral("makeAlias"),           QStringLiteral("revealAction"),
+        QStringLiteral("propertiesAction"),    QStringLiteral("quickLook")};
+    return names;
+}
+} // namespace
+
+AndroidContent::AndroidContent(Explorer& window)
+    : QObject(&window), w(window), connection(new PhoneConnectionWatch(this)) {
+    registerCommands();
+    connect(&w.events(), &ExplorerEvents::locationChanged, this, &AndroidContent::prune);
+    connect(&w.events(), &ExplorerEvents::selectionChanged, &w.commands(), &WindowCommands::refresh);
+    connection->start();
+}
+
+void AndroidContent::registerCommands() {
+    WindowCommands& c = w.commands();
+    c.add(
+        QStringLiteral("sendToAndroid"), QStringLiteral("Send files…"),
+        [this] {
+            if (AndroidBrowser* b = active()) b->sendFiles();
+        },
+        [this] { return active() && active()->canSend(); });
+    c.add(
+        QStringLiteral("saveFromAndroid"), Platform::instance().word(PlatformWord::CopyToComputer) + u'…',
+        [this] {
+            if (AndroidBrowser* b = active()) b->saveFiles();
+        },
+        [this] { return active() && active()->canCopyToComputer(); });
+    const ExplorerWidgets& ui = w.widgets();
+    ui.action("send")->setText(QStringLiteral("Send files…"));
+    ui.action("send")->setAccessibleName(QStringLiteral("Send files to the phone"));
+    ui.action("save")->setText(Platform::instance().word(PlatformWord::CopyToComputer) + u'…');
+    ui.action("save")->setAccessibleName(Platform::instance().word(PlatformWord::CopyToComputer));
+    c.bind(ui.action("send"), QStringLiteral("sendToAndroid"));
+    c.bind(ui.action("save"), QStringLiteral("saveFromAndroid"));
+}
+
+AndroidBrowser* AndroidContent::active() const {
+    if (!handles(w.current())) return nullptr;
+    return browsers.value(w.tabs.current().id, nullptr);
+}
+
+void AndroidContent::reload() {
+    const QUuid tab = w.tabs.current().id;
+    AndroidBrowser*& browser = browsers[tab];
+    if (!browser) {
+        browser = new AndroidBrowser(w, tab);
+        connect(browser, &AndroidBrowser::idle, this, &AndroidContent::prune);
+    }
+    const ExplorerWidgets& ui = w.widgets();
+    ui.action("send")->show();
+    ui.action("save")->show();
+    browser->show(PhoneLocation::decode(w.current()).value_or(QList<PhoneItem>()));
+}
+
+void AndroidContent::leave() {
+    w.widgets().action("send")->hide();
+    w.widgets().action("save")->hide();
+}
+
+// A browser goes with its tab, but never in the middle of a transfer that holds the window.
+void AndroidContent::prune() {
+    for (auto it = browsers.begin(); it != browsers.end();) {
+        if (w.tabs.indexOf(it.key()) < 0 && !(*it)->transferring()) {
+            (*it)->deleteLater();
+            it = browsers.erase(it);
+        } else {
+            ++it;
+        }
+    }
+}
+
+// Up from a folder is its parent folder, from a storage the phone's top level.
+QUrl AndroidContent::parent(const QUrl& url) const {
+    const std::optional<QList<PhoneItem>> chain = PhoneLocation::decode(url);
+    if (!chain || chain->isEmpty()) return {};
+    return PhoneLocation::url(chain->mid(0, chain->size() - 1));
+}
+
+bool AndroidContent::answers(const QString& name) const {
+    if (localOnly().contains(name)) return false;
+    // Pinning a selection would pin phone items by their view identity, which leads nowhere.
+    if (name == QLatin1String("pinAction")) return w.selected().empty();
+    return true;
+}
+
+bool AndroidContent::reading() const {
+    const AndroidBrowser* b = active();
+    return b && b->state().busy();
+}
+
+// A phone folder's address carries the chain down to it; its entry's own URL is only an identity.
+QUrl AndroidContent::address(const Entry& folder) const {
+    const AndroidBrowser* b = active();
+    const QList<PhoneItem> items = b ? b->itemsOf({folder}) : QList<PhoneItem>();
+    if (items.isEmpty() || !items.front().folder) return {};
+    return PhoneLocation::url(b->state().chainTo(items.front()));
+}
+
+bool AndroidContent::open(const std::vector<Entry>& items) {
+    if (AndroidBrowser* b = active()) b->open(items);
+    return true;
+}
+
+// A local path typed on a phone tab still goes to that folder.
+bool AndroidContent::goTo(const QString& typed) {
+    const QString text = typed.trimmed();
+    const QString local = text.startsWith(u'~') ? QDir::homePath() + text.mid(1) : text;
+    if (local.startsWith(u'/') && QFileInfo(local).isDir()) return false;
+    if (AndroidBrowser* b = active()) {
+        b->state().resolveAddress(text);
+        return true;
+    }
+    // From another tab, only what names the phone itself: an address, or a path from "Android USB".
+    const bool named = text.section(u'/', 0, 0, QString::SectionSkipEmpty) == QLatin1String("Android USB");
+    if (!text.startsWith(QLatin1String("android:"), Qt::CaseInsensitive) && !named) return false;
+    if (named && w.current().isLocalFile() && QFileInfo(w.current().toLocalFile() + u'/' + text).isDir())
+        return false;
+    PhoneAddress::resolve(text, [self = QPointer(this)](const PhoneAddress::Outcome& outcome) {
+        if (!self) return;
+        if (outcome.chain)
+            self->w.navigate(PhoneLocation::url(*outcome.chain));
+        else
+            self->w.widgets().status->setText(outcome.error);
+    });
+    return true;
+}
+
+} // namespace orvane

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "browsing/TabContent.h"
+
+#include <QHash>
+#include <QObject>
+#include <QUuid>
+
+namespace orvane {
+
+class AndroidBrowser;
+class Explorer;
+class PhoneConnectionWatch;
+
+// What a phone tab shows, for every android:// address of a window: one AndroidBrowser per phone
+// tab, kept while the tab lives. It also owns the window's phone commands ("Send files…" and the
+// platform's "Copy to Mac…") and the connection watch that shows the phone in the navigation pane.
+class AndroidContent : public QObject, public TabContent {
+    Q_OBJECT
+public:
+    explicit AndroidContent(Explorer& window);
+
+    bool handles(const QUrl& url) const override { return url.scheme() == QLatin1String("android"); }
+    void reload() override;
+    void leave() override;
+    QUrl parent(const QUrl& url) const override;
+    bool answers(const QString& name) const override;
+    bool open(const std::vector<Entry>& items) override;
+    bool goTo(const QString& typed) override;
+    bool reading() const override;
+    QUrl address(const Entry& folder) const override;
+
+    // The browser of the active tab when it shows a phone, else null.
+    AndroidBrowser* active() const;
+    PhoneConnectionWatch& watch() const { return *connection; }
+
+private:
+    void registerCommands();
+    void prune();
+
+    Explorer& w;
+    QHash<QUuid, AndroidBrowser*> browsers;
+    PhoneConnectionWatch* connection;
+};
+
+} // namespace orvane

@@ -1,0 +1,139 @@
+#include "phone/PhoneDrop.h"
+
+#include "browsing/Explorer.h"
+#include "browsing/WindowCommands.h"
+#include "chrome/TransferProgressEdge.h"
+#include "phone/AndroidBrowser.h"
+#include "phone/AndroidContent.h"
+#include "phone/PhoneClipboard.h"
+#include "phone/PhoneTransfer.h"
+#include "views/ExplorerIconView.h"
+#include "views/ExplorerViewModes.h"
+#include "views/FileTable.h"
+
+#include <QApplication>
+#include <QDrag>
+#include <QDropEvent>
+#include <QFile>
+#include <QMimeData>
+#include <QPointer>
+
+namespace orvane {
+
+PhoneDrop::PhoneDrop(Explorer& window, AndroidContent& phones) : QObject(&window), w(window), phones(phones) {
+    QWidget* viewport = w.table()->viewport();
+    viewport->setAcceptDrops(true);
+    viewport->installEventFilter(this);
+    ExplorerViewModes* modes = w.findChild<ExplorerViewModes*>();
+    ExplorerIconView* icons = modes ? modes->iconView() : nullptr;
+    if (!icons) return;
+    icons->remoteDragWriter = [this](const std::vector<int>& indexes, QMimeData& data) {
+        AndroidBrowser* browser = this->phones.active();
+        if (!browser || browser->state().busy()) return false;
+        std::vector<Entry> entries;
+        for (int index : indexes)
+            if (size_t(index) < w.entries().size()) entries.push_back(w.entries()[size_t(index)]);
+        const QList<PhoneItem> items = browser->itemsOf(entries);
+        if (!items.isEmpty()) PhoneClipboard::write(items, data);
+        return !items.isEmpty();
+    };
+    icons->onDropOperation = [this](std::optional<int> index, const QMimeData* data, Qt::DropActions) {
+        return target(data, index) ? Qt::CopyAction : Qt::IgnoreAction;
+    };
+    icons->onPerformDrop = [this](std::optional<int> index, QDropEvent* event) {
+        const std::optional<QString> folder = target(event->mimeData(), index);
+        if (folder) perform(PhoneClipboard::read(event->mimeData()), *folder);
+        return folder.has_value();
+    };
+}
+
+std::optional<QString> PhoneDrop::target(const QMimeData* data, std::optional<int> row) const {
+    if (!w.current().isLocalFile() || w.busy() || PhoneClipboard::read(data).isEmpty()) return std::nullopt;
+    if (row && size_t(*row) < w.entries().size()) {
+        const Entry& under = w.entries()[size_t(*row)];
+        if (under.isPlainFolder() && !under.isPhone()) return under.location;
+    }
+    return w.current().toLocalFile();
+}
+
+void PhoneDrop::perform(const QList<PhoneItem>& items, const QString& folder) {
+    TransferProgressEdge* edge = w.widgets().transferProgress;
+    w.setBusy(true);
+    edge->begin();
+    w.commands().refresh();
+    auto transfer = std::make_shared<PhoneTransfer>();
+    transfer->progress = [edge = QPointer(edge)](double fraction) {
+        if (edge) fraction == 0 ? edge->begin() : edge->update(fraction);
+    };
+    transfer->download(items, QFile::encodeName(folder),
+                       [self = QPointer(this)](const std::optional<QString>& error) {
+                           if (!self) return;
+                           Explorer& w = self->w;
+                           w.setBusy(false);
+                           w.widgets().transferProgress->finish();
+                           w.refresh();
+                           if (error) w.showError(QStringLiteral("Copy from phone"), *error);
+                       });
+}
+
+std::optional<int> PhoneDrop::rowAt(const QPoint& point) const {
+    const QModelIndex index = w.table()->indexAt(point);
+    return index.isValid() ? std::optional<int>(index.row()) : std::nullopt;
+}
+
+bool PhoneDrop::eventFilter(QObject*, QEvent* event) {
+    switch (event->type()) {
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+    case QEvent::Drop:
+        return dropEvent(event);
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseMove:
+    case QEvent::MouseButtonRelease:
+        return dragOut(event);
+    default:
+        return false;
+    }
+}
+
+// Only phone items are taken here; anything else is left to the table.
+bool PhoneDrop::dropEvent(QEvent* event) {
+    auto* drop = static_cast<QDropEvent*>(event);
+    const std::optional<QString> folder = target(drop->mimeData(), rowAt(drop->position().toPoint()));
+    if (!folder) return false;
+    drop->setDropAction(Qt::CopyAction);
+    drop->accept();
+    if (event->type() == QEvent::Drop) perform(PhoneClipboard::read(drop->mimeData()), *folder);
+    return true;
+}
+
+// A press on a selected row of a phone tab that moves far enough drags the selected items out.
+bool PhoneDrop::dragOut(QEvent* event) {
+    auto* mouse = static_cast<QMouseEvent*>(event);
+    AndroidBrowser* browser = phones.active();
+    if (event->type() == QEvent::MouseButtonPress) {
+        const std::optional<int> row = rowAt(mouse->position().toPoint());
+        const bool selected = row && w.table()->selectionModel()->isRowSelected(*row);
+        pressedAt = browser && selected && mouse->button() == Qt::LeftButton && !mouse->modifiers()
+                        ? std::optional<QPoint>(mouse->position().toPoint())
+                        : std::nullopt;
+        return false;
+    }
+    if (event->type() == QEvent::MouseButtonRelease || !pressedAt || !(mouse->buttons() & Qt::LeftButton)) {
+        pressedAt.reset();
+        return false;
+    }
+    if ((mouse->position().toPoint() - *pressedAt).manhattanLength() < QApplication::startDragDistance())
+        return true;
+    pressedAt.reset();
+    const QList<PhoneItem> items = browser ? browser->selectedItems() : QList<PhoneItem>();
+    if (items.isEmpty() || browser->state().busy()) return true;
+    auto* data = new QMimeData;
+    PhoneClipboard::write(items, *data);
+    auto* drag = new QDrag(w.table()->viewport());
+    drag->setMimeData(data);
+    drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::CopyAction);
+    return true;
+}
+
+} // namespace orvane

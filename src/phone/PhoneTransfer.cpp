@@ -1,0 +1,195 @@
+#include "phone/PhoneTransfer.h"
+
+#include "phone/PhoneBridge.h"
+#include "platform/NoReplaceRename.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QSet>
+#include <QThreadPool>
+#include <QUuid>
+#include <cerrno>
+#include <cstring>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace orvane {
+
+namespace {
+QString number(quint32 value) {
+    return QString::number(value);
+}
+
+QStringList listing(const PhoneItem& folder) {
+    return {number(folder.storage), number(folder.id)};
+}
+
+QString systemText(const QString& what, int code) {
+    return what + QStringLiteral(": ") + QString::fromLocal8Bit(std::strerror(code));
+}
+
+QString alreadyThere(const QString& name) {
+    return name + QStringLiteral(" already exists. Nothing was overwritten.");
+}
+
+bool present(const QByteArray& path) {
+    struct stat status;
+    return ::lstat(path.constData(), &status) == 0;
+}
+
+// Reads the local side off the main thread: a large tree takes a moment to walk.
+void readPlan(const QList<QByteArray>& paths, std::function<void(UploadPlan)> then) {
+    QThreadPool::globalInstance()->start([paths, then = std::move(then)] {
+        auto plan = std::make_shared<UploadPlan>(UploadPlan::read(paths));
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(), [plan, then] { then(std::move(*plan)); }, Qt::QueuedConnection);
+    });
+}
+} // namespace
+
+bool PhoneTransfer::valid(const QString& name) {
+    return !name.isEmpty() && name != QLatin1String(".") && name != QLatin1String("..") &&
+           !name.contains(u'/') && !name.contains(QChar(0));
+}
+
+QString PhoneTransfer::existsText() {
+    return QStringLiteral("An item with that name already exists. Nothing was overwritten.");
+}
+
+QByteArray PhoneTransfer::stagingPrefix() {
+    return QByteArrayLiteral(".Belcove-");
+}
+
+std::function<void(double)> PhoneTransfer::forwarder() const {
+    return [self = shared_from_this()](double fraction) {
+        if (self->progress) self->progress(fraction);
+    };
+}
+
+void PhoneTransfer::upload(const QList<QByteArray>& paths, const PhoneItem& parent, Done done) {
+    if (paths.isEmpty()) {
+        done(std::nullopt);
+        return;
+    }
+    readPlan(paths, [self = shared_from_this(), parent, done](UploadPlan read) {
+        if (read.error) return done(read.error);
+        self->plan = std::make_shared<const UploadPlan>(std::move(read));
+        self->sendLevel(&self->plan->roots, parent, done);
+    });
+}
+
+// Every folder level is listed once, and all its names checked, before any of it is sent.
+void PhoneTransfer::sendLevel(const Nodes* nodes, const PhoneItem& parent, Done done) {
+    if (nodes->isEmpty()) return done(std::nullopt);
+    PhoneBridge::run(listing(parent), nullptr,
+                     [self = shared_from_this(), nodes, parent, done](const PhoneReply& reply) {
+                         if (reply.error) return done(reply.error);
+                         QSet<QString> taken;
+                         for (const PhoneItem& item : reply.items.value_or(QList<PhoneItem>()))
+                             taken.insert(item.name);
+                         for (const UploadNode& node : *nodes) {
+                             // Two sources of one name would collide on the phone half-way through.
+                             if (taken.contains(node.name)) return done(existsText());
+                             taken.insert(node.name);
+                         }
+                         self->sendNext(nodes, 0, parent, done);
+                     });
+}
+
+void PhoneTransfer::sendNext(const Nodes* nodes, qsizetype index, const PhoneItem& parent, Done done) {
+    if (index == nodes->size()) return done(std::nullopt);
+    Done next = [self = shared_from_this(), nodes, index, parent, done](const std::optional<QString>& error) {
+        if (error) return done(error);
+        self->sendNext(nodes, index + 1, parent, done);
+    };
+    const UploadNode& node = nodes->at(index);
+    if (node.folder)
+        sendFolder(node, parent, std::move(next));
+    else
+        sendFile(node, parent, std::move(next));
+}
+
+void PhoneTransfer::sendFolder(const UploadNode& node, const PhoneItem& parent, Done next) {
+    PhoneBridge::run(
+        {QStringLiteral("mkdir"), number(parent.storage), number(parent.id), node.name}, nullptr,
+        [self = shared_from_this(), node = &node, storage = parent.storage, next](const PhoneReply& reply) {
+            if (reply.error) return next(reply.error);
+            if (!reply.id) return next(QStringLiteral("Folder creation failed"));
+            PhoneItem made;
+            made.id = *reply.id;
+            made.storage = storage;
+            made.name = node->name;
+            made.folder = true;
+            self->sendLevel(&node->children, made, next);
+        });
+}
+
+void PhoneTransfer::sendFile(const UploadNode& node, const PhoneItem& parent, Done next) {
+    if (progress) progress(0);
+    PhoneBridge::run(
+        {QStringLiteral("put"), number(parent.storage), number(parent.id), QString::fromUtf8(node.path)},
+        forwarder(), [next](const PhoneReply& reply) { next(reply.error); });
+}
+
+void PhoneTransfer::download(const QList<PhoneItem>& items, const QByteArray& folder, Done done) {
+    fetchNext(std::make_shared<const QList<PhoneItem>>(items), 0, folder, std::move(done));
+}
+
+// A phone's names are never trusted as path components: "../x" must not leave the chosen folder.
+void PhoneTransfer::fetchNext(std::shared_ptr<const QList<PhoneItem>> items, qsizetype index,
+                              const QByteArray& folder, Done done) {
+    if (index == items->size()) return done(std::nullopt);
+    const PhoneItem& item = items->at(index);
+    Done next = [self = shared_from_this(), items, index, folder, done](const std::optional<QString>& error) {
+        if (error) return done(error);
+        self->fetchNext(items, index + 1, folder, done);
+    };
+    if (!valid(item.name)) return next(QStringLiteral("Invalid phone filename"));
+    const QByteArray destination = folder + '/' + QFile::encodeName(item.name);
+    if (present(destination)) return next(alreadyThere(item.name));
+    if (item.folder)
+        fetchFolder(item, destination, std::move(next));
+    else
+        fetchFile(item, folder, destination, std::move(next));
+}
+
+void PhoneTransfer::fetchFolder(const PhoneItem& item, const QByteArray& destination, Done next) {
+    PhoneBridge::run(
+        listing(item), nullptr,
+        [self = shared_from_this(), name = item.name, destination, next](const PhoneReply& reply) {
+            if (reply.error) return next(reply.error);
+            if (::mkdir(destination.constData(), 0777) != 0) {
+                const int code = errno;
+                return next(code == EEXIST ? alreadyThere(name)
+                                           : systemText(QStringLiteral("Cannot create ") + name, code));
+            }
+            self->download(reply.items.value_or(QList<PhoneItem>()), destination, next);
+        });
+}
+
+// The file arrives under a hidden name beside its destination and is renamed into place only when
+// whole; the rename refuses to replace whatever may have appeared there meanwhile.
+void PhoneTransfer::fetchFile(const PhoneItem& item, const QByteArray& folder, const QByteArray& destination,
+                              Done next) {
+    const QByteArray staging =
+        folder + '/' + stagingPrefix() + QUuid::createUuid().toString(QUuid::WithoutBraces).toLatin1();
+    const std::optional<QString> stagingText = exactText(staging);
+    if (!stagingText)
+        return next(QStringLiteral("Cannot copy ") + item.name +
+                    QStringLiteral(" into a folder whose path isn't valid UTF-8 text."));
+    if (progress) progress(0);
+    PhoneBridge::run({QStringLiteral("get"), number(item.id), *stagingText}, forwarder(),
+                     [name = item.name, staging, destination, next](const PhoneReply& reply) {
+                         if (reply.error) {
+                             ::unlink(staging.constData());
+                             return next(reply.error);
+                         }
+                         const int code = renameNoReplace(staging.constData(), destination.constData());
+                         if (code == 0) return next(std::nullopt);
+                         ::unlink(staging.constData());
+                         next(code == EEXIST ? alreadyThere(name)
+                                             : systemText(QStringLiteral("Cannot copy ") + name, code));
+                     });
+}
+
+} // namespace orvane
