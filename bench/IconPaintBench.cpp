@@ -1,4 +1,5 @@
 #include "BenchCommand.h"
+#include "SyntheticEntries.h"
 
 #include "views/EntryTableModel.h"
 #include "views/ExplorerIconCanvas.h"
@@ -11,7 +12,6 @@
 #include <QListView>
 #include <QScrollBar>
 #include <algorithm>
-#include <malloc.h>
 
 using namespace orvane;
 
@@ -19,33 +19,6 @@ namespace {
 
 constexpr int repaints = 50;
 const QSize viewSize(1280, 800);
-
-qint64 liveHeap() {
-    malloc_trim(0);
-    const struct mallinfo2 info = mallinfo2();
-    return qint64(info.uordblks + info.hblkhd);
-}
-
-// Names of mixed lengths and types, some long enough to wrap onto a second line.
-std::vector<Entry> iconEntries(int count) {
-    const QString kinds[] = {QStringLiteral("Plain text document"), QStringLiteral("JPEG image"),
-                             QStringLiteral("Folder"), QStringLiteral("PDF document")};
-    const QString suffixes[] = {QStringLiteral(".txt"), QStringLiteral(".jpg"), QString(),
-                                QStringLiteral(".pdf")};
-    std::vector<Entry> entries(static_cast<size_t>(count));
-    const QDateTime base = QDateTime::fromSecsSinceEpoch(1500000000);
-    for (int i = 0; i < count; ++i) {
-        Entry& e = entries[size_t(i)];
-        const QString stem =
-            i % 3 == 0 ? QStringLiteral("holiday photos from the coast %1") : QStringLiteral("item %1");
-        e.location = QStringLiteral("/bench/folder/") + stem.arg(i) + suffixes[i % 4];
-        e.kind = kinds[i % 4];
-        e.directory = i % 4 == 2;
-        e.size = e.directory ? 0 : qint64(i) * 137;
-        e.modified = base.addSecs(i * 61);
-    }
-    return entries;
-}
 
 // Median milliseconds of full repaints of `surface`.
 double medianRepaint(QWidget* surface) {
@@ -76,7 +49,7 @@ double canvasPaint(const std::vector<Entry>& entries, EntryTableModel& model, qi
     view.canvas()->repaint();
     QApplication::processEvents();
     // The window and its backing store are there before the listing is.
-    const qint64 before = liveHeap();
+    const qint64 before = bench::liveHeap();
     view.update(&entries, &selection, 3, 160);
     QApplication::processEvents();
     QScrollBar* bar = view.scrollView()->verticalScrollBar();
@@ -84,7 +57,7 @@ double canvasPaint(const std::vector<Entry>& entries, EntryTableModel& model, qi
     const int middle = view.canvas()->itemAt(QPoint(20, 20)).value_or(0);
     selectAround(selection, middle);
     view.canvas()->repaint();
-    heapGrowth = liveHeap() - before;
+    heapGrowth = bench::liveHeap() - before;
     return medianRepaint(view.canvas());
 }
 
@@ -112,13 +85,13 @@ int iconPaint(const QStringList& args) {
     }
     const int count = args.isEmpty() ? 100000 : args[0].toInt();
     EntryTableModel model;
-    model.setEntries(iconEntries(count));
+    model.setEntries(bench::syntheticEntries(count, true));
     const std::vector<Entry>& entries = model.entries();
     qint64 growth = 0;
     {
         // Fonts, glyphs and icons load once per process; a small listing pays for them first.
         EntryTableModel fewModel;
-        fewModel.setEntries(iconEntries(1000));
+        fewModel.setEntries(bench::syntheticEntries(1000, true));
         canvasPaint(fewModel.entries(), fewModel, growth);
     }
     const double canvas = canvasPaint(entries, model, growth);

@@ -1,4 +1,5 @@
 #include "BenchCommand.h"
+#include "SyntheticEntries.h"
 
 #include "views/EntryTableModel.h"
 #include "views/ExplorerRowDelegate.h"
@@ -57,30 +58,6 @@ template <typename Fn> qint64 countAllocations(Fn work) {
     return allocations.load();
 }
 
-qint64 liveHeap() {
-    const struct mallinfo2 info = mallinfo2();
-    return qint64(info.uordblks + info.hblkhd);
-}
-
-std::vector<Entry> syntheticEntries(int count) {
-    const QString kinds[] = {QStringLiteral("Plain text document"), QStringLiteral("JPEG image"),
-                             QStringLiteral("Folder"), QStringLiteral("PDF document")};
-    const QString suffixes[] = {QStringLiteral(".txt"), QStringLiteral(".jpg"), QString(),
-                                QStringLiteral(".pdf")};
-    std::vector<Entry> entries(static_cast<size_t>(count));
-    const QDateTime base = QDateTime::fromSecsSinceEpoch(1500000000);
-    for (int i = 0; i < count; ++i) {
-        Entry& e = entries[size_t(i)];
-        e.location = QStringLiteral("/bench/folder/item %1").arg(i) + suffixes[i % 4];
-        e.kind = kinds[i % 4];
-        e.directory = i % 4 == 2;
-        e.size = e.directory ? 0 : qint64(i) * 137;
-        e.modified = base.addSecs(i * 61);
-        e.created = base;
-    }
-    return entries;
-}
-
 // Every cell's text of the rows on show, as the delegate asks for them.
 qint64 modelAllocations(const EntryTableModel& model, int first, int rows) {
     return countAllocations([&] {
@@ -100,7 +77,7 @@ int tableScroll(const QStringList& args) {
         return 1;
     }
     const int count = args.isEmpty() ? 100000 : args[0].toInt();
-    std::vector<Entry> entries = syntheticEntries(count);
+    std::vector<Entry> entries = bench::syntheticEntries(count);
     EntryTableModel model;
     model.setEntries(std::move(entries));
     FileTable table;
@@ -119,8 +96,7 @@ int tableScroll(const QStringList& args) {
         frame(v); // icons, glyphs and pixmaps are made once, up front
     table.selectionModel()->select(model.index(3, 0),
                                    QItemSelectionModel::Select | QItemSelectionModel::Rows);
-    malloc_trim(0);
-    const qint64 heapBefore = liveHeap();
+    const qint64 heapBefore = bench::liveHeap();
     int frames = 0;
     QElapsedTimer timer;
     timer.start();
@@ -129,8 +105,7 @@ int tableScroll(const QStringList& args) {
             frame(v);
     });
     const double ms = double(timer.nsecsElapsed()) / 1e6;
-    malloc_trim(0);
-    const qint64 grown = liveHeap() - heapBefore;
+    const qint64 grown = bench::liveHeap() - heapBefore;
     const qint64 rowsPainted = qint64(frames) * visibleRows;
     const int columns = model.columnCount() - 1; // "created" is hidden
     const qint64 fromModel = modelAllocations(model, count / 2, visibleRows);

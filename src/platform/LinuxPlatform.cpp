@@ -39,8 +39,10 @@ bool LinuxPlatform::readItemAt(int dirfd, const char* name, RawItem& out) {
     return true;
 }
 
-bool LinuxPlatform::listFolder(const QString& path, bool includeHidden, const ItemSink& sink,
-                               QString& error) const {
+namespace {
+// Calls `each(dirfd, name, entry)` for every name but "." and ".."; false with the reason when the
+// folder cannot be opened.
+template <typename Each> bool eachName(const QString& path, QString& error, Each each) {
     const QByteArray native = NativePath::encode(path);
     DIR* dir = opendir(native.constData());
     if (!dir) {
@@ -48,19 +50,27 @@ bool LinuxPlatform::listFolder(const QString& path, bool includeHidden, const It
         return false;
     }
     const int fd = dirfd(dir);
-    while (dirent* d = readdir(dir)) {
+    while (const dirent* d = readdir(dir)) {
         const char* n = d->d_name;
         if (n[0] == '.' && (n[1] == 0 || (n[1] == '.' && n[2] == 0))) continue;
+        each(fd, n, *d);
+    }
+    closedir(dir);
+    return true;
+}
+} // namespace
+
+bool LinuxPlatform::listFolder(const QString& path, bool includeHidden, const ItemSink& sink,
+                               QString& error) const {
+    return eachName(path, error, [&](int fd, const char* n, const dirent&) {
         const bool hidden = n[0] == '.';
-        if (hidden && !includeHidden) continue;
+        if (hidden && !includeHidden) return;
         RawItem item;
         item.name = NativePath::decode(n);
         item.hidden = hidden;
         readItemAt(fd, n, item);
         sink(std::move(item));
-    }
-    closedir(dir);
-    return true;
+    });
 }
 
 bool LinuxPlatform::readItem(const QString& path, RawItem& out) const {
@@ -72,25 +82,14 @@ bool LinuxPlatform::readItem(const QString& path, RawItem& out) const {
 
 // The type from the directory entry spares a stat per name; only file systems that leave it out pay one.
 bool LinuxPlatform::listSubfolders(const QString& path, const FolderSink& sink, QString& error) const {
-    const QByteArray native = NativePath::encode(path);
-    DIR* dir = opendir(native.constData());
-    if (!dir) {
-        error = QString::fromLocal8Bit(strerror(errno));
-        return false;
-    }
-    const int fd = dirfd(dir);
-    while (dirent* d = readdir(dir)) {
-        const char* n = d->d_name;
-        if (n[0] == '.' && (n[1] == 0 || (n[1] == '.' && n[2] == 0))) continue;
-        bool folder = d->d_type == DT_DIR;
-        if (d->d_type == DT_UNKNOWN) {
+    return eachName(path, error, [&](int fd, const char* n, const dirent& d) {
+        bool folder = d.d_type == DT_DIR;
+        if (d.d_type == DT_UNKNOWN) {
             struct stat st;
             folder = fstatat(fd, n, &st, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT) == 0 && S_ISDIR(st.st_mode);
         }
         if (folder) sink(NativePath::decode(n), n[0] == '.');
-    }
-    closedir(dir);
-    return true;
+    });
 }
 
 bool LinuxPlatform::isPlainFolder(const QString& path) const {
