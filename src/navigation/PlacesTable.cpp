@@ -4,6 +4,7 @@
 #include "browsing/Palette.h"
 #include "chrome/Symbols.h"
 #include "navigation/PinnedStore.h"
+#include "navigation/PlacesTableAccessible.h"
 #include "navigation/SidebarLocations.h"
 #include "navigation/SidebarRoots.h"
 #include "navigation/SidebarRowPainter.h"
@@ -26,6 +27,7 @@ namespace orvane {
 
 PlacesTable::PlacesTable(PinnedStore& pins, QWidget* parent)
     : QAbstractScrollArea(parent), store(pins), model(new SidebarTree(this)) {
+    PlacesTableAccessible::install();
     setObjectName(QStringLiteral("placesTable")); // before any button exists, for the style sheet
     setAccessibleName(QStringLiteral("Navigation pane"));
     setFrameShape(QFrame::NoFrame);

@@ -6,6 +6,8 @@
 #include "support/TestEnvironment.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
+#include <QAccessibleActionInterface>
 #include <QMenu>
 #include <QSignalSpy>
 #include <sys/mount.h>
@@ -93,6 +95,31 @@ private slots:
         QCOMPARE(open.last().first().toUrl(), local("A"));
         QVERIFY(table->handleKey(PhysicalKey::Left)); // closes A
         QCOMPARE(rowOf("inner"), -1);
+    }
+
+    // Rows have no widgets, so assistive tools reach them only through the pane's own interface.
+    void rowsAreNamedAndPressableThroughAccessibility() {
+        QAccessibleInterface* pane = QAccessible::queryAccessibleInterface(table.get());
+        QVERIFY(pane);
+        QCOMPARE(pane->role(), QAccessible::Tree);
+        QCOMPARE(pane->childCount(), table->tree().snapshot().count());
+        QAccessibleInterface* section = pane->child(rowOf("Quick access"));
+        QCOMPARE(section->role(), QAccessible::StaticText);
+        QVERIFY(section->actionInterface()->actionNames().isEmpty());
+        QAccessibleInterface* a = pane->child(rowOf("A"));
+        QCOMPARE(a->text(QAccessible::Name), QStringLiteral("A"));
+        QCOMPARE(a->role(), QAccessible::TreeItem);
+        QCOMPARE(pane->indexOfChild(a), rowOf("A"));
+        QVERIFY(a->state().collapsed && !a->state().selected);
+        QCOMPARE(pane->childAt(a->rect().center().x(), a->rect().center().y()), a);
+        a->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+        QCOMPARE(rowOf("inner"), rowOf("A") + 1);
+        QVERIFY(a->state().expanded);
+        QSignalSpy open(table.get(), &PlacesTable::openRequested);
+        pane->child(rowOf("inner"))->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QCOMPARE(open.size(), 1);
+        QCOMPARE(open.last().first().toUrl(), local("A/inner"));
+        QVERIFY(pane->child(rowOf("inner"))->state().selected);
     }
 
     void dropOnOwnSlotIsRefusedAndNothingIsSaved() {

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QAccessibleWidget>
+#include <QHash>
+
+namespace orvane {
+
+class PlacesTable;
+
+// The navigation pane as a tree whose children are its rows, though rows off screen have no widget:
+// each row is named by its title, says whether it is selected and open, and goes there when pressed.
+class PlacesTableAccessible : public QAccessibleWidget {
+public:
+    explicit PlacesTableAccessible(PlacesTable* table);
+    ~PlacesTableAccessible() override;
+    // Registers the factory once per process.
+    static void install();
+
+    int childCount() const override;
+    QAccessibleInterface* child(int index) const override;
+    int indexOfChild(const QAccessibleInterface* child) const override;
+    QAccessibleInterface* childAt(int x, int y) const override;
+    QAccessibleInterface* focusChild() const override;
+
+private:
+    PlacesTable* table() const;
+
+    mutable QHash<int, QAccessible::Id> rows;
+};
+
+} // namespace orvane
