@@ -2,6 +2,7 @@
 
 #include "browsing/Explorer.h"
 #include "browsing/PointerNavigation.h"
+#include "fileops/CutMarks.h"
 #include "navigation/NavigationPane.h"
 #include "phone/AndroidContent.h"
 #include "phone/PhoneConnectionWatch.h"
@@ -14,7 +15,7 @@ namespace orvane {
 
 void WindowPlugins::attach(Explorer& window) {
     auto* pane = new NavigationPane(window);
-    new ExplorerViewModes(window);
+    new CutMarks(window, *new ExplorerViewModes(window));
     new PropertiesCommands(window);
     new PointerNavigation(window);
     new WindowSearch(window);

@@ -46,6 +46,7 @@ FileClipboard::FileClipboard() {
 
 void FileClipboard::changed() {
     if (!isOurs(QGuiApplication::clipboard()->mimeData())) ++counter;
+    emit cutChanged();
 }
 
 bool FileClipboard::isOurs(const QMimeData* data) const {
@@ -77,6 +78,7 @@ void FileClipboard::setClipboard(const QList<QUrl>& items, bool cut) {
     write(data);
     urls = cut ? items : QList<QUrl>();
     changeCount = counter;
+    emit cutChanged();
 }
 
 QString FileClipboard::pathText(const QStringList& paths) {
@@ -117,10 +119,12 @@ void FileClipboard::finishMove(const QStringList& movedSources) {
     if (foreignCut(QGuiApplication::clipboard()->mimeData())) spentForeignCut = counter;
     urls.removeIf([&movedSources](const QUrl& url) { return movedSources.contains(url.toLocalFile()); });
     if (urls.isEmpty()) changeCount = -1;
+    emit cutChanged();
 }
 
 void FileClipboard::clearCut() {
     urls.clear();
+    emit cutChanged();
 }
 
 } // namespace orvane

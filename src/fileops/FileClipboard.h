@@ -44,6 +44,12 @@ public:
     // Escape in the file list.
     void clearCut();
 
+signals:
+    // Which items show as cut may have changed: a Cut, a Copy, a paste that moved, Escape, or a
+    // write to the clipboard by any program.
+    void cutChanged();
+
+public:
     static QString gnomeFormat() { return QStringLiteral("x-special/gnome-copied-files"); }
     static QString kdeCutFormat() { return QStringLiteral("application/x-kde-cutselection"); }
 

@@ -206,6 +206,7 @@ void ExplorerIconCanvas::paintEvent(QPaintEvent* event) {
         state.hovered = hovered == index;
         state.focusRing = ringShown && selection.focus == index;
         state.dropTarget = dropTarget == index;
+        state.dimmed = isDimmed && isDimmed((*entries)[size_t(index)]);
         cells.drawCell(painter, (*entries)[size_t(index)], layout.frame(index), layout, state);
     });
     paintBand(painter);

@@ -10,6 +10,7 @@
 #include <QPointer>
 #include <QTimer>
 #include <QWidget>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -59,6 +60,9 @@ public:
 
     // The accessible of one item, made when first asked for.
     QAccessibleInterface* accessibleItem(int index);
+
+    // Items drawn faint: cut, and not yet pasted.
+    std::function<bool(const Entry&)> isDimmed;
 
 signals:
     // The grid's size changed: the scroll view sets its ranges anew.

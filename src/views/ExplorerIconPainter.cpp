@@ -86,6 +86,8 @@ void ExplorerIconPainter::forgetEntry(const QString& location) {
 
 void ExplorerIconPainter::drawCell(QPainter& painter, const Entry& entry, const QRectF& frame,
                                    const IconGridLayout& layout, const CellState& state) {
+    const qreal opacity = painter.opacity();
+    if (state.dimmed) painter.setOpacity(opacity * dimmedOpacity);
     drawMarks(painter, frame, state);
     const QRectF square = layout.iconRect(frame);
     const qreal ratio = painter.device()->devicePixelRatioF();
@@ -103,6 +105,7 @@ void ExplorerIconPainter::drawCell(QPainter& painter, const Entry& entry, const 
             painter.drawPixmap(QRectF(origin, size), image, QRectF(QPointF(), QSizeF(image.size())));
     }
     drawTexts(painter, entry, frame, square, layout);
+    painter.setOpacity(opacity);
 }
 
 void ExplorerIconPainter::drawMarks(QPainter& painter, const QRectF& frame, const CellState& state) {

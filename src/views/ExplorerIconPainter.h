@@ -21,12 +21,14 @@ namespace orvane {
 class ExplorerIconPainter {
 public:
     static constexpr int cacheLimit = 1024;
+    static constexpr qreal dimmedOpacity = 0.45;
 
     struct CellState {
         bool selected = false;
         bool hovered = false;
         bool focusRing = false;
         bool dropTarget = false;
+        bool dimmed = false; // cut, and not yet pasted
     };
 
     ExplorerIconPainter();

@@ -8,6 +8,9 @@
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
 #include "views/ExplorerColumns.h"
+#include "views/ExplorerIconCanvas.h"
+#include "views/ExplorerIconView.h"
+#include "views/ExplorerViewModes.h"
 #include "views/FileTable.h"
 
 #include <QAbstractButton>
@@ -136,6 +139,25 @@ private slots:
         QVERIFY(QFile::exists(tree->path("Box/Inner")));
         QVERIFY(QFile::exists(tree->path("ملاحظات.txt")));
         QVERIFY(w->findChild<NavigationPane*>()->pins().contains(QUrl::fromLocalFile(tree->path("Box"))));
+    }
+
+    // Cut items show faint in the table and the icon views until Escape gives them back.
+    void cutItemsShowFaintUntilEscape() {
+        selectNames(*w, {"hello.txt"});
+        ops()->cutAction();
+        const auto row = [this](const char* name) {
+            for (size_t i = 0; i < w->entries().size(); ++i)
+                if (w->entries()[i].name() == QLatin1String(name)) return int(i);
+            return -1;
+        };
+        ExplorerIconCanvas* canvas = w->findChild<ExplorerViewModes*>()->iconView()->canvas();
+        QVERIFY(w->table()->isCutRow(row("hello.txt")));
+        QVERIFY(!w->table()->isCutRow(row("Box")));
+        QVERIFY(canvas->isDimmed(w->entries()[size_t(row("hello.txt"))]));
+        w->table()->setFocus();
+        QTest::keyClick(w->table(), Qt::Key_Escape);
+        QVERIFY(!w->table()->isCutRow(row("hello.txt")));
+        QVERIFY(!canvas->isDimmed(w->entries()[size_t(row("hello.txt"))]));
     }
 
     void aForeignCopyTurnsTheCutIntoACopy() {
