@@ -30,6 +30,15 @@ class BridgeRequestsTest : public QObject {
         return item.value_or(PhoneItem());
     }
 
+    // The most memory the process has held, in KiB.
+    static qint64 peakKiB(int pid) {
+        QFile status(QStringLiteral("/proc/%1/status").arg(pid));
+        if (!status.open(QIODevice::ReadOnly)) return -1;
+        const QString line =
+            QString::fromLatin1(status.readAll()).section(QStringLiteral("VmHWM:"), 1).section(u'\n', 0, 0);
+        return line.trimmed().section(u' ', 0, 0).toLongLong();
+    }
+
 private slots:
     void init() {
         phone = std::make_unique<TempTree>();
@@ -243,14 +252,18 @@ private slots:
     // A request line with no end in sight is refused without being kept, so it cannot grow the bridge.
     void overlongRequestLinesAreRefused() {
         QVERIFY(!call({QStringLiteral("scan")}).reply.error);
+        QCOMPARE(liveBridges().size(), 1);
+        const int bridge = liveBridges().value(0);
+        const qint64 before = peakKiB(bridge);
         const Outcome refused = call({QString(64 << 20, u'x')});
         QCOMPARE(refused.reply.error, std::optional<QString>(QStringLiteral("Bad request.")));
-        QCOMPARE(liveBridges().size(), 1);
-        QFile status(QStringLiteral("/proc/%1/status").arg(liveBridges().value(0)));
-        QVERIFY(status.open(QIODevice::ReadOnly));
-        const QString peak =
-            QString::fromLatin1(status.readAll()).section(QStringLiteral("VmHWM:"), 1).section(u'\n', 0, 0);
-        QVERIFY2(peak.trimmed().section(u' ', 0, 0).toLongLong() < 48 * 1024, qPrintable(peak)); // in KiB
+        QCOMPARE(liveBridges(), QList<int>{bridge});
+#ifndef __SANITIZE_ADDRESS__ // which holds freed memory back in quarantine, so the peak tells nothing
+        const qint64 grown = peakKiB(bridge) - before;
+        QVERIFY2(grown < 16 * 1024, qPrintable(QString::number(grown) + QStringLiteral(" KiB")));
+#else
+        Q_UNUSED(before);
+#endif
         QVERIFY(!call({QStringLiteral("scan")}).reply.error);
     }
 
