@@ -51,8 +51,10 @@ std::string Download::open() {
     return failure(errno);
 }
 
+// No fsync: a transfer cut off by the cable or the bridge never reaches the link below, which is
+// what keeps a partial file from its name; like local copies, durability across a power cut is
+// left to the file system, and a flush per file would make a folder of photos crawl.
 std::string Download::commit() {
-    if (::fsync(descriptor) != 0 && errno != EINVAL) return failure(errno);
     int code = 0;
     if (temporary.empty()) {
         // An unnamed file gets its name by a link, which the kernel refuses when the name is taken.
