@@ -347,7 +347,7 @@ void AndroidBrowser::showProperties() {
                      (item.folder ? QStringLiteral("Folder") : byteCountText(qint64(item.size)));
     const QString title =
         items.size() == 1 ? items.front().name : QString::number(items.size()) + QStringLiteral(" items");
-    ExplorerAlert::showError(&w, title, lines.join(u'\n'));
+    w.showError(title, lines.join(u'\n'));
 }
 
 void AndroidBrowser::pinSelection() {
