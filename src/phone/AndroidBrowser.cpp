@@ -407,13 +407,9 @@ std::optional<AndroidBrowser::DropTarget> AndroidBrowser::dropTarget(std::option
 
 Qt::DropAction AndroidBrowser::dropOperation(const QMimeData* data, std::optional<int> row) const {
     if (!data || !dropTarget(row)) return Qt::IgnoreAction;
-    if (data->hasFormat(PhoneClipboard::type())) return Qt::MoveAction;
-    if (!data->hasUrls()) return Qt::IgnoreAction;
-    const QList<QUrl> urls = data->urls();
-    const bool local = !urls.isEmpty() && std::all_of(urls.begin(), urls.end(), [](const QUrl& url) {
-        return url.isLocalFile() && NativePath::exists(url.toLocalFile());
-    });
-    return local ? Qt::CopyAction : Qt::IgnoreAction;
+    if (!PhoneClipboard::read(data).isEmpty()) return Qt::MoveAction;
+    // Asking for the URLs themselves could make another program fetch its files; that waits for the drop.
+    return data->hasUrls() ? Qt::CopyAction : Qt::IgnoreAction;
 }
 
 bool AndroidBrowser::performDrop(const QMimeData* data, std::optional<int> row) {
@@ -424,8 +420,13 @@ bool AndroidBrowser::performDrop(const QMimeData* data, std::optional<int> row) 
         phone.moveItems(PhoneClipboard::read(data), target->folder, target->parents);
         return true;
     }
+    const QList<QUrl> urls = data->urls();
+    const bool local = !urls.isEmpty() && std::all_of(urls.begin(), urls.end(), [](const QUrl& url) {
+        return url.isLocalFile() && NativePath::exists(url.toLocalFile());
+    });
+    if (!local) return false;
     QList<QByteArray> paths;
-    for (const QUrl& url : data->urls())
+    for (const QUrl& url : urls)
         paths << NativePath::encode(url.toLocalFile());
     phone.runUpload(paths, target->folder);
     return true;

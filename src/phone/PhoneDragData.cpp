@@ -19,7 +19,7 @@ PhoneDragData::PhoneDragData(const QList<PhoneItem>& items) : items(items) {
 }
 
 QStringList PhoneDragData::formats() const {
-    return {PhoneClipboard::type(), uriList};
+    return QMimeData::formats() << uriList;
 }
 
 bool PhoneDragData::hasFormat(const QString& mimeType) const {

@@ -131,7 +131,7 @@ bool PhoneDrop::phoneDropEvent(QEvent* event) {
     }
     drop->setDropAction(action);
     drop->accept();
-    if (event->type() == QEvent::Drop) browser->performDrop(drop->mimeData(), row);
+    if (event->type() == QEvent::Drop && !browser->performDrop(drop->mimeData(), row)) drop->ignore();
     return true;
 }
 
