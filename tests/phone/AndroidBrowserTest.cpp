@@ -238,6 +238,9 @@ private slots:
             browser()->itemsOf({w->entries()[size_t(names().indexOf(QStringLiteral("notes.txt")))]});
         QMimeData items;
         PhoneClipboard::write(notes, items);
+        QMimeData foreign; // another process's handles mean nothing to our bridge
+        foreign.setData(PhoneClipboard::type(), items.data(PhoneClipboard::type()));
+        QVERIFY(!drop(rowCentre(QStringLiteral("Camera")), foreign));
         bool marked = false;
         QVERIFY(drop(rowCentre(QStringLiteral("Camera")), items, &marked));
         QVERIFY(marked);
