@@ -28,15 +28,14 @@ PhoneDrop::PhoneDrop(Explorer& window, AndroidContent& phones) : QObject(&window
     ExplorerViewModes* modes = w.findChild<ExplorerViewModes*>();
     ExplorerIconView* icons = modes ? modes->iconView() : nullptr;
     if (!icons) return;
-    icons->remoteDragWriter = [this](const std::vector<int>& indexes, QMimeData& data) {
+    icons->remoteDragData = [this](const std::vector<int>& indexes) -> QMimeData* {
         AndroidBrowser* browser = this->phones.active();
-        if (!browser || browser->state().busy()) return false;
+        if (!browser || browser->state().busy()) return nullptr;
         std::vector<Entry> entries;
         for (int index : indexes)
             if (size_t(index) < w.entries().size()) entries.push_back(w.entries()[size_t(index)]);
         const QList<PhoneItem> items = browser->itemsOf(entries);
-        if (!items.isEmpty()) PhoneClipboard::write(items, data);
-        return !items.isEmpty();
+        return items.isEmpty() ? nullptr : new PhoneDragData(items);
     };
     icons->onDropOperation = [this](std::optional<int> index, const QMimeData* data, Qt::DropActions) {
         if (AndroidBrowser* browser = this->phones.active()) return browser->dropOperation(data, index);
