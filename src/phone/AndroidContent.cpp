@@ -33,6 +33,11 @@ AndroidContent::AndroidContent(Explorer& window)
     registerCommands();
     connect(&w.events(), &ExplorerEvents::locationChanged, this, &AndroidContent::prune);
     connect(&w.events(), &ExplorerEvents::selectionChanged, &w.commands(), &WindowCommands::refresh);
+    // The phone has no Trash: the button says what it does here.
+    connect(&w.commands(), &WindowCommands::statesChanged, this, [this] {
+        if (active())
+            w.widgets().action("trash")->setToolTip(QStringLiteral("Delete permanently from phone"));
+    });
     connection->start();
 }
 

@@ -24,6 +24,7 @@
 #include <QMimeData>
 #include <QPushButton>
 #include <QTimer>
+#include <QToolButton>
 
 using namespace orvane;
 using namespace orvane::test;
@@ -159,6 +160,7 @@ private slots:
     // The toolbar's command and the Delete key both ask first; Cancel sends nothing.
     void deleteAlwaysAsks() {
         selectNames(*w, {"notes.txt", "Camera"});
+        QCOMPARE(w->widgets().action("trash")->toolTip(), QStringLiteral("Delete permanently from phone"));
         QString asked;
         answer(&asked, QStringLiteral("Cancel"));
         QVERIFY(run("trashAction"));
