@@ -5,11 +5,14 @@
 #include "browsing/EditablePathBox.h"
 #include "browsing/EntryText.h"
 #include "browsing/Explorer.h"
+#include "browsing/Preferences.h"
 #include "fileops/ExplorerFileOps.h"
+#include "navigation/PinnedStore.h"
 #include "phone/AndroidContent.h"
 #include "phone/BridgeHarness.h"
 #include "phone/PhoneClipboard.h"
 #include "phone/PhoneDragData.h"
+#include "phone/PhoneLocation.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
 #include "views/FileTable.h"
@@ -227,6 +230,12 @@ private slots:
         enabled.clear();
         menuAt(rowCentre(QStringLiteral("Camera")), &enabled);
         QVERIFY(enabled.contains(QStringLiteral("Open in new tab")));
+
+        selectNames(*w, {"Camera"});
+        QVERIFY(run("pinAction")); // by the folder's own address, not its row's identity
+        const PhoneItem camera = browser()->selectedItems().value(0);
+        QVERIFY(PinnedStore(Preferences::pins())
+                    .contains(PhoneLocation::url(browser()->state().chainTo(camera))));
 
         selectNames(*w, {"Camera", "notes.txt"});
         QVERIFY(run("propertiesAction"));
