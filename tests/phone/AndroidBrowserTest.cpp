@@ -25,7 +25,6 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
-#include <QPushButton>
 #include <QTimer>
 #include <QToolButton>
 

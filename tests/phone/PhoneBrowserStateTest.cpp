@@ -191,34 +191,6 @@ private slots:
         QVERIFY(onPhone(QStringLiteral("Alpha.txt")));
     }
 
-    void aRenameKeepsTheHandleAndTheSameNameSendsNothing() {
-        open({"Internal storage", "DCIM"});
-        const PhoneItem alpha = named(QStringLiteral("Alpha.txt"));
-        statuses.clear();
-        state->rename(alpha, alpha.name);
-        QVERIFY(statuses.isEmpty() && !state->busy());
-        state->rename(alpha, QStringLiteral("Beta.txt"));
-        QCOMPARE(state->status(), QStringLiteral("Renaming…"));
-        QTRY_VERIFY(!state->busy() && statuses.size() > 3);
-        QCOMPARE(statuses.mid(0, 3), (QStringList{"Renaming…", "Done", "Reading phone…"}));
-        QVERIFY(!onPhone(QStringLiteral("Alpha.txt")) && onPhone(QStringLiteral("Beta.txt")));
-        QCOMPARE(named(QStringLiteral("Beta.txt")).id, alpha.id);
-    }
-
-    // The third new folder beside "New folder" and "New folder (2)" gets the number 3, and the
-    // listing after it announces it for the inline rename.
-    void newFoldersTakeTheNextNumber() {
-        phone->folder(QStringLiteral("Internal storage/DCIM/New folder"));
-        phone->folder(QStringLiteral("Internal storage/DCIM/New folder (2)"));
-        open({"Internal storage", "DCIM"});
-        QSignalSpy listed(state.get(), &PhoneBrowserState::folderListed);
-        state->createFolder();
-        QVERIFY(listed.wait());
-        QCOMPARE(listed.takeFirst().at(0).toString(), QStringLiteral("New folder (3)"));
-        QVERIFY(QFileInfo(phone->path(QStringLiteral("Internal storage/DCIM/New folder (3)"))).isDir());
-        QCOMPARE(PhoneBrowserState::freeFolderName({}), QStringLiteral("New folder"));
-    }
-
     // Into itself or below is refused by the chain alone; one clash moves nothing at all; a moved
     // object keeps its handle and leaves its old parent.
     void movesAreCheckedBeforeTheFirst() {
