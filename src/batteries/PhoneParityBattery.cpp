@@ -33,6 +33,17 @@ QMap<QString, QByteArray> localTree(const QString& root) {
     return found;
 }
 
+// Waits until the tab is free again, through any reload that follows a command.
+void settle(PhoneBrowserState& state) {
+    while (state.busy()) {
+        QEventLoop loop;
+        QObject::connect(&state, &PhoneBrowserState::busyChanged, &loop, [&](bool busy) {
+            if (!busy) loop.quit();
+        });
+        loop.exec();
+    }
+}
+
 QByteArray randomBytes(qsizetype size) {
     QByteArray data(size, Qt::Uninitialized);
     QRandomGenerator::global()->fillRange(reinterpret_cast<quint32*>(data.data()), size / 4);
@@ -110,6 +121,7 @@ int PhoneParityBattery::run() {
     thumbnail();
     browsing();
     transfers();
+    fileOperations();
     removeScratch();
     out << (failures == 0 ? "Phone parity battery passed" : "Phone parity battery failed") << Qt::endl;
     return failures == 0 ? 0 : 1;
@@ -272,6 +284,58 @@ void PhoneParityBattery::transfers() {
         transfer([&](PhoneTransfer& t, auto done) { t.download({gone}, QFile::encodeName(back), done); });
     check(QStringLiteral("a failed get leaves no file behind, staged or final"),
           failed.has_value() && localTree(back) == mine, failed.value_or(QStringLiteral("no error")));
+}
+
+// Rename, move and delete as the window's commands run them: refusals before anything is sent,
+// handles that follow the object, and nothing moved when one name clashes.
+void PhoneParityBattery::fileOperations() {
+    const std::optional<quint32> into = makeFolder(scratch, QStringLiteral("Ops target"));
+    if (!into) return;
+    request({QStringLiteral("put"), number(storage), number(scratch),
+             makeLocal(QStringLiteral("ops/ops.txt"), "ops")});
+    request(
+        {QStringLiteral("put"), number(storage), number(*into), makeLocal(QStringLiteral("ops/Zulu"), "z")});
+    PhoneBrowserState state;
+    state.setHistory({scratchItem});
+    state.reload();
+    settle(state);
+    const auto item = [&](const QString& name) {
+        for (const PhoneItem& i : state.baseItems())
+            if (i.name == name) return i;
+        return PhoneItem();
+    };
+    const PhoneItem ops = item(QStringLiteral("ops.txt"));
+    const PhoneItem target = item(QStringLiteral("Ops target"));
+    const QList<PhoneItem> inside = state.chainTo(target);
+    state.rename(ops, QStringLiteral("Zulu"));
+    check(QStringLiteral("a rename to a sibling's name is refused before anything is sent"),
+          state.status() == QStringLiteral("Choose a valid, unique name.") && find(scratch, ops.name),
+          state.status());
+    state.rename(ops, QStringLiteral("ops renamed.txt"));
+    settle(state);
+    const std::optional<PhoneItem> renamed = find(scratch, QStringLiteral("ops renamed.txt"));
+    check(QStringLiteral("the rename command keeps the handle"), renamed && renamed->id == ops.id,
+          state.status());
+    state.moveItems({target}, target, inside);
+    const QString itself = state.status();
+    state.moveItems({item(QStringLiteral("ops renamed.txt")), item(QStringLiteral("Zulu"))}, target, inside);
+    settle(state);
+    check(QStringLiteral("a move into itself or onto a clashing name moves nothing"),
+          itself == PhoneBrowserState::intoItselfText() &&
+              state.status() == PhoneBrowserState::moveClashText() &&
+              find(scratch, QStringLiteral("ops renamed.txt")) && find(scratch, QStringLiteral("Zulu")),
+          itself + u'/' + state.status());
+    state.moveItems({item(QStringLiteral("ops renamed.txt"))}, target, inside);
+    settle(state);
+    const std::optional<PhoneItem> moved = find(*into, QStringLiteral("ops renamed.txt"));
+    check(QStringLiteral("the move command keeps the handle and leaves the old parent"),
+          moved && moved->id == ops.id && !find(scratch, QStringLiteral("ops renamed.txt")), state.status());
+    state.deleteItems({item(QStringLiteral("Ops target")), item(QStringLiteral("Zulu"))});
+    settle(state);
+    check(QStringLiteral("the delete command takes each item, a folder with its contents"),
+          !find(scratch, QStringLiteral("Ops target")) && !find(scratch, QStringLiteral("Zulu")) &&
+              state.status().endsWith(QStringLiteral("Double-click a folder to open it")),
+          state.status());
 }
 
 void PhoneParityBattery::removeScratch() {

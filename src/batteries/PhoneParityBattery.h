@@ -26,6 +26,7 @@ private:
     void thumbnail();
     void browsing();
     void transfers();
+    void fileOperations();
     std::optional<QString>
     transfer(const std::function<void(PhoneTransfer&, std::function<void(std::optional<QString>)>)>& start);
     QString makeLocal(const QString& relative, const QByteArray& content = {});

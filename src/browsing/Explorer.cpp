@@ -66,6 +66,10 @@ Explorer::Explorer(AppDelegate* app, const std::optional<QUrl>& initialURL)
         const TabContent* content = contentFor(current());
         return !content || content->answers(name);
     });
+    commandSet->setRoute([this](const QString& name) {
+        TabContent* content = contentFor(current());
+        return content && content->run(name);
+    });
     WindowPlugins::attach(*this);
     showLocation(false);
     ui.table->setFocus();

@@ -2,6 +2,7 @@
 
 #include "browsing/ActionState.h"
 #include "browsing/Explorer.h"
+#include "browsing/TabContent.h"
 #include "browsing/WindowCommands.h"
 #include "browsing/WindowListing.h"
 #include "chrome/ExplorerChrome.h"
@@ -83,6 +84,7 @@ void ExplorerMenus::fillMoreMenu(QMenu* menu, Explorer* w) {
 }
 
 void ExplorerMenus::fillContextMenu(QMenu* menu, Explorer* w) {
+    if (TabContent* content = w->contentFor(w->current()); content && content->contextMenu(menu)) return;
     namespace M = ActionState::Menu;
     const SelectionFacts f = w->chrome().selectionFacts();
     contextItem(menu, w, "openSelected", M::open(f), QStringLiteral("Open"));

@@ -6,6 +6,8 @@
 #include <QUrl>
 #include <vector>
 
+class QMenu;
+
 namespace orvane {
 
 // What a tab shows: a local folder or a place that another subsystem knows how to list.
@@ -35,6 +37,22 @@ public:
     }
     // Where a listed folder leads, to open it in a new tab: its own URL unless the content knows better.
     virtual QUrl address(const Entry& folder) const { return folder.url(); }
+    // Runs the window's command `name` this content's own way; false leaves it to the command.
+    virtual bool run(const QString& name) {
+        Q_UNUSED(name);
+        return false;
+    }
+    // Fills the file area's context menu; false leaves it to the window.
+    virtual bool contextMenu(QMenu* menu) {
+        Q_UNUSED(menu);
+        return false;
+    }
+    // Takes the name typed in the window's inline editor for `item`; false leaves it to the window.
+    virtual bool rename(const Entry& item, const QString& name) {
+        Q_UNUSED(item);
+        Q_UNUSED(name);
+        return false;
+    }
     // Goes where the typed address leads; false leaves the text to the window.
     virtual bool goTo(const QString& typed) {
         Q_UNUSED(typed);

@@ -39,6 +39,7 @@ void WindowCommands::setTitle(const QString& name, const QString& title) {
 bool WindowCommands::run(const QString& name, const QVariant& arg) {
     emit requested(name, arg);
     if (suspended || !isEnabled(name)) return false;
+    if (router && router(name)) return true;
     // A copy: the handler may replace or remove its own command.
     const auto handler = commands.value(name).run;
     handler(arg);

@@ -45,6 +45,8 @@ public:
     // Asked before every command: what the window shows now may not answer it (a phone tab and the
     // local file commands).
     void setGate(std::function<bool(const QString& name)> allows) { gate = std::move(allows); }
+    // Asked before a command's own handler runs: what the window shows may run it its own way.
+    void setRoute(std::function<bool(const QString& name)> route) { router = std::move(route); }
 
     // A menu item bound to the command; `title` overrides the command's own.
     QAction* addTo(QMenu* menu, const QString& name, const QVariant& arg = {}, const QString& title = {});
@@ -66,6 +68,7 @@ signals:
 private:
     QHash<QString, Command> commands;
     std::function<bool(const QString& name)> gate;
+    std::function<bool(const QString& name)> router;
     bool suspended = false;
 };
 

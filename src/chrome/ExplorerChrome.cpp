@@ -147,13 +147,14 @@ SelectionFacts ExplorerChrome::selectionFacts() const {
 }
 
 void ExplorerChrome::updateActionState() {
+    // Before the states go round: a place of another kind may retitle the button as they do.
+    w.widgets().action("trash")->setToolTip(QStringLiteral("Move to Trash · Delete"));
     w.commands().refresh();
     // The New menu holds commands; a place that answers none of them (a phone tab) greys it.
     w.widgets().action("new")->setEnabled(ActionState::create(selectionFacts()) &&
                                           (w.commands().isEnabled(QStringLiteral("newFolder")) ||
                                            w.commands().isEnabled(QStringLiteral("newTextDocument"))));
     w.widgets().action("details")->setChecked(detailsVisible);
-    w.widgets().action("trash")->setToolTip(QStringLiteral("Move to Trash · Delete"));
 }
 
 void ExplorerChrome::updateSelectionStatus() {

@@ -6,6 +6,7 @@
 #include "browsing/ExplorerEvents.h"
 #include "browsing/Palette.h"
 #include "browsing/Preferences.h"
+#include "browsing/TabContent.h"
 #include "browsing/WindowCommands.h"
 #include "chrome/AuxiliaryStyle.h"
 #include "chrome/ExplorerAlert.h"
@@ -57,7 +58,7 @@ ExplorerFileOps::ExplorerFileOps(Explorer& window)
     connect(&renameDelay, &QTimer::timeout, this, [this] {
         const std::vector<Entry> chosen = w.selected();
         if (chosen.size() == 1 && chosen.front().url() == renameClickURL && w.isActiveWindow())
-            renameAction();
+            w.commands().run(QStringLiteral("renameAction"));
     });
     connect(engine.get(), &TransferEngine::progress, this, [this](double fraction) {
         if (w.busy()) w.widgets().transferProgress->update(fraction);
@@ -307,6 +308,7 @@ void ExplorerFileOps::beginInlineRename(const QString& text) {
     field->installEventFilter(this);
     connect(field, &QLineEdit::editingFinished, this, [this] { finishInlineRename(true); });
     renameURL = entry.url();
+    renaming = entry;
     editor = field;
     emit w.events().editingChanged(true);
     field->show();
@@ -317,10 +319,13 @@ void ExplorerFileOps::beginInlineRename(const QString& text) {
 
 void ExplorerFileOps::finishInlineRename(bool commit) {
     if (editor && renameURL.isValid()) {
-        QString name = editor->text();
+        const QString typed = editor->text();
         const QString path = renameURL.toLocalFile();
-        const QString oldName = path.section(u'/', -1);
-        if (name.isEmpty()) name = oldName;
+        const bool local = renameURL.isLocalFile();
+        const QString oldName = local ? path.section(u'/', -1) : renaming.name();
+        // An emptied local name keeps the old one; another place may have its own word on it.
+        const QString name = typed.isEmpty() && local ? oldName : typed;
+        const Entry item = std::exchange(renaming, Entry());
         QLineEdit* field = editor;
         editor.clear();
         renameURL.clear();
@@ -330,7 +335,9 @@ void ExplorerFileOps::finishInlineRename(bool commit) {
         if (field->hasFocus()) w.focusFileList();
         field->deleteLater();
         field->hide();
-        if (commit && name != oldName) {
+        TabContent* content = w.contentFor(w.current());
+        const bool changed = commit && name != oldName;
+        if (changed && !(content && content->rename(item, name)) && local) {
             const FileCommandResult done = FileCommands::rename(path, name, followPin);
             if (!done.ok) {
                 w.showError(done.title, done.detail);

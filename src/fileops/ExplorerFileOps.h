@@ -1,5 +1,6 @@
 #pragma once
 
+#include "browsing/Entry.h"
 #include "fileops/FileUndo.h"
 #include "fileops/TransferResult.h"
 
@@ -78,6 +79,7 @@ private:
     std::unique_ptr<TransferEngine> engine;
     QPointer<QLineEdit> editor;
     QUrl renameURL;
+    Entry renaming;
     QTimer renameDelay;
     QPointer<QWidget> viewport;
 };

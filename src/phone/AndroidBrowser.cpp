@@ -1,21 +1,38 @@
 #include "phone/AndroidBrowser.h"
 
 #include "browsing/EditablePathBox.h"
+#include "browsing/EntryText.h"
 #include "browsing/Explorer.h"
 #include "browsing/ExplorerEvents.h"
+#include "browsing/Preferences.h"
 #include "browsing/WindowCommands.h"
 #include "browsing/WindowListing.h"
+#include "chrome/ExplorerAlert.h"
 #include "chrome/TransferProgressEdge.h"
+#include "fileops/ExplorerFileOps.h"
+#include "fileops/FileClipboard.h"
+#include "navigation/PinnedStore.h"
+#include "phone/PhoneClipboard.h"
 #include "phone/PhoneLocation.h"
 #include "phone/SendFilesDialog.h"
+#include "platform/NativePath.h"
 #include "platform/Platform.h"
 #include "views/FileTable.h"
 
+#include <QClipboard>
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMimeData>
 #include <QPointer>
+#include <QUuid>
+#include <cerrno>
+#include <cstring>
+#include <sys/stat.h>
 
 namespace orvane {
 
@@ -27,6 +44,12 @@ AndroidBrowser::AndroidBrowser(Explorer& window, const QUuid& tab)
     });
     connect(&phone, &PhoneBrowserState::listed, this, [this] {
         if (showing()) selectPending();
+    });
+    // A new folder is chosen and put into rename as soon as it is listed.
+    connect(&phone, &PhoneBrowserState::folderListed, this, [this](const QString& name) {
+        if (!showing()) return;
+        selectNamed(name);
+        if (w.fileOps()) w.fileOps()->beginInlineRename();
     });
     connect(&phone, &PhoneBrowserState::statusChanged, this, [this] {
         if (showing()) publishStatus();
@@ -52,6 +75,7 @@ AndroidBrowser::AndroidBrowser(Explorer& window, const QUuid& tab)
         w.setBusy(false);
         emit idle();
     });
+    w.setPhoneKeyTarget(tab, this);
 }
 
 bool AndroidBrowser::showing() const {
@@ -123,6 +147,17 @@ void AndroidBrowser::selectPending() {
     selectAfter.reset();
 }
 
+void AndroidBrowser::selectNamed(const QString& name) {
+    const std::vector<Entry>& rows = w.entries();
+    for (size_t row = 0; row < rows.size(); ++row) {
+        if (rows[row].name() != name) continue;
+        const QModelIndex index = w.table()->model()->index(int(row), 0);
+        w.table()->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect |
+                                                                QItemSelectionModel::Rows);
+        return;
+    }
+}
+
 // Made when first asked: most listings are shown long before anything in them is chosen.
 QList<PhoneItem> AndroidBrowser::itemsOf(const std::vector<Entry>& entries) const {
     if (byLocation.isEmpty() && !entries.empty()) {
@@ -183,6 +218,218 @@ void AndroidBrowser::saveFiles() {
         if (self) self->phone.runDownload(items, QFile::encodeName(folder));
     });
     dialog->open();
+}
+
+// ---------------------------------------------------------------- file commands
+
+namespace {
+QString phoneWord() {
+    return QStringLiteral("Android USB");
+}
+
+bool isSymbolicLink(const QString& path) {
+    struct stat status {};
+    return ::lstat(NativePath::encode(path).constData(), &status) != 0 || S_ISLNK(status.st_mode);
+}
+} // namespace
+
+PhoneControls AndroidBrowser::controls() const {
+    return phone.controls(selectedItems(), canPasteFiles());
+}
+
+// Phone items to move, or local files (none of them a link) to send.
+bool AndroidBrowser::canPasteFiles() const {
+    if (phone.busy() || phone.history().isEmpty()) return false;
+    if (!PhoneClipboard::read(QGuiApplication::clipboard()->mimeData()).isEmpty()) return true;
+    const QList<QUrl> urls = FileClipboard::shared().fileUrls();
+    return !urls.isEmpty() && std::none_of(urls.begin(), urls.end(),
+                                           [](const QUrl& url) { return isSymbolicLink(url.toLocalFile()); });
+}
+
+// Real files on the clipboard, usable by any program: it changes only once they are all here.
+void AndroidBrowser::copyFiles() {
+    const QList<PhoneItem> items = selectedItems();
+    if (!phone.canCopyFiles(items)) return;
+    const QString folder = QDir::temp().filePath(QStringLiteral("Belcove-Clipboard-") +
+                                                 QUuid::createUuid().toString(QUuid::WithoutBraces));
+    if (::mkdir(NativePath::encode(folder).constData(), 0700) != 0)
+        return phone.unlock(QString::fromLocal8Bit(std::strerror(errno)));
+    phone.runDownload(items, NativePath::encode(folder),
+                      [folder, items](const std::optional<QString>& error) {
+                          if (error) return;
+                          QList<QUrl> urls;
+                          for (const PhoneItem& item : items)
+                              urls << QUrl::fromLocalFile(folder + u'/' + item.name);
+                          FileClipboard::shared().setClipboard(urls, false);
+                      });
+}
+
+// Only a note of handles: nothing moves until a paste in a phone folder.
+void AndroidBrowser::cutFiles() {
+    const QList<PhoneItem> items = selectedItems();
+    if (!phone.canCopyFiles(items)) return;
+    auto* data = new QMimeData;
+    PhoneClipboard::write(items, *data);
+    QGuiApplication::clipboard()->setMimeData(data);
+}
+
+void AndroidBrowser::pasteFiles() {
+    if (!canPasteFiles()) return;
+    const PhoneItem target = phone.history().last();
+    const QList<PhoneItem> noted = PhoneClipboard::read(QGuiApplication::clipboard()->mimeData());
+    if (!noted.isEmpty()) return phone.moveItems(noted, target, phone.history());
+    QList<QByteArray> paths;
+    QStringList names;
+    for (const QUrl& url : FileClipboard::shared().fileUrls()) {
+        paths << NativePath::encode(url.toLocalFile());
+        names << url.toLocalFile().section(u'/', -1);
+    }
+    for (const PhoneItem& item : phone.baseItems())
+        if (names.contains(item.name))
+            return phone.unlock(
+                QStringLiteral("A file with that name already exists. Rename it before pasting."));
+    phone.runUpload(paths, target);
+}
+
+// "Android USB/Internal storage/DCIM/IMG_1.jpg", one line per item.
+void AndroidBrowser::copyPaths() {
+    QStringList chain{phoneWord()};
+    for (const PhoneItem& folder : phone.history())
+        chain << folder.name;
+    QStringList lines;
+    for (const PhoneItem& item : selectedItems())
+        lines << (QStringList(chain) << item.name).join(u'/');
+    if (!lines.isEmpty()) QGuiApplication::clipboard()->setText(lines.join(u'\n'));
+}
+
+void AndroidBrowser::selectAllItems() {
+    if (!phone.busy() && !phone.items().isEmpty()) w.table()->selectAll();
+}
+
+void AndroidBrowser::createFolder() {
+    if (!controls().newFolder) return;
+    w.commands().run(QStringLiteral("clearSearch"));
+    phone.createFolder();
+}
+
+// The window's own inline editor, over the name cell; its text comes back through renameTo.
+void AndroidBrowser::renameSelection() {
+    if (controls().rename && w.fileOps()) w.fileOps()->beginInlineRename();
+}
+
+void AndroidBrowser::renameTo(const Entry& entry, const QString& name) {
+    const QList<PhoneItem> items = itemsOf({entry});
+    if (items.isEmpty()) return;
+    selectAfter = items.front().id;
+    phone.rename(items.front(), name);
+}
+
+// The phone has no Trash: the confirmation is never skipped, whichever way the command came.
+void AndroidBrowser::deleteSelection() {
+    const QList<PhoneItem> items = selectedItems();
+    if (!controls().remove) return;
+    const bool sure = ExplorerAlert::confirm(
+        &w, ExplorerAlert::Kind::Destructive,
+        QStringLiteral("Delete ") + QString::number(items.size()) +
+            QStringLiteral(" item(s) from the phone?"),
+        QStringLiteral("This permanently deletes the selected items, including folder contents. Android USB "
+                       "has no Trash and this cannot be undone."),
+        QStringLiteral("Delete permanently"), QStringLiteral("trash"));
+    if (sure) phone.deleteItems(items);
+}
+
+void AndroidBrowser::showProperties() {
+    const QList<PhoneItem> items = selectedItems();
+    if (items.isEmpty()) return;
+    QStringList lines;
+    for (const PhoneItem& item : items)
+        lines << item.name + QStringLiteral(" — ") +
+                     (item.folder ? QStringLiteral("Folder") : byteCountText(qint64(item.size)));
+    const QString title =
+        items.size() == 1 ? items.front().name : QString::number(items.size()) + QStringLiteral(" items");
+    w.showError(title, lines.join(u'\n'));
+}
+
+void AndroidBrowser::pinSelection() {
+    const QList<PhoneItem> items = selectedItems();
+    if (phone.busy() || items.size() != 1 || !items.front().folder) return;
+    PinnedStore store(Preferences::pins());
+    store.pin(PhoneLocation::url(phone.chainTo(items.front())));
+    phone.unlock(QStringLiteral("Pinned to Quick access — saved"));
+    w.commands().refresh();
+}
+
+// With a selection, what can be done to it; on the background (which has cleared the selection
+// first, so a stale one can't leak in), what can be done here, and never a delete.
+void AndroidBrowser::fillContextMenu(QMenu* menu) {
+    const QList<PhoneItem> chosen = selectedItems();
+    const PhoneControls c = controls();
+    const bool free = !phone.busy();
+    auto add = [this, menu](const char* name, const QString& title, bool allowed) {
+        QAction* action = w.commands().addTo(menu, QLatin1String(name), {}, title);
+        action->setEnabled(allowed && w.commands().contains(QLatin1String(name)));
+    };
+    if (chosen.isEmpty()) {
+        add("pasteAction", QStringLiteral("Paste"), canPasteFiles());
+        add("sendToAndroid", QStringLiteral("Send files…"), c.send);
+        add("newFolder", QStringLiteral("New folder"), c.newFolder);
+        add("selectAll", QStringLiteral("Select all"), free && !phone.items().isEmpty());
+        add("refreshAction", QStringLiteral("Refresh"), true);
+        return;
+    }
+    const bool oneFolder = chosen.size() == 1 && chosen.front().folder;
+    add("openSelected", QStringLiteral("Open"), free && chosen.size() == 1);
+    menu->addSeparator();
+    add("openNewTabSelected", QStringLiteral("Open in new tab"), oneFolder);
+    add("pinAction", QStringLiteral("Pin to Quick access"), oneFolder);
+    add("compressAction", QStringLiteral("Compress"), c.copyToComputer && !phone.history().isEmpty());
+    add("cutAction", QStringLiteral("Cut"), c.copyToComputer);
+    add("copyAction", QStringLiteral("Copy"), c.copyToComputer);
+    add("saveFromAndroid", Platform::instance().word(PlatformWord::CopyToComputer) + u'…', c.copyToComputer);
+    add("copyPathAction", QStringLiteral("Copy as path"), true);
+    menu->addSeparator();
+    add("renameAction", QStringLiteral("Rename"), c.rename);
+    add("trashAction", QStringLiteral("Delete from phone…"), free && !phone.history().isEmpty());
+    add("propertiesAction", QStringLiteral("Properties"), true);
+}
+
+// ---------------------------------------------------------------- drops
+
+std::optional<AndroidBrowser::DropTarget> AndroidBrowser::dropTarget(std::optional<int> row) const {
+    if (phone.busy() || w.busy() || phone.history().isEmpty()) return std::nullopt;
+    if (row && size_t(*row) < w.entries().size()) {
+        const QList<PhoneItem> under = itemsOf({w.entries()[size_t(*row)]});
+        if (!under.isEmpty() && under.front().folder)
+            return DropTarget{under.front(), phone.chainTo(under.front())};
+    }
+    return DropTarget{phone.history().last(), phone.history()};
+}
+
+Qt::DropAction AndroidBrowser::dropOperation(const QMimeData* data, std::optional<int> row) const {
+    if (!data || !dropTarget(row)) return Qt::IgnoreAction;
+    if (!PhoneClipboard::read(data).isEmpty()) return Qt::MoveAction;
+    // Asking for the URLs themselves could make another program fetch its files; that waits for the drop.
+    return data->hasUrls() ? Qt::CopyAction : Qt::IgnoreAction;
+}
+
+bool AndroidBrowser::performDrop(const QMimeData* data, std::optional<int> row) {
+    const Qt::DropAction action = dropOperation(data, row);
+    const std::optional<DropTarget> target = dropTarget(row);
+    if (action == Qt::IgnoreAction || !target) return false;
+    if (action == Qt::MoveAction) {
+        phone.moveItems(PhoneClipboard::read(data), target->folder, target->parents);
+        return true;
+    }
+    const QList<QUrl> urls = data->urls();
+    const bool local = !urls.isEmpty() && std::all_of(urls.begin(), urls.end(), [](const QUrl& url) {
+        return url.isLocalFile() && NativePath::exists(url.toLocalFile());
+    });
+    if (!local) return false;
+    QList<QByteArray> paths;
+    for (const QUrl& url : urls)
+        paths << NativePath::encode(url.toLocalFile());
+    phone.runUpload(paths, target->folder);
+    return true;
 }
 
 } // namespace orvane

@@ -1,10 +1,14 @@
 #pragma once
 
+#include "browsing/PhoneKeyTarget.h"
 #include "phone/PhoneBrowserState.h"
 
 #include <QHash>
 #include <QObject>
 #include <QUuid>
+
+class QMenu;
+class QMimeData;
 
 namespace orvane {
 
@@ -13,7 +17,8 @@ class Explorer;
 // One phone tab in a window. Its state (place, listing, lock and status) lives in a
 // PhoneBrowserState; this side shows it through the window's own listing, table, path bar and
 // status row while its tab is the one showing, and runs the tab's transfers with the window held.
-class AndroidBrowser : public QObject {
+// The window's file commands on a phone folder come here (keys, toolbar, menus, the inline editor).
+class AndroidBrowser : public QObject, public PhoneKeyTarget {
     Q_OBJECT
 public:
     AndroidBrowser(Explorer& window, const QUuid& tab);
@@ -36,6 +41,33 @@ public:
     // "Copy to Mac…" in the platform's words: a dialog for one folder, then a download into it.
     void saveFiles();
 
+    // What the window's commands allow here now.
+    PhoneControls controls() const;
+    bool canPasteFiles() const;
+    void copyFiles() override;
+    void cutFiles() override;
+    void pasteFiles() override;
+    void copyPaths();
+    void selectAllItems() override;
+    void createFolder() override;
+    void renameSelection() override;
+    // The inline editor ended on `entry` with `name`.
+    void renameTo(const Entry& entry, const QString& name);
+    void deleteSelection() override;
+    void showProperties() override;
+    void pinSelection();
+    void fillContextMenu(QMenu* menu);
+
+    // A drop on `row` (or on no row): the folder it goes into and the chain down to that folder.
+    struct DropTarget {
+        PhoneItem folder;
+        QList<PhoneItem> parents;
+    };
+    std::optional<DropTarget> dropTarget(std::optional<int> row) const;
+    // Phone items move, local files are sent; anything else is refused.
+    Qt::DropAction dropOperation(const QMimeData* data, std::optional<int> row) const;
+    bool performDrop(const QMimeData* data, std::optional<int> row);
+
 signals:
     // A transfer ended; the window may let go of a browser whose tab is gone.
     void idle();
@@ -46,6 +78,7 @@ private:
     void publishPlace();
     void publishStatus();
     void selectPending();
+    void selectNamed(const QString& name);
 
     Explorer& w;
     QUuid tabID;

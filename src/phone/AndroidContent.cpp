@@ -21,13 +21,9 @@ namespace {
 // Commands that act on local paths of the selection: a phone item has none.
 const QStringList& localOnly() {
     static const QStringList names = {
-        QStringLiteral("copyAction"),          QStringLiteral("cutAction"),
-        QStringLiteral("pasteAction"),         QStringLiteral("newFolder"),
-        QStringLiteral("newTextDocument"),     QStringLiteral("renameAction"),
-        QStringLiteral("trashAction"),         QStringLiteral("permanentlyDeleteAction"),
-        QStringLiteral("showPackageContents"), QStringLiteral("compressAction"),
-        QStringLiteral("makeAlias"),           QStringLiteral("revealAction"),
-        QStringLiteral("propertiesAction"),    QStringLiteral("quickLook")};
+        QStringLiteral("newTextDocument"), QStringLiteral("showPackageContents"),
+        QStringLiteral("compressAction"),  QStringLiteral("makeAlias"),
+        QStringLiteral("revealAction"),    QStringLiteral("quickLook")};
     return names;
 }
 } // namespace
@@ -37,6 +33,11 @@ AndroidContent::AndroidContent(Explorer& window)
     registerCommands();
     connect(&w.events(), &ExplorerEvents::locationChanged, this, &AndroidContent::prune);
     connect(&w.events(), &ExplorerEvents::selectionChanged, &w.commands(), &WindowCommands::refresh);
+    // The phone has no Trash: the button says what it does here.
+    connect(&w.commands(), &WindowCommands::statesChanged, this, [this] {
+        if (active())
+            w.widgets().action("trash")->setToolTip(QStringLiteral("Delete permanently from phone"));
+    });
     connection->start();
 }
 
@@ -90,6 +91,7 @@ void AndroidContent::leave() {
 void AndroidContent::prune() {
     for (auto it = browsers.begin(); it != browsers.end();) {
         if (w.tabs.indexOf(it.key()) < 0 && !(*it)->transferring()) {
+            w.setPhoneKeyTarget(it.key(), nullptr);
             (*it)->deleteLater();
             it = browsers.erase(it);
         } else {
@@ -105,11 +107,64 @@ QUrl AndroidContent::parent(const QUrl& url) const {
     return PhoneLocation::url(chain->mid(0, chain->size() - 1));
 }
 
+// The window's file commands answer by the phone's own rules here.
 bool AndroidContent::answers(const QString& name) const {
     if (localOnly().contains(name)) return false;
-    // Pinning a selection would pin phone items by their view identity, which leads nowhere.
-    if (name == QLatin1String("pinAction")) return w.selected().empty();
+    const AndroidBrowser* b = active();
+    const auto is = [&](const char* command) { return name == QLatin1String(command); };
+    if (!b) return !is("pinAction") || w.selected().empty();
+    const PhoneControls c = b->controls();
+    if (is("copyAction") || is("cutAction")) return c.copyToComputer;
+    if (is("pasteAction")) return c.paste;
+    if (is("newFolder")) return c.newFolder;
+    if (is("renameAction")) return c.rename;
+    if (is("trashAction") || is("permanentlyDeleteAction")) return c.remove;
+    if (is("propertiesAction")) return !b->selectedItems().isEmpty();
+    if (is("selectAll")) return !b->state().busy() && !b->state().items().isEmpty();
+    if (is("pinAction")) {
+        // The folder shown, or one folder chosen in it, by its own address.
+        const QList<PhoneItem> chosen = b->selectedItems();
+        return w.selected().empty() || (chosen.size() == 1 && chosen.front().folder && !b->state().busy());
+    }
     return true;
+}
+
+bool AndroidContent::run(const QString& name) {
+    AndroidBrowser* b = active();
+    if (!b) return false;
+    static const QHash<QString, void (AndroidBrowser::*)()> commands = {
+        {QStringLiteral("copyAction"), &AndroidBrowser::copyFiles},
+        {QStringLiteral("cutAction"), &AndroidBrowser::cutFiles},
+        {QStringLiteral("pasteAction"), &AndroidBrowser::pasteFiles},
+        {QStringLiteral("copyPathAction"), &AndroidBrowser::copyPaths},
+        {QStringLiteral("selectAll"), &AndroidBrowser::selectAllItems},
+        {QStringLiteral("newFolder"), &AndroidBrowser::createFolder},
+        {QStringLiteral("renameAction"), &AndroidBrowser::renameSelection},
+        {QStringLiteral("trashAction"), &AndroidBrowser::deleteSelection},
+        {QStringLiteral("permanentlyDeleteAction"), &AndroidBrowser::deleteSelection},
+        {QStringLiteral("propertiesAction"), &AndroidBrowser::showProperties},
+    };
+    if (name == QLatin1String("pinAction")) {
+        if (w.selected().empty()) return false; // the folder shown: the navigation pane pins it
+        b->pinSelection();
+        return true;
+    }
+    const auto it = commands.constFind(name);
+    if (it == commands.cend()) return false;
+    (b->*(*it))();
+    return true;
+}
+
+bool AndroidContent::contextMenu(QMenu* menu) {
+    AndroidBrowser* b = active();
+    if (b) b->fillContextMenu(menu);
+    return b != nullptr;
+}
+
+bool AndroidContent::rename(const Entry& item, const QString& name) {
+    AndroidBrowser* b = active();
+    if (b) b->renameTo(item, name);
+    return b != nullptr;
 }
 
 bool AndroidContent::reading() const {

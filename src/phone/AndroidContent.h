@@ -29,6 +29,9 @@ public:
     bool goTo(const QString& typed) override;
     bool reading() const override;
     QUrl address(const Entry& folder) const override;
+    bool run(const QString& name) override;
+    bool contextMenu(QMenu* menu) override;
+    bool rename(const Entry& item, const QString& name) override;
 
     // The browser of the active tab when it shows a phone, else null.
     AndroidBrowser* active() const;

@@ -24,6 +24,7 @@ QString PhoneBrowserState::countText(qsizetype count) {
 void PhoneBrowserState::setHistory(const QList<PhoneItem>& history) {
     if (history != chain) {
         chain = history;
+        pendingFolder.reset();
         base.clear();
         relist();
     }
@@ -70,8 +71,10 @@ void PhoneBrowserState::answered(const PhoneReply& reply) {
     reading = false;
     base = PhoneListing::byName(reply.items.value_or(QList<PhoneItem>()));
     relist();
+    const std::optional<QString> created = std::exchange(pendingFolder, std::nullopt);
     unlock(reply.error.value_or(countText(listing.items.size())));
     emit listed(!reply.error);
+    if (created && !reply.error) emit folderListed(*created);
 }
 
 void PhoneBrowserState::go(const QList<PhoneItem>& target) {
@@ -205,6 +208,134 @@ void PhoneBrowserState::transfer(const QString& message, const QString& success,
         self->unlock(error.value_or(success));
         if (!error && reloadAfter) self->reload();
         if (done) done(error);
+    });
+}
+
+} // namespace orvane
+
+namespace orvane {
+
+void PhoneBrowserState::mutate(const QStringList& args, const QString& message,
+                               std::function<void(const PhoneReply&)> replied) {
+    lock(message);
+    PhoneBridge::run(args, nullptr, [self = QPointer(this), replied](const PhoneReply& reply) {
+        if (!self) return;
+        if (replied) replied(reply);
+        self->unlock(reply.error.value_or(QStringLiteral("Done")));
+        if (!reply.error) self->reload();
+    });
+}
+
+std::optional<QString> PhoneBrowserState::renameRefusal(const QList<PhoneItem>& siblings,
+                                                        const PhoneItem& item, const QString& name) {
+    const QString refusal = QStringLiteral("Choose a valid, unique name.");
+    if (!PhoneTransfer::valid(name)) return refusal;
+    for (const PhoneItem& other : siblings)
+        if (other.id != item.id && other.name == name) return refusal;
+    return std::nullopt;
+}
+
+void PhoneBrowserState::rename(const PhoneItem& item, const QString& name) {
+    if (locked || chain.isEmpty() || name == item.name) return;
+    if (const std::optional<QString> refusal = renameRefusal(base, item, name)) return unlock(*refusal);
+    mutate({QStringLiteral("rename"), QString::number(item.id), name}, QStringLiteral("Renaming…"));
+}
+
+QString PhoneBrowserState::freeFolderName(const QList<PhoneItem>& siblings) {
+    QSet<QString> taken;
+    for (const PhoneItem& item : siblings)
+        taken.insert(item.name);
+    QString name = QStringLiteral("New folder");
+    for (int n = 2; taken.contains(name); ++n)
+        name = QStringLiteral("New folder (%1)").arg(n);
+    return name;
+}
+
+void PhoneBrowserState::createFolder() {
+    if (locked || chain.isEmpty()) return;
+    const QString name = freeFolderName(base);
+    pendingFolder = name;
+    const PhoneItem& here = chain.last();
+    mutate({QStringLiteral("mkdir"), QString::number(here.storage), QString::number(here.id), name},
+           QStringLiteral("Creating folder…"), [self = QPointer(this)](const PhoneReply& reply) {
+               if (reply.error) self->pendingFolder.reset();
+           });
+}
+
+void PhoneBrowserState::deleteItems(const QList<PhoneItem>& items) {
+    if (locked || chain.isEmpty() || items.isEmpty()) return;
+    deleteNext(items);
+}
+
+void PhoneBrowserState::deleteNext(QList<PhoneItem> items) {
+    if (items.isEmpty()) {
+        unlock(QStringLiteral("Deleted"));
+        reload();
+        return;
+    }
+    const PhoneItem item = items.takeFirst();
+    lock(QStringLiteral("Deleting ") + item.name + u'…');
+    PhoneBridge::run({QStringLiteral("delete"), QString::number(item.id)}, nullptr,
+                     [self = QPointer(this), items](const PhoneReply& reply) {
+                         if (!self) return;
+                         if (reply.error) return self->unlock(*reply.error);
+                         self->deleteNext(items);
+                     });
+}
+
+QString PhoneBrowserState::intoItselfText() {
+    return QStringLiteral("A folder cannot be moved into itself or its descendants.");
+}
+
+QString PhoneBrowserState::moveClashText() {
+    return QStringLiteral("An item with that name already exists. Nothing was moved.");
+}
+
+// The chain settles a move into the item itself or below it without asking the phone; the names of
+// the target are all checked before the first item moves.
+void PhoneBrowserState::moveItems(const QList<PhoneItem>& items, const PhoneItem& target,
+                                  const QList<PhoneItem>& parents) {
+    if (locked || items.isEmpty()) return;
+    for (const PhoneItem& item : items) {
+        const bool above = std::any_of(parents.begin(), parents.end(), [&](const PhoneItem& p) {
+            return p.id == item.id && p.storage == item.storage;
+        });
+        if (item.id == target.id || above) return unlock(intoItselfText());
+    }
+    lock(QStringLiteral("Checking destination…"));
+    const QStringList listing = {QString::number(target.storage), QString::number(target.id)};
+    PhoneBridge::run(listing, nullptr, [self = QPointer(this), items, target](const PhoneReply& reply) {
+        if (!self) return;
+        if (reply.error) return self->unlock(*reply.error);
+        QSet<QString> there;
+        for (const PhoneItem& item : reply.items.value_or(QList<PhoneItem>()))
+            there.insert(item.name);
+        for (const PhoneItem& item : items)
+            if (there.contains(item.name)) return self->unlock(moveClashText());
+        emit self->transferStarted();
+        self->moveNext(items, target, items.size());
+    });
+}
+
+void PhoneBrowserState::moveNext(QList<PhoneItem> items, const PhoneItem& target, qsizetype total) {
+    if (items.isEmpty()) {
+        emit transferFinished();
+        unlock(QStringLiteral("Moved"));
+        reload();
+        return;
+    }
+    const PhoneItem item = items.takeFirst();
+    lock(QStringLiteral("Moving ") + item.name + u'…');
+    const QStringList args = {QStringLiteral("move"), QString::number(item.id),
+                              QString::number(target.storage), QString::number(target.id)};
+    PhoneBridge::run(args, nullptr, [self = QPointer(this), items, target, total](const PhoneReply& reply) {
+        if (!self) return;
+        if (reply.error) {
+            emit self->transferFinished();
+            return self->unlock(*reply.error);
+        }
+        emit self->transferProgress(double(total - items.size()) / double(total));
+        self->moveNext(items, target, total);
     });
 }
 

@@ -61,6 +61,26 @@ public:
     void runUpload(const QList<QByteArray>& paths, const PhoneItem& parent);
     void runDownload(const QList<PhoneItem>& items, const QByteArray& folder, Done done = {});
 
+    // The phone has no undo and no Trash: each command refuses what might overwrite before it
+    // sends anything, and stops at the first error.
+    // Locks, sends `args` once, and reloads after a success.
+    void mutate(const QStringList& args, const QString& message,
+                std::function<void(const PhoneReply&)> replied = {});
+    // Why `name` can't be given to `item` beside `siblings`, or absent when it can.
+    static std::optional<QString> renameRefusal(const QList<PhoneItem>& siblings, const PhoneItem& item,
+                                                const QString& name);
+    void rename(const PhoneItem& item, const QString& name);
+    // "New folder", or "New folder (2)", (3)… while the name is taken.
+    static QString freeFolderName(const QList<PhoneItem>& siblings);
+    // Makes a folder here; the listing after it announces it through `folderListed`.
+    void createFolder();
+    // Deletes one at a time; what was deleted before an error stays deleted.
+    void deleteItems(const QList<PhoneItem>& items);
+    // Moves on the phone itself into `target`; `parents` is the chain from the storage down to it.
+    void moveItems(const QList<PhoneItem>& items, const PhoneItem& target, const QList<PhoneItem>& parents);
+    static QString intoItselfText();
+    static QString moveClashText();
+
     static QString countText(qsizetype count);
 
 signals:
@@ -74,9 +94,13 @@ signals:
     void transferStarted();
     void transferProgress(double fraction);
     void transferFinished();
+    // The listing after a new folder holds it: it is to be selected and renamed.
+    void folderListed(const QString& name);
 
 private:
     void answered(const PhoneReply& reply);
+    void deleteNext(QList<PhoneItem> items);
+    void moveNext(QList<PhoneItem> items, const PhoneItem& target, qsizetype total);
     void relist();
     using Start = std::function<void(const std::shared_ptr<PhoneTransfer>& transfer, Done done)>;
     void transfer(const QString& message, const QString& success, bool reloadAfter, const Start& start,
@@ -92,6 +116,7 @@ private:
     bool stale = false; // a listing was asked for while an operation held the tab
     quint64 generation = 0;
     QString statusText = QStringLiteral("Connecting…");
+    std::optional<QString> pendingFolder;
 };
 
 } // namespace orvane

@@ -14,7 +14,7 @@ namespace PhoneClipboard {
 
 QString type();
 void write(const QList<PhoneItem>& items, QMimeData& data);
-// The items in order; those that don't decode are left out.
+// The items in order; those that don't decode are left out, and so are another process's.
 QList<PhoneItem> read(const QMimeData* data);
 
 } // namespace PhoneClipboard

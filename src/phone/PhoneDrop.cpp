@@ -6,6 +6,7 @@
 #include "phone/AndroidBrowser.h"
 #include "phone/AndroidContent.h"
 #include "phone/PhoneClipboard.h"
+#include "phone/PhoneDragData.h"
 #include "phone/PhoneTransfer.h"
 #include "views/ExplorerIconView.h"
 #include "views/ExplorerViewModes.h"
@@ -27,20 +28,22 @@ PhoneDrop::PhoneDrop(Explorer& window, AndroidContent& phones) : QObject(&window
     ExplorerViewModes* modes = w.findChild<ExplorerViewModes*>();
     ExplorerIconView* icons = modes ? modes->iconView() : nullptr;
     if (!icons) return;
-    icons->remoteDragWriter = [this](const std::vector<int>& indexes, QMimeData& data) {
+    icons->remoteDragData = [this](const std::vector<int>& indexes) -> QMimeData* {
         AndroidBrowser* browser = this->phones.active();
-        if (!browser || browser->state().busy()) return false;
+        if (!browser || browser->state().busy()) return nullptr;
         std::vector<Entry> entries;
         for (int index : indexes)
             if (size_t(index) < w.entries().size()) entries.push_back(w.entries()[size_t(index)]);
         const QList<PhoneItem> items = browser->itemsOf(entries);
-        if (!items.isEmpty()) PhoneClipboard::write(items, data);
-        return !items.isEmpty();
+        return items.isEmpty() ? nullptr : new PhoneDragData(items);
     };
     icons->onDropOperation = [this](std::optional<int> index, const QMimeData* data, Qt::DropActions) {
+        if (AndroidBrowser* browser = this->phones.active()) return browser->dropOperation(data, index);
         return target(data, index) ? Qt::CopyAction : Qt::IgnoreAction;
     };
     icons->onPerformDrop = [this](std::optional<int> index, QDropEvent* event) {
+        if (AndroidBrowser* browser = this->phones.active())
+            return browser->performDrop(event->mimeData(), index);
         const std::optional<QString> folder = target(event->mimeData(), index);
         if (folder) perform(PhoneClipboard::read(event->mimeData()), *folder);
         return folder.has_value();
@@ -86,7 +89,10 @@ bool PhoneDrop::eventFilter(QObject*, QEvent* event) {
     case QEvent::DragEnter:
     case QEvent::DragMove:
     case QEvent::Drop:
-        return dropEvent(event);
+        return phones.active() ? phoneDropEvent(event) : dropEvent(event);
+    case QEvent::DragLeave:
+        w.table()->setDropRow(std::nullopt);
+        return false;
     case QEvent::MouseButtonPress:
     case QEvent::MouseMove:
     case QEvent::MouseButtonRelease:
@@ -104,6 +110,27 @@ bool PhoneDrop::dropEvent(QEvent* event) {
     drop->setDropAction(Qt::CopyAction);
     drop->accept();
     if (event->type() == QEvent::Drop) perform(PhoneClipboard::read(drop->mimeData()), *folder);
+    return true;
+}
+
+// Onto a phone folder: phone items move, local files are sent, a folder row under the pointer is
+// marked as the target; nothing else is taken.
+bool PhoneDrop::phoneDropEvent(QEvent* event) {
+    auto* drop = static_cast<QDropEvent*>(event);
+    AndroidBrowser* browser = phones.active();
+    const std::optional<int> row = rowAt(drop->position().toPoint());
+    const Qt::DropAction action = browser->dropOperation(drop->mimeData(), row);
+    const std::optional<AndroidBrowser::DropTarget> into = browser->dropTarget(row);
+    const bool onFolder = into && into->parents.size() > browser->state().history().size();
+    w.table()->setDropRow(
+        action != Qt::IgnoreAction && onFolder && event->type() != QEvent::Drop ? row : std::nullopt);
+    if (action == Qt::IgnoreAction) {
+        drop->ignore();
+        return true;
+    }
+    drop->setDropAction(action);
+    drop->accept();
+    if (event->type() == QEvent::Drop && !browser->performDrop(drop->mimeData(), row)) drop->ignore();
     return true;
 }
 
@@ -128,8 +155,7 @@ bool PhoneDrop::dragOut(QEvent* event) {
     pressedAt.reset();
     const QList<PhoneItem> items = browser ? browser->selectedItems() : QList<PhoneItem>();
     if (items.isEmpty() || browser->state().busy()) return true;
-    auto* data = new QMimeData;
-    PhoneClipboard::write(items, *data);
+    auto* data = new PhoneDragData(items);
     auto* drag = new QDrag(w.table()->viewport());
     drag->setMimeData(data);
     drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::CopyAction);

@@ -15,7 +15,8 @@ class Explorer;
 
 // Phone items dragged out of a phone tab, and dropped on a window that shows a local folder: they
 // are copied from the phone into the folder under the pointer, or the window's folder. With no
-// browser there to hold a status line, the one failure comes as a dialog.
+// browser there to hold a status line, the one failure comes as a dialog. On a window that shows a
+// phone folder, the phone tab takes drops: its own items move, local files are sent.
 class PhoneDrop : public QObject {
     Q_OBJECT
 public:
@@ -30,6 +31,7 @@ protected:
 
 private:
     bool dropEvent(QEvent* event);
+    bool phoneDropEvent(QEvent* event);
     bool dragOut(QEvent* event);
     std::optional<int> rowAt(const QPoint& point) const;
 

@@ -342,7 +342,6 @@ std::vector<int> ExplorerIconCanvas::selectedIndexes() const {
 }
 
 QMimeData* ExplorerIconCanvas::dragData(const std::vector<int>& indexes) const {
-    auto* data = new QMimeData;
     QList<QUrl> urls;
     std::vector<int> phoneItems;
     for (const int index : indexes) {
@@ -353,9 +352,11 @@ QMimeData* ExplorerIconCanvas::dragData(const std::vector<int>& indexes) const {
         else
             urls << QUrl::fromLocalFile(entry->location);
     }
+    // Phone items travel only when the phone browser can make their data; a listing holds no others.
+    if (!phoneItems.empty() && owner->remoteDragData)
+        if (QMimeData* phoneData = owner->remoteDragData(phoneItems)) return phoneData;
+    auto* data = new QMimeData;
     if (!urls.isEmpty()) data->setUrls(urls);
-    // Phone items travel only when the phone browser can write them; the others are left out.
-    if (!phoneItems.empty() && owner->remoteDragWriter) owner->remoteDragWriter(phoneItems, *data);
     return data;
 }
 

@@ -55,8 +55,8 @@ public:
     std::function<bool(QWheelEvent* event)> onMouseWheel;
     // A slow second click on the one selected item: the rename starts.
     std::function<void(int index)> onRenameClick;
-    // Phone items of a drag: writes them to the data and answers whether it wrote any.
-    std::function<bool(const std::vector<int>& indexes, QMimeData& data)> remoteDragWriter;
+    // The data of a drag of phone items, made by the phone browser; null leaves them out.
+    std::function<QMimeData*(const std::vector<int>& indexes)> remoteDragData;
     // What a drop over an item (or the folder, for nothing) would do; IgnoreAction refuses it.
     std::function<Qt::DropAction(std::optional<int> index, const QMimeData* data, Qt::DropActions offered)>
         onDropOperation;

@@ -18,7 +18,7 @@ class ExplorerIconView;
 //
 // A phone browser with a file list of its own follows `modeChanged` and shows its items in an
 // ExplorerIconView of its own (phone entries draw from the listing's facts, with `remoteThumbnail`
-// and `remoteDragWriter` on that view); one that fills the window's listing needs nothing more.
+// and `remoteDragData` on that view); one that fills the window's listing needs nothing more.
 class ExplorerViewModes : public QObject {
     Q_OBJECT
 public:

@@ -421,6 +421,13 @@ QRect FileTable::rowRect(int row) const {
     return QRect(0, rowViewportPosition(row), width, rowHeight(row));
 }
 
+void FileTable::setDropRow(std::optional<int> row) {
+    if (row == dropTargetRow) return;
+    updateRow(dropTargetRow);
+    dropTargetRow = row;
+    updateRow(dropTargetRow);
+}
+
 void FileTable::updateRow(std::optional<int> row) {
     if (row && model() && *row >= 0 && *row < model()->rowCount()) viewport()->update(rowRect(*row));
 }
@@ -498,7 +505,7 @@ void FileTable::paintRows(const QRect& area) {
     state.emphasised = selectionEmphasised();
     const std::optional<int> focusRow = keyboardFocusRow();
     for (int row = first; row <= last; ++row) {
-        state.selected = selectionModel()->isRowSelected(row, QModelIndex());
+        state.selected = selectionModel()->isRowSelected(row, QModelIndex()) || dropTargetRow == row;
         state.hovering = hoveredRow == row;
         state.keyboardFocused = focusRow == row;
         if (state.selected || state.hovering || state.keyboardFocused)

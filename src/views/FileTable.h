@@ -60,6 +60,9 @@ public:
     // Set while the window moves the selection from the keyboard, so the focus ring stays.
     bool extendingKeyboardSelection = false;
     std::optional<int> hoverRow() const { return hoveredRow; }
+    // The folder row a drag would drop into, marked as chosen while the drag is over it.
+    void setDropRow(std::optional<int> row);
+    std::optional<int> dropRow() const { return dropTargetRow; }
     // Selected rows are drawn emphasised while the table has the keyboard focus in the active window.
     bool selectionEmphasised() const;
 
@@ -127,6 +130,7 @@ private:
     bool compactRows = false;
     QPersistentModelIndex focusIndex;
     std::optional<int> hoveredRow;
+    std::optional<int> dropTargetRow;
     bool hoverRefreshQueued = false;
     bool toggleClickInProgress = false;
     bool suppressContextMenu = false;

@@ -39,6 +39,16 @@ class PhoneBrowserStateTest : public QObject {
         return {};
     }
 
+    PhoneItem named(const QString& name) const {
+        for (const PhoneItem& item : state->baseItems())
+            if (item.name == name) return item;
+        qWarning("%s is not listed", qPrintable(name));
+        return {};
+    }
+    bool onPhone(const QString& path) const {
+        return QFileInfo::exists(phone->path(QStringLiteral("Internal storage/DCIM/") + path));
+    }
+
     void open(const QStringList& names) {
         state->setHistory({});
         reload();
@@ -157,6 +167,83 @@ private slots:
         QTRY_COMPARE(state->status(),
                      QStringLiteral("An item with that name already exists. Nothing was overwritten."));
         QVERIFY(!state->busy());
+    }
+
+    // Nothing is sent for a name the phone would refuse or that a sibling has, nor for the same name.
+    void renamesAreCheckedBeforeAnythingIsSent_data() {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("empty") << QString();
+        QTest::newRow("dot") << ".";
+        QTest::newRow("dot dot") << "..";
+        QTest::newRow("slash") << "a/b";
+        QTest::newRow("nul") << QStringLiteral("a") + QChar(0) + QStringLiteral("b");
+        QTest::newRow("a sibling's") << "Zulu";
+        QTest::newRow("a hidden sibling's") << ".thumbnails";
+    }
+
+    void renamesAreCheckedBeforeAnythingIsSent() {
+        QFETCH(QString, name);
+        open({"Internal storage", "DCIM"});
+        statuses.clear();
+        state->rename(named(QStringLiteral("Alpha.txt")), name);
+        QCOMPARE(statuses, QStringList{"Choose a valid, unique name."});
+        QVERIFY(!state->busy());
+        QVERIFY(onPhone(QStringLiteral("Alpha.txt")));
+    }
+
+    // Into itself or below is refused by the chain alone; one clash moves nothing at all; a moved
+    // object keeps its handle and leaves its old parent.
+    void movesAreCheckedBeforeTheFirst() {
+        phone->file(QStringLiteral("Internal storage/DCIM/Zulu/Other.txt"), "other");
+        phone->file(QStringLiteral("Internal storage/DCIM/Other.txt"), "mine");
+        phone->folder(QStringLiteral("Internal storage/DCIM/Zulu/Deep"));
+        open({"Internal storage", "DCIM"});
+        const PhoneItem zulu = named(QStringLiteral("Zulu"));
+        const PhoneItem alpha = named(QStringLiteral("Alpha.txt"));
+        PhoneItem deep = zulu; // below Zulu: only its place in the chain matters
+        deep.id += 1000;
+        const QList<PhoneItem> below = state->chainTo(zulu) << deep;
+        QSignalSpy busy(state.get(), &PhoneBrowserState::busyChanged);
+        state->moveItems({alpha, zulu}, deep, below);
+        QCOMPARE(state->status(), PhoneBrowserState::intoItselfText());
+        state->moveItems({zulu}, zulu, state->chainTo(zulu));
+        QCOMPARE(state->status(), PhoneBrowserState::intoItselfText());
+        QCOMPARE(busy.count(), 2); // two unlocks, no lock: nothing was asked of the phone
+
+        QSignalSpy started(state.get(), &PhoneBrowserState::transferStarted);
+        state->moveItems({alpha, named(QStringLiteral("Other.txt"))}, zulu, state->chainTo(zulu));
+        QTRY_COMPARE(state->status(), PhoneBrowserState::moveClashText());
+        QVERIFY(onPhone(QStringLiteral("Alpha.txt")) && onPhone(QStringLiteral("Other.txt")));
+        QCOMPARE(started.count(), 0);
+
+        QSignalSpy progress(state.get(), &PhoneBrowserState::transferProgress);
+        QSignalSpy finished(state.get(), &PhoneBrowserState::transferFinished);
+        state->moveItems({alpha}, zulu, state->chainTo(zulu));
+        QTRY_VERIFY(finished.count() == 1 && !state->busy());
+        QVERIFY(statuses.contains(QStringLiteral("Moving Alpha.txt…")) &&
+                statuses.contains(QStringLiteral("Moved")));
+        QCOMPARE(progress.takeFirst().at(0).toDouble(), 1.0);
+        QVERIFY(!onPhone(QStringLiteral("Alpha.txt")) && !state->baseItems().contains(alpha));
+        const Outcome renamed =
+            call({QStringLiteral("rename"), QString::number(alpha.id), QStringLiteral("A.txt")});
+        QVERIFY(!renamed.reply.error);
+        QCOMPARE(readAll(phone->path(QStringLiteral("Internal storage/DCIM/Zulu/A.txt"))),
+                 QByteArray("alpha"));
+    }
+
+    // One at a time, stopping at the first error; what went before stays gone.
+    void deletesStopAtTheFirstError() {
+        open({"Internal storage", "DCIM"});
+        PhoneItem gone = named(QStringLiteral("Alpha.txt"));
+        gone.id = 0xFFFFFFF0u;
+        state->deleteItems({named(QStringLiteral("Alpha.txt")), gone, named(QStringLiteral("Zulu"))});
+        QCOMPARE(state->status(), QStringLiteral("Deleting Alpha.txt…"));
+        QTRY_VERIFY(!state->busy());
+        QCOMPARE(state->status(), QStringLiteral("This item is no longer on the phone. Click Refresh."));
+        QVERIFY(!onPhone(QStringLiteral("Alpha.txt")) && onPhone(QStringLiteral("Zulu")));
+        state->deleteItems({named(QStringLiteral("Zulu"))});
+        QTRY_COMPARE(state->status(), QStringLiteral("0 items • Double-click a folder to open it"));
+        QVERIFY(statuses.contains(QStringLiteral("Deleted")) && !onPhone(QStringLiteral("Zulu")));
     }
 };
 
