@@ -13,6 +13,7 @@
 #include "phone/PhoneClipboard.h"
 #include "phone/PhoneDragData.h"
 #include "phone/PhoneLocation.h"
+#include "phone/PhoneWindowFixture.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
 #include "views/FileTable.h"
@@ -31,32 +32,17 @@
 using namespace orvane;
 using namespace orvane::test;
 
-class AndroidBrowserTest : public QObject {
+class AndroidBrowserTest : public PhoneWindowFixture {
     Q_OBJECT
 
-    std::unique_ptr<TempTree> phone;
-    std::unique_ptr<TempTree> local;
-    std::unique_ptr<AppDelegate> app;
-    Explorer* w = nullptr;
-
-    QStringList names() const {
-        QStringList shown;
-        for (const Entry& e : w->entries())
-            shown << e.name();
-        return shown;
-    }
-    QString status() const { return w->widgets().status->text(); }
-    AndroidBrowser* browser() const { return w->findChild<AndroidContent*>()->active(); }
-    bool settled() const { return browser() && !browser()->state().busy() && !w->busy(); }
+    bool idle() const { return settled() && !w->busy(); }
     bool run(const char* name) { return w->commands().run(QLatin1String(name)); }
     QString onPhone(const QString& path) const {
         return phone->path(QStringLiteral("Internal storage/") + path);
     }
     void go(const QString& folder) {
-        w->widgets().pathBox->addressField()->setText(QStringLiteral("Android USB/Internal storage/") +
-                                                      folder);
-        w->addressGo();
-        QTRY_VERIFY(settled() && w->current().scheme() == QLatin1String("android"));
+        type(QStringLiteral("Android USB/Internal storage/") + folder);
+        QTRY_VERIFY(idle() && w->current().scheme() == QLatin1String("android"));
     }
     QLineEdit* editor() const { return w->fileOps()->renameEditor(); }
     // Opens the inline editor through the window's command, types `text` and ends with `key`.
@@ -117,20 +103,13 @@ class AndroidBrowserTest : public QObject {
 
 private slots:
     void init() {
-        phone = std::make_unique<TempTree>();
-        local = std::make_unique<TempTree>();
+        makeTrees();
         phone->file(QStringLiteral("Internal storage/DCIM/Camera/IMG_1.jpg"), "one");
         phone->file(QStringLiteral("Internal storage/DCIM/notes.txt"), "notes");
-        simulate(phone->path());
-        app = std::make_unique<AppDelegate>();
-        w = app->newWindow(QUrl::fromLocalFile(local->folder(QStringLiteral("here"))));
+        openWindow();
         go(QStringLiteral("DCIM"));
     }
-    void cleanup() {
-        app.reset();
-        local.reset();
-        phone.reset();
-    }
+    void cleanup() { closeWindow(); }
 
     // The window's own editor over the name cell: a sibling's name is refused in the status line,
     // Escape sends nothing, and new folders come numbered, chosen and in rename.
@@ -141,7 +120,7 @@ private slots:
         renameWith(QStringLiteral("other.txt"), Qt::Key_Escape);
         QCOMPARE(status(), QStringLiteral("Choose a valid, unique name."));
         renameWith(QStringLiteral("journal.txt"), Qt::Key_Return);
-        QTRY_VERIFY(settled() && names().contains(QStringLiteral("journal.txt")));
+        QTRY_VERIFY(idle() && names().contains(QStringLiteral("journal.txt")));
         QCOMPARE(readAll(onPhone(QStringLiteral("DCIM/journal.txt"))), QByteArray("notes"));
         QCOMPARE(w->selected().front().name(), QStringLiteral("journal.txt"));
 
@@ -155,7 +134,7 @@ private slots:
         QTRY_VERIFY(editor() && editor()->text() == QStringLiteral("New folder (3)"));
         editor()->setText(QStringLiteral("Trips"));
         QTest::keyClick(editor(), Qt::Key_Return);
-        QTRY_VERIFY(settled() && names().contains(QStringLiteral("Trips")));
+        QTRY_VERIFY(idle() && names().contains(QStringLiteral("Trips")));
         QVERIFY(QFileInfo(onPhone(QStringLiteral("DCIM/Trips"))).isDir());
     }
 
@@ -171,12 +150,12 @@ private slots:
                                 "items, including folder contents. Android USB has no Trash and this "
                                 "cannot be undone.|Cancel,Delete permanently!"));
         QVERIFY(QFileInfo::exists(onPhone(QStringLiteral("DCIM/notes.txt"))));
-        QVERIFY(settled());
+        QVERIFY(idle());
         w->activateWindow();
         w->focusFileList();
         answer(&asked, QStringLiteral("Delete permanently"));
         press(w, keys::Delete);
-        QTRY_VERIFY(settled() && names().isEmpty());
+        QTRY_VERIFY(idle() && names().isEmpty());
         QVERIFY(!QFileInfo::exists(onPhone(QStringLiteral("DCIM/Camera/IMG_1.jpg"))));
     }
 
@@ -189,7 +168,7 @@ private slots:
         QVERIFY(clip->hasFormat(PhoneClipboard::type()) && !clip->hasUrls());
         go(QStringLiteral("DCIM/Camera"));
         QVERIFY(run("pasteAction"));
-        QTRY_VERIFY(settled() && names().contains(QStringLiteral("notes.txt")));
+        QTRY_VERIFY(idle() && names().contains(QStringLiteral("notes.txt")));
         QVERIFY(!QFileInfo::exists(onPhone(QStringLiteral("DCIM/notes.txt"))));
 
         selectNames(*w, {"IMG_1.jpg"});
@@ -205,7 +184,7 @@ private slots:
         QCOMPARE(status(), QStringLiteral("A file with that name already exists. Rename it before pasting."));
         go(QStringLiteral("DCIM"));
         QVERIFY(run("pasteAction"));
-        QTRY_VERIFY(settled() && names().contains(QStringLiteral("IMG_1.jpg")));
+        QTRY_VERIFY(idle() && names().contains(QStringLiteral("IMG_1.jpg")));
         QCOMPARE(readAll(onPhone(QStringLiteral("DCIM/IMG_1.jpg"))), QByteArray("one"));
         QDir(QFileInfo(copy).path()).removeRecursively();
     }
@@ -254,13 +233,13 @@ private slots:
         bool marked = false;
         QVERIFY(drop(rowCentre(QStringLiteral("Camera")), items, &marked));
         QVERIFY(marked);
-        QTRY_VERIFY(settled() && !names().contains(QStringLiteral("notes.txt")));
+        QTRY_VERIFY(idle() && !names().contains(QStringLiteral("notes.txt")));
         QCOMPARE(readAll(onPhone(QStringLiteral("DCIM/Camera/notes.txt"))), QByteArray("notes"));
 
         QMimeData files;
         files.setUrls({QUrl::fromLocalFile(local->file(QStringLiteral("song.mp3"), "la"))});
         QVERIFY(drop(background(), files));
-        QTRY_VERIFY(settled() && names().contains(QStringLiteral("song.mp3")));
+        QTRY_VERIFY(idle() && names().contains(QStringLiteral("song.mp3")));
         QCOMPARE(readAll(onPhone(QStringLiteral("DCIM/song.mp3"))), QByteArray("la"));
 
         go(QStringLiteral("DCIM/Camera"));

@@ -11,6 +11,7 @@
 #include "phone/BridgeHarness.h"
 #include "phone/PhoneClipboard.h"
 #include "phone/PhoneLocation.h"
+#include "phone/PhoneWindowFixture.h"
 #include "phone/SendFilesDialog.h"
 #include "platform/Platform.h"
 #include "support/TestEnvironment.h"
@@ -30,35 +31,14 @@
 using namespace orvane;
 using namespace orvane::test;
 
-class AndroidContentTest : public QObject {
+class AndroidContentTest : public PhoneWindowFixture {
     Q_OBJECT
-
-    std::unique_ptr<TempTree> phone;
-    std::unique_ptr<TempTree> local;
-    std::unique_ptr<AppDelegate> app;
-    Explorer* w = nullptr;
 
     static int rowTitled(const PlacesTable& pane, const QString& title) {
         const SidebarTreeSnapshot& s = pane.tree().snapshot();
         for (int row = 0; row < s.count(); ++row)
             if (s.places[row].title == title) return row;
         return -1;
-    }
-    QStringList names() const {
-        QStringList shown;
-        for (const Entry& e : w->entries())
-            shown << e.name();
-        return shown;
-    }
-    QString status() const { return w->widgets().status->text(); }
-    AndroidBrowser* browser() const { return w->findChild<AndroidContent*>()->active(); }
-    bool settled() const { return browser() && !browser()->state().busy(); }
-
-    // Goes to a place the way a person would: the address field and Return.
-    void type(const QString& address) {
-        w->widgets().pathBox->addressField()->setText(address);
-        w->addressGo();
-        QTRY_VERIFY(settled());
     }
     void openNamed(const QString& name) {
         selectNames(*w, {name});
@@ -96,22 +76,15 @@ class AndroidContentTest : public QObject {
 
 private slots:
     void init() {
-        phone = std::make_unique<TempTree>();
-        local = std::make_unique<TempTree>();
+        makeTrees();
         phone->file(QStringLiteral("Internal storage/DCIM/Camera/IMG_1.jpg"), "one");
         phone->file(QStringLiteral("Internal storage/DCIM/Camera/IMG_2.jpg"), "two");
         phone->file(QStringLiteral("Internal storage/DCIM/notes.txt"), "notes");
         phone->folder(QStringLiteral("SD card"));
         local->file(QStringLiteral("here/existing.txt"), "mine");
-        simulate(phone->path());
-        app = std::make_unique<AppDelegate>();
-        w = app->newWindow(QUrl::fromLocalFile(local->path(QStringLiteral("here"))));
+        openWindow();
     }
-    void cleanup() {
-        app.reset();
-        local.reset();
-        phone.reset();
-    }
+    void cleanup() { closeWindow(); }
 
     void aPhoneTabListsStoragesThenFolders() {
         PlacesTable& pane = w->findChild<NavigationPane*>()->table();

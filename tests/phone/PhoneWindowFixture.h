@@ -1,0 +1,61 @@
+#pragma once
+
+#include "browsing/AppDelegate.h"
+#include "browsing/EditablePathBox.h"
+#include "browsing/Explorer.h"
+#include "phone/AndroidBrowser.h"
+#include "phone/AndroidContent.h"
+#include "phone/BridgeHarness.h"
+#include "phone/PhoneBrowserState.h"
+#include "support/TempTree.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QTest>
+#include <memory>
+
+namespace orvane::test {
+
+// A real window over the real bridge and a phone simulated in a temporary folder. The test makes
+// the phone's items, then opens the window on the local folder "here".
+class PhoneWindowFixture : public QObject {
+protected:
+    std::unique_ptr<TempTree> phone;
+    std::unique_ptr<TempTree> local;
+    std::unique_ptr<AppDelegate> app;
+    Explorer* w = nullptr;
+
+    void makeTrees() {
+        phone = std::make_unique<TempTree>();
+        local = std::make_unique<TempTree>();
+    }
+    void openWindow() {
+        simulate(phone->path());
+        app = std::make_unique<AppDelegate>();
+        w = app->newWindow(QUrl::fromLocalFile(local->folder(QStringLiteral("here"))));
+    }
+    void closeWindow() {
+        app.reset();
+        local.reset();
+        phone.reset();
+    }
+
+    QStringList names() const {
+        QStringList shown;
+        for (const Entry& e : w->entries())
+            shown << e.name();
+        return shown;
+    }
+    QString status() const { return w->widgets().status->text(); }
+    AndroidBrowser* browser() const { return w->findChild<AndroidContent*>()->active(); }
+    // The phone tab has its answer.
+    bool settled() const { return browser() && !browser()->state().busy(); }
+    // Goes to a place the way a person would: the address field and Return.
+    void type(const QString& address) {
+        w->widgets().pathBox->addressField()->setText(address);
+        w->addressGo();
+        QTRY_VERIFY(settled());
+    }
+};
+
+} // namespace orvane::test
