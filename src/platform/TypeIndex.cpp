@@ -60,6 +60,13 @@ QMimeType TypeIndex::mostCommon(const QList<QMimeType>& candidates) {
     return *best->type;
 }
 
+// The database's own texts are not consistent: "PDF document" beside "plain text document".
+QString TypeIndex::description(const QMimeType& type) {
+    QString text = type.comment();
+    if (!text.isEmpty()) text[0] = text[0].toUpper();
+    return text;
+}
+
 // A name or suffix claimed by several types is settled by the database itself, which knows the glob
 // weights and which globs are case-sensitive; only its ties are ours to break.
 void TypeIndex::build(QList<QMimeType> types) {
@@ -95,7 +102,8 @@ void TypeIndex::build(QList<QMimeType> types) {
                 claim(suffixClaims, suffix.toLower(), u'x' + suffix.toLower(), type.name());
                 if (suffix != suffix.toLower()) claim(suffixClaims, suffix, u'x' + suffix, type.name());
             } else {
-                loose.push_back({glob.size(), familyRank(type.name()), glob, {type.name(), type.comment()}});
+                loose.push_back(
+                    {glob.size(), familyRank(type.name()), glob, {type.name(), description(type)}});
             }
         }
     }
@@ -107,7 +115,7 @@ void TypeIndex::build(QList<QMimeType> types) {
                 candidates.removeIf([&](const QMimeType& t) { return !known.contains(t.name()); });
                 chosen = mostCommon(candidates);
             }
-            if (chosen.isValid()) table.insert(it.key(), {chosen.name(), chosen.comment()});
+            if (chosen.isValid()) table.insert(it.key(), {chosen.name(), description(chosen)});
         }
     };
     settle(literalClaims, literals);

@@ -29,6 +29,8 @@ public:
     // The type's name ("application/json"), or an empty text when no pattern matches.
     QString typeName(const QString& fileName) const;
 
+    // The type's comment as a column shows it: a sentence, so it starts with a capital.
+    static QString description(const QMimeType& type);
     // Of types that claim a name equally, the one shown.
     static QMimeType mostCommon(const QList<QMimeType>& candidates);
 

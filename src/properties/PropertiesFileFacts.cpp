@@ -1,5 +1,7 @@
 #include "properties/PropertiesFileFacts.h"
 
+#include "platform/TypeIndex.h"
+
 #include <QDir>
 #include <QFile>
 #include <QLocale>
@@ -102,7 +104,7 @@ void readType(PropertiesFileFacts& facts, const QByteArray& path, const QString&
     }
     const QMimeType type = typeOf(path, name, sx);
     facts.typeName = type.name();
-    facts.kind = type.comment().isEmpty() ? QStringLiteral("File") : type.comment();
+    facts.kind = type.comment().isEmpty() ? QStringLiteral("File") : TypeIndex::description(type);
 }
 
 } // namespace

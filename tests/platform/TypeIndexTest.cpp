@@ -42,7 +42,14 @@ private slots:
         const QMimeType expected = QMimeDatabase().mimeTypeForName(type);
         QVERIFY(expected.isValid());
         QCOMPARE(TypeIndex::shared().typeName(name), type);
-        QCOMPARE(TypeIndex::shared().describe(name), expected.comment());
+        QCOMPARE(TypeIndex::shared().describe(name), TypeIndex::description(expected));
+    }
+
+    // The database writes some in lower case ("plain text document"); a column shows a sentence.
+    void descriptionsStartWithACapital() {
+        QCOMPARE(TypeIndex::shared().describe(QStringLiteral("notes.txt")),
+                 QStringLiteral("Plain text document"));
+        QCOMPARE(TypeIndex::shared().describe(QStringLiteral("paper.pdf")), QStringLiteral("PDF document"));
     }
 
     // The database hands its types over in hash order, which changes from run to run.
