@@ -16,7 +16,6 @@ namespace orvane {
 namespace {
 struct Request {
     QStringList args;
-    QList<QStringList> rest; // of a sequence, run while each succeeds
     PhoneBridge::Progress progress;
     PhoneBridge::Done done;
     QString executable;
@@ -109,12 +108,6 @@ void BridgeQueue::work() {
             continue;
         }
         PhoneReply reply = serve(request);
-        // A round trip through the main thread per small file would cost more than the file itself.
-        while (!reply.error && !request.rest.isEmpty()) {
-            request.args = request.rest.takeFirst();
-            if (request.progress) onMainThread([progress = request.progress] { progress(0); });
-            reply = serve(request);
-        }
         onMainThread([done = std::move(request.done), reply = std::move(reply)] {
             if (done) done(reply);
         });
@@ -163,19 +156,6 @@ bool BridgeQueue::exchange(const Request& request, PhoneReply& reply) {
 void PhoneBridge::run(const QStringList& args, Progress progress, Done done) {
     Request request;
     request.args = args;
-    request.progress = std::move(progress);
-    request.done = std::move(done);
-    bridgeQueue().submit(std::move(request));
-}
-
-void PhoneBridge::runSequence(const QList<QStringList>& requests, Progress progress, Done done) {
-    if (requests.isEmpty()) {
-        if (done) onMainThread([done = std::move(done)] { done(PhoneReply()); });
-        return;
-    }
-    Request request;
-    request.args = requests.first();
-    request.rest = requests.mid(1);
     request.progress = std::move(progress);
     request.done = std::move(done);
     bridgeQueue().submit(std::move(request));

@@ -21,10 +21,6 @@ public:
     // Returns at once. `progress` (optional) runs for each progress line and `done` exactly once
     // after them, both on the main thread.
     static void run(const QStringList& args, Progress progress, Done done);
-    // Runs the requests one after another on the worker, with no trip back to the caller between
-    // them, and stops at the first that fails: `done` gets that failure, or else the last reply.
-    // `progress` starts again from 0 at each request.
-    static void runSequence(const QList<QStringList>& requests, Progress progress, Done done);
 
     static QString unavailableText();
     // Beside the application: the bundle's Contents/Helpers, or the executable's own folder.

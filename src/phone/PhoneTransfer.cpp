@@ -98,19 +98,15 @@ void PhoneTransfer::sendLevel(const Nodes* nodes, const PhoneItem& parent, Done 
 
 void PhoneTransfer::sendNext(const Nodes* nodes, qsizetype index, const PhoneItem& parent, Done done) {
     if (index == nodes->size()) return done(std::nullopt);
-    // Files side by side travel as one sequence; a folder needs its own answer before its contents.
-    qsizetype end = index;
-    while (end < nodes->size() && !nodes->at(end).folder)
-        ++end;
-    const qsizetype after = end == index ? index + 1 : end;
-    Done next = [self = shared_from_this(), nodes, after, parent, done](const std::optional<QString>& error) {
+    Done next = [self = shared_from_this(), nodes, index, parent, done](const std::optional<QString>& error) {
         if (error) return done(error);
-        self->sendNext(nodes, after, parent, done);
+        self->sendNext(nodes, index + 1, parent, done);
     };
-    if (end == index)
-        sendFolder(nodes->at(index), parent, std::move(next));
+    const UploadNode& node = nodes->at(index);
+    if (node.folder)
+        sendFolder(node, parent, std::move(next));
     else
-        sendFiles(nodes->mid(index, end - index), parent, std::move(next));
+        sendFile(node, parent, std::move(next));
 }
 
 void PhoneTransfer::sendFolder(const UploadNode& node, const PhoneItem& parent, Done next) {
@@ -128,13 +124,11 @@ void PhoneTransfer::sendFolder(const UploadNode& node, const PhoneItem& parent, 
         });
 }
 
-void PhoneTransfer::sendFiles(const Nodes& files, const PhoneItem& parent, Done next) {
-    QList<QStringList> requests;
-    for (const UploadNode& node : files)
-        requests.append(
-            {QStringLiteral("put"), number(parent.storage), number(parent.id), QString::fromUtf8(node.path)});
+void PhoneTransfer::sendFile(const UploadNode& node, const PhoneItem& parent, Done next) {
     if (progress) progress(0);
-    PhoneBridge::runSequence(requests, forwarder(), [next](const PhoneReply& reply) { next(reply.error); });
+    PhoneBridge::run(
+        {QStringLiteral("put"), number(parent.storage), number(parent.id), QString::fromUtf8(node.path)},
+        forwarder(), [next](const PhoneReply& reply) { next(reply.error); });
 }
 
 void PhoneTransfer::download(const QList<PhoneItem>& items, const QByteArray& folder, Done done) {

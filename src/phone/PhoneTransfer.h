@@ -37,7 +37,7 @@ private:
     void sendLevel(const Nodes* nodes, const PhoneItem& parent, Done done);
     void sendNext(const Nodes* nodes, qsizetype index, const PhoneItem& parent, Done done);
     void sendFolder(const UploadNode& node, const PhoneItem& parent, Done next);
-    void sendFiles(const Nodes& files, const PhoneItem& parent, Done next);
+    void sendFile(const UploadNode& node, const PhoneItem& parent, Done next);
 
     void fetchNext(std::shared_ptr<const QList<PhoneItem>> items, qsizetype index, const QByteArray& folder,
                    Done done);

@@ -67,28 +67,6 @@ private slots:
         QVERIFY(liveBridges() != first);
     }
 
-    // A sequence stops at its first failure: what came before stays done, nothing after is sent.
-    void aSequenceStopsAtItsFirstFailure() {
-        start();
-        const QStringList made{QStringLiteral("mkdir"), storage, root, QStringLiteral("Made")};
-        const QStringList missing{QStringLiteral("put"), storage, root, phone->path(QStringLiteral("gone"))};
-        const QStringList never{QStringLiteral("mkdir"), storage, root, QStringLiteral("Never")};
-        std::optional<PhoneReply> reply;
-        int starts = 0;
-        PhoneBridge::runSequence(
-            {made, missing, never}, [&](double f) { starts += f == 0; },
-            [&](const PhoneReply& r) { reply = r; });
-        QTRY_VERIFY(reply);
-        QVERIFY(reply->error);
-        QCOMPARE(starts, 1); // the second request began; the third never did
-        QVERIFY(QFileInfo(phone->path(QStringLiteral("Internal storage/Made"))).isDir());
-        QVERIFY(!QFileInfo::exists(phone->path(QStringLiteral("Internal storage/Never"))));
-        reply.reset();
-        PhoneBridge::runSequence({never}, nullptr, [&](const PhoneReply& r) { reply = r; });
-        QTRY_VERIFY(reply);
-        QVERIFY(!reply->error && reply->id);
-    }
-
     void aBridgeThatExitsAfterAnsweringIsReplacedSilently() {
         start({{QStringLiteral("MTP_BRIDGE_EXIT_AFTER"), QStringLiteral("1")}});
         QVERIFY(!call({QStringLiteral("scan")}).reply.error);
