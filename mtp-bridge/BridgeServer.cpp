@@ -152,25 +152,50 @@ bool BridgeServer::transferGoesOn() {
     return !broken && !stopRequested;
 }
 
+// "get" takes one or more pairs of handle and path, "put" one or more paths after its folder. The files
+// go one after another and the first error ends the request, as separate requests would, without a
+// round trip each; a malformed request moves nothing.
 ReplyLine BridgeServer::transfer(const QStringList& args) {
+    const bool get = args[0] == QLatin1String("get");
+    const qsizetype first = get ? 1 : 3, step = get ? 2 : 1;
+    uint32_t storage = 0, parent = 0, id;
+    if (args.size() < first + step || (args.size() - first) % step != 0) return failure(badRequest);
+    if (!get && (!number(args[1], storage) || !number(args[2], parent))) return failure(badRequest);
+    for (qsizetype i = first; get && i < args.size(); i += step)
+        if (!number(args[i], id)) return failure(badRequest);
+    for (qsizetype i = first; i < args.size(); i += step) {
+        if (i > first) writeProgress(0); // each file reports from 0 anew
+        const std::string error = get ? getOne(args[i], args[i + 1]) : putOne(storage, parent, args[i]);
+        if (!error.empty()) return failure(error);
+    }
+    return {};
+}
+
+std::string BridgeServer::getOne(const QString& handle, const QString& path) {
     ProgressThrottle throttle([this](double fraction) { writeProgress(fraction); });
-    const TransferProgress progress = [this, &throttle](uint64_t done, uint64_t total) {
+    uint32_t id = 0;
+    number(handle, id);
+    Download download(utf8(path));
+    std::string error = download.open();
+    if (error.empty())
+        error = phone.get(id, download.fd(), utf8(path.section(u'/', -1)), progressTo(throttle));
+    if (error.empty()) error = download.commit();
+    if (error.empty()) throttle.finish();
+    return error;
+}
+
+std::string BridgeServer::putOne(uint32_t storage, uint32_t parent, const QString& path) {
+    ProgressThrottle throttle([this](double fraction) { writeProgress(fraction); });
+    const std::string error = phone.put(storage, parent, utf8(path), progressTo(throttle));
+    if (error.empty()) throttle.finish();
+    return error;
+}
+
+TransferProgress BridgeServer::progressTo(ProgressThrottle& throttle) {
+    return [this, &throttle](uint64_t done, uint64_t total) {
         throttle.report(done, total);
         return transferGoesOn();
     };
-    uint32_t id, storage, parent;
-    std::string error = badRequest;
-    if (args[0] == QLatin1String("get") && args.size() == 3 && number(args[1], id)) {
-        Download download(utf8(args[2]));
-        error = download.open();
-        if (error.empty()) error = phone.get(id, download.fd(), utf8(args[2].section(u'/', -1)), progress);
-        if (error.empty()) error = download.commit();
-    } else if (args[0] == QLatin1String("put") && args.size() == 4 && number(args[1], storage) &&
-               number(args[2], parent))
-        error = phone.put(storage, parent, utf8(args[3]), progress);
-    if (!error.empty()) return failure(error);
-    throttle.finish();
-    return {};
 }
 
 ReplyLine BridgeServer::edit(const QStringList& args) {

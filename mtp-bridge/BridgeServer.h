@@ -2,6 +2,7 @@
 
 #include "FaultPlan.h"
 #include "PhoneBackend.h"
+#include "ProgressThrottle.h"
 
 #include "ReplyLine.h"
 
@@ -28,6 +29,9 @@ private:
     bool handleLine(const QByteArray& line);
     ReplyLine answer(const QStringList& args);
     ReplyLine transfer(const QStringList& args);
+    std::string getOne(const QString& handle, const QString& path);
+    std::string putOne(uint32_t storage, uint32_t parent, const QString& path);
+    TransferProgress progressTo(ProgressThrottle& throttle);
     ReplyLine edit(const QStringList& args);
     ReplyLine inspect(const QStringList& args);
     void decorate(ReplyLine& reply, const QByteArray& line) const;

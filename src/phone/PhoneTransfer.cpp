@@ -37,6 +37,11 @@ bool present(const QByteArray& path) {
     return ::lstat(path.constData(), &status) == 0;
 }
 
+// Files that go in one request: a round trip each would cost small files more than their bytes.
+// Bounded well below the bridge's longest request line.
+constexpr qsizetype batchFiles = 64;
+constexpr qsizetype batchPathBytes = 64 * 1024;
+
 // Reads the local side off the main thread: a large tree takes a moment to walk.
 void readPlan(const QList<QByteArray>& paths, std::function<void(UploadPlan)> then) {
     QThreadPool::globalInstance()->start([paths, then = std::move(then)] {
@@ -98,15 +103,13 @@ void PhoneTransfer::sendLevel(const Nodes* nodes, const PhoneItem& parent, Done 
 
 void PhoneTransfer::sendNext(const Nodes* nodes, qsizetype index, const PhoneItem& parent, Done done) {
     if (index == nodes->size()) return done(std::nullopt);
-    Done next = [self = shared_from_this(), nodes, index, parent, done](const std::optional<QString>& error) {
-        if (error) return done(error);
-        self->sendNext(nodes, index + 1, parent, done);
-    };
     const UploadNode& node = nodes->at(index);
-    if (node.folder)
-        sendFolder(node, parent, std::move(next));
-    else
-        sendFile(node, parent, std::move(next));
+    if (!node.folder) return sendFiles(nodes, index, parent, std::move(done));
+    sendFolder(node, parent,
+               [self = shared_from_this(), nodes, index, parent, done](const std::optional<QString>& error) {
+                   if (error) return done(error);
+                   self->sendNext(nodes, index + 1, parent, done);
+               });
 }
 
 void PhoneTransfer::sendFolder(const UploadNode& node, const PhoneItem& parent, Done next) {
@@ -124,11 +127,21 @@ void PhoneTransfer::sendFolder(const UploadNode& node, const PhoneItem& parent, 
         });
 }
 
-void PhoneTransfer::sendFile(const UploadNode& node, const PhoneItem& parent, Done next) {
+// The files that follow one another at `index` go in one "put", which stops at the first error.
+void PhoneTransfer::sendFiles(const Nodes* nodes, qsizetype index, const PhoneItem& parent, Done done) {
+    QStringList request = {QStringLiteral("put"), number(parent.storage), number(parent.id)};
+    qsizetype end = index, bytes = 0;
+    for (; end < nodes->size() && !nodes->at(end).folder && end - index < batchFiles; ++end) {
+        bytes += nodes->at(end).path.size();
+        if (end > index && bytes > batchPathBytes) break;
+        request << QString::fromUtf8(nodes->at(end).path);
+    }
     if (progress) progress(0);
-    PhoneBridge::run(
-        {QStringLiteral("put"), number(parent.storage), number(parent.id), QString::fromUtf8(node.path)},
-        forwarder(), [next](const PhoneReply& reply) { next(reply.error); });
+    PhoneBridge::run(request, forwarder(),
+                     [self = shared_from_this(), nodes, end, parent, done](const PhoneReply& reply) {
+                         if (reply.error) return done(reply.error);
+                         self->sendNext(nodes, end, parent, done);
+                     });
 }
 
 void PhoneTransfer::download(const QList<PhoneItem>& items, const QByteArray& folder, Done done) {
@@ -140,17 +153,15 @@ void PhoneTransfer::fetchNext(std::shared_ptr<const QList<PhoneItem>> items, qsi
                               const QByteArray& folder, Done done) {
     if (index == items->size()) return done(std::nullopt);
     const PhoneItem& item = items->at(index);
-    Done next = [self = shared_from_this(), items, index, folder, done](const std::optional<QString>& error) {
-        if (error) return done(error);
-        self->fetchNext(items, index + 1, folder, done);
-    };
-    if (!valid(item.name)) return next(QStringLiteral("Invalid phone filename"));
+    if (!valid(item.name)) return done(QStringLiteral("Invalid phone filename"));
     const QByteArray destination = folder + '/' + QFile::encodeName(item.name);
-    if (present(destination)) return next(alreadyThere(item.name));
-    if (item.folder)
-        fetchFolder(item, destination, std::move(next));
-    else
-        fetchFile(item, folder, destination, std::move(next));
+    if (present(destination)) return done(alreadyThere(item.name));
+    if (!item.folder) return fetchFiles(std::move(items), index, folder, std::move(done));
+    fetchFolder(item, destination,
+                [self = shared_from_this(), items, index, folder, done](const std::optional<QString>& error) {
+                    if (error) return done(error);
+                    self->fetchNext(items, index + 1, folder, done);
+                });
 }
 
 void PhoneTransfer::fetchFolder(const PhoneItem& item, const QByteArray& destination, Done next) {
@@ -167,29 +178,55 @@ void PhoneTransfer::fetchFolder(const PhoneItem& item, const QByteArray& destina
         });
 }
 
-// The file arrives under a hidden name beside its destination and is renamed into place only when
-// whole; the rename refuses to replace whatever may have appeared there meanwhile.
-void PhoneTransfer::fetchFile(const PhoneItem& item, const QByteArray& folder, const QByteArray& destination,
-                              Done next) {
-    const QByteArray staging =
-        folder + '/' + stagingPrefix() + QUuid::createUuid().toString(QUuid::WithoutBraces).toLatin1();
-    const std::optional<QString> stagingText = exactText(staging);
-    if (!stagingText)
-        return next(QStringLiteral("Cannot copy ") + item.name +
+// Each file arrives under a hidden name beside its destination and is renamed into place only when
+// whole; the rename refuses to replace whatever may have appeared there meanwhile. The files that
+// follow one another at `index`, and pass the same checks as the first, go in one "get".
+void PhoneTransfer::fetchFiles(std::shared_ptr<const QList<PhoneItem>> items, qsizetype index,
+                               const QByteArray& folder, Done done) {
+    const QByteArray prefix = folder + '/' + stagingPrefix();
+    const std::optional<QString> prefixText = exactText(prefix);
+    if (!prefixText)
+        return done(QStringLiteral("Cannot copy ") + items->at(index).name +
                     QStringLiteral(" into a folder whose path isn't valid UTF-8 text."));
+    auto staged = std::make_shared<QList<Staged>>();
+    QStringList request = {QStringLiteral("get")};
+    for (qsizetype i = index; i < items->size() && staged->size() < batchFiles; ++i) {
+        const PhoneItem& item = items->at(i);
+        const QByteArray destination = folder + '/' + QFile::encodeName(item.name);
+        if (item.folder || !valid(item.name) || (i > index && present(destination))) break;
+        const QString unique = QUuid::createUuid().toString(QUuid::WithoutBraces);
+        staged->append({item.name, prefix + unique.toLatin1(), destination});
+        request << number(item.id) << *prefixText + unique;
+    }
     if (progress) progress(0);
-    PhoneBridge::run({QStringLiteral("get"), number(item.id), *stagingText}, forwarder(),
-                     [name = item.name, staging, destination, next](const PhoneReply& reply) {
-                         if (reply.error) {
-                             ::unlink(staging.constData());
-                             return next(reply.error);
-                         }
-                         const int code = renameNoReplace(staging.constData(), destination.constData());
-                         if (code == 0) return next(std::nullopt);
-                         ::unlink(staging.constData());
-                         next(code == EEXIST ? alreadyThere(name)
-                                             : systemText(QStringLiteral("Cannot copy ") + name, code));
-                     });
+    PhoneBridge::run(
+        request, forwarder(),
+        [self = shared_from_this(), items, index, folder, done, staged](const PhoneReply& reply) {
+            if (const std::optional<QString> error = settle(*staged, reply.error)) return done(error);
+            self->fetchNext(items, index + staged->size(), folder, done);
+        });
+}
+
+// Renames what arrived into place in order, up to the first file that failed; removes every staging
+// file after it. Answers the first error.
+std::optional<QString> PhoneTransfer::settle(const QList<Staged>& staged,
+                                             const std::optional<QString>& failed) {
+    std::optional<QString> error;
+    for (const Staged& file : staged) {
+        if (error) {
+            ::unlink(file.staging.constData());
+            continue;
+        }
+        const int code = renameNoReplace(file.staging.constData(), file.destination.constData());
+        if (code == 0) continue;
+        ::unlink(file.staging.constData());
+        if (code == ENOENT && failed)
+            error = failed; // where the bridge stopped
+        else
+            error = code == EEXIST ? alreadyThere(file.name)
+                                   : systemText(QStringLiteral("Cannot copy ") + file.name, code);
+    }
+    return error ? error : failed;
 }
 
 } // namespace orvane

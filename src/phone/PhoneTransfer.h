@@ -11,8 +11,9 @@
 namespace orvane {
 
 // Carries files and whole folders between this computer and a phone with "put" and "get", one file
-// at a time, never overwriting anything on either side. Everything stops at the first error; what
-// was sent stays. Made with std::make_shared: each step's callback keeps the transfer alive.
+// at a time (several small ones to a request), never overwriting anything on either side. Everything stops at
+// the first error; what was sent stays. Made with std::make_shared: each step's callback keeps the transfer
+// alive.
 class PhoneTransfer : public std::enable_shared_from_this<PhoneTransfer> {
 public:
     using Done = std::function<void(const std::optional<QString>& error)>;
@@ -37,12 +38,19 @@ private:
     void sendLevel(const Nodes* nodes, const PhoneItem& parent, Done done);
     void sendNext(const Nodes* nodes, qsizetype index, const PhoneItem& parent, Done done);
     void sendFolder(const UploadNode& node, const PhoneItem& parent, Done next);
-    void sendFile(const UploadNode& node, const PhoneItem& parent, Done next);
+    void sendFiles(const Nodes* nodes, qsizetype index, const PhoneItem& parent, Done done);
 
     void fetchNext(std::shared_ptr<const QList<PhoneItem>> items, qsizetype index, const QByteArray& folder,
                    Done done);
     void fetchFolder(const PhoneItem& item, const QByteArray& destination, Done next);
-    void fetchFile(const PhoneItem& item, const QByteArray& folder, const QByteArray& destination, Done next);
+    void fetchFiles(std::shared_ptr<const QList<PhoneItem>> items, qsizetype index, const QByteArray& folder,
+                    Done done);
+    struct Staged {
+        QString name;
+        QByteArray staging;
+        QByteArray destination;
+    };
+    static std::optional<QString> settle(const QList<Staged>& staged, const std::optional<QString>& failed);
     std::function<void(double)> forwarder() const;
 
     std::shared_ptr<const UploadPlan> plan;

@@ -131,6 +131,32 @@ private slots:
         QVERIFY(readAll(target) == content);
     }
 
+    // Several files in one request go in order and stop at the first error; a malformed one moves nothing.
+    void severalFilesInOneRequestStopAtTheFirstError() {
+        const QString a = local->file(QStringLiteral("a.txt"), "a"),
+                      c = local->file(QStringLiteral("c.txt"), "c");
+        const Outcome sent =
+            call({QStringLiteral("put"), storage, root, a, local->path(QStringLiteral("b.txt")), c});
+        QVERIFY(sent.reply.error);
+        QCOMPARE(sent.progress.count(0.0),
+                 1); // the second file started from 0; the first starts at the client
+        QCOMPARE(readAll(internal(QStringLiteral("a.txt"))), QByteArray("a"));
+        QVERIFY(!QFileInfo::exists(internal(QStringLiteral("c.txt"))));
+
+        const QString id = QString::number(listed(QStringLiteral("a.txt")).id);
+        const QString first = local->path(QStringLiteral("1")), second = local->path(QStringLiteral("2"));
+        QCOMPARE(call({QStringLiteral("get"), id, first, QStringLiteral("x"), second}).reply.error,
+                 std::optional<QString>(QStringLiteral("Bad request.")));
+        QCOMPARE(call({QStringLiteral("get"), id, first, id}).reply.error,
+                 std::optional<QString>(QStringLiteral("Bad request.")));
+        QVERIFY(!QFileInfo::exists(first));
+        const QString third = local->path(QStringLiteral("3"));
+        QVERIFY(call({QStringLiteral("get"), id, first, QStringLiteral("999999"), second, id, third})
+                    .reply.error);
+        QCOMPARE(readAll(first), QByteArray("a"));
+        QVERIFY(!QFileInfo::exists(second) && !QFileInfo::exists(third));
+    }
+
     void nothingIsOverwritten() {
         const QString source = local->file(QStringLiteral("a.txt"), "new");
         phone->file(QStringLiteral("Internal storage/a.txt"), "old");

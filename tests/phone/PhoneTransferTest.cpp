@@ -123,6 +123,8 @@ private slots:
         local->file(QStringLiteral("Trip/big.bin"), pattern(1 << 20, 3));
         local->file(QStringLiteral("Trip/ملف التجربة.txt"), QStringLiteral("مرحبا\n").toUtf8());
         local->file(QStringLiteral("Trip/Deep/er/leaf.txt"), "leaf");
+        for (int i = 0; i < 150; ++i) // more than one request's worth of small files
+            local->file(QStringLiteral("Trip/Many/%1.txt").arg(i), QByteArray::number(i));
         const Result sent = upload({local->path(QStringLiteral("Trip"))});
         QVERIFY2(!sent.error, qPrintable(sent.error.value_or(QString())));
         QVERIFY(sent.progress.contains(0.0) && sent.progress.contains(1.0));
@@ -297,6 +299,21 @@ private slots:
         QCOMPARE(left, fault == "taken" ? QStringList{"a.bin"} : QStringList());
         QCOMPARE(readAll(into + QStringLiteral("/a.bin")),
                  fault == "taken" ? QByteArray("appeared") : QByteArray());
+    }
+
+    // Files fetched in one request are kept up to the one that failed; nothing after it is written.
+    void aFailedFileEndsADownloadAndKeepsWhatCameBefore() {
+        for (const char* name : {"a.txt", "b.txt", "c.txt"})
+            phone->file(QStringLiteral("Internal storage/") + QLatin1String(name), name);
+        const QList<PhoneItem> items = {listed(QStringLiteral("a.txt")), listed(QStringLiteral("b.txt")),
+                                        listed(QStringLiteral("c.txt"))};
+        QVERIFY(QFile::remove(internal(QStringLiteral("b.txt"))));
+        const QString into = local->folder(QStringLiteral("into"));
+        QCOMPARE(download(items, into).error, std::optional<QString>(QStringLiteral(
+                                                  "This item is no longer on the phone. Click Refresh.")));
+        QCOMPARE(QDir(into).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+                 QStringList{"a.txt"});
+        QCOMPARE(readAll(into + QStringLiteral("/a.txt")), QByteArray("a.txt"));
     }
 
     // Sparse, so the disk holds little of it; its bytes are still compared in full both ways.
