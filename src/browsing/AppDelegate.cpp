@@ -4,6 +4,7 @@
 #include "browsing/ModalShortcuts.h"
 #include "browsing/WindowCommands.h"
 #include "chrome/ExplorerAlert.h"
+#include "system/ExternalOpenRequests.h"
 #include "views/FileIcons.h"
 #include "views/FileTable.h"
 
@@ -14,7 +15,7 @@
 
 namespace orvane {
 
-AppDelegate::AppDelegate(QObject* parent) : QObject(parent) {
+AppDelegate::AppDelegate(QObject* parent) : QObject(parent), external(new ExternalOpenRequests(*this)) {
     QApplication::setQuitOnLastWindowClosed(false);
 }
 
@@ -25,6 +26,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     didFinishLaunching = true;
     // Queued, so open requests that arrive just after launch are served before a window is made.
     QTimer::singleShot(0, this, [this] {
+        drainExternalRequests();
         if (windows.empty()) newWindow();
         if (!windows.empty()) windows.back()->activateWindow();
         emit firstWindowDecided();
@@ -40,6 +42,18 @@ Explorer* AppDelegate::newWindow(const std::optional<QUrl>& initialURL) {
     raw->show();
     raw->activateWindow();
     return raw;
+}
+
+void AppDelegate::receiveExternalURLs(const QList<QUrl>& urls, bool reveal) {
+    external->receive(urls, reveal);
+}
+
+void AppDelegate::drainExternalRequests() {
+    external->drain();
+}
+
+void AppDelegate::openExternalPlan(const ExternalOpenPlan& plan, bool activate) {
+    external->open(plan, activate);
 }
 
 void AppDelegate::installModalShortcuts() {

@@ -14,6 +14,8 @@ class QMessageBox;
 namespace orvane {
 
 class Explorer;
+struct ExternalOpenPlan;
+class ExternalOpenRequests;
 class ModalShortcuts;
 
 // The one application object: the registry of windows and the guards on closing and quitting.
@@ -31,6 +33,10 @@ public:
 
     void applicationDidFinishLaunching();
     Explorer* newWindow(const std::optional<QUrl>& initialURL = std::nullopt);
+    // Requests from outside to open folders and files; they wait until launching is over.
+    void receiveExternalURLs(const QList<QUrl>& urls, bool reveal = false);
+    void drainExternalRequests();
+    void openExternalPlan(const ExternalOpenPlan& plan, bool activate);
     bool anyWindowBusy() const;
     bool shouldTerminateAfterLastWindowClosed() const;
     // Asked on every quit; refuses with an alert while something still runs.
@@ -50,6 +56,7 @@ private:
     void routeEdit(int tag, Explorer* window);
 
     QPointer<QMessageBox> alert;
+    ExternalOpenRequests* external;
 };
 
 } // namespace orvane

@@ -1,6 +1,7 @@
 #include "batteries/SelfTest.h"
 #include "browsing/AppDelegate.h"
 #include "browsing/Palette.h"
+#include "system/ExternalOpenRequests.h"
 
 #include <QApplication>
 
@@ -14,6 +15,8 @@ int main(int argc, char** argv) {
     if (args.contains(QStringLiteral("--self-test"))) return orvane::SelfTest().run();
     if (args.contains(QStringLiteral("--phone-parity-test"))) return orvane::runPhoneParityTest();
     orvane::AppDelegate delegate;
+    if (const QList<QUrl> urls = orvane::ExternalOpenRequests::fromArguments(argc, argv); !urls.isEmpty())
+        delegate.receiveExternalURLs(urls);
     delegate.applicationDidFinishLaunching();
     return app.exec();
 }

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "system/ExternalOpenPlan.h"
+
+#include <QList>
+#include <QObject>
+#include <QTimer>
+#include <QUrl>
+#include <utility>
+
+namespace orvane {
+
+class AppDelegate;
+class Explorer;
+
+// Requests from outside to open folders and files: from the command line now, from the system's
+// open events where there are any. They wait, in order, until launching is over and no modal dialog
+// is up, then each shows its folders in tabs of the windows there are, or in a new window.
+class ExternalOpenRequests : public QObject {
+    Q_OBJECT
+public:
+    explicit ExternalOpenRequests(AppDelegate& app);
+
+    void receive(const QList<QUrl>& urls, bool reveal);
+    void drain();
+    void open(const ExternalOpenPlan& plan, bool activate);
+    bool waiting() const { return !pending.isEmpty(); }
+
+    // Clears the search, shows hidden files when one of the items is hidden, and selects the items
+    // by name in what the window shows.
+    static void applyExternalSelection(Explorer& window, const QList<QUrl>& urls);
+
+    // The paths and file URLs of a command line, exact bytes kept; options are left out.
+    static QList<QUrl> fromArguments(int argc, char** argv);
+
+private:
+    Explorer* preferredWindow() const;
+    Explorer* show(const ExternalFolderRequest& request, Explorer*& preferred);
+    void report(const ExternalOpenPlan& plan, Explorer* last, bool openedAny);
+
+    AppDelegate& app;
+    QList<std::pair<QList<QUrl>, bool>> pending;
+    QTimer retry;
+};
+
+} // namespace orvane
