@@ -9,8 +9,8 @@
 
 #include <QDialog>
 #include <QDir>
-#include <QLabel>
 #include <QFile>
+#include <QLabel>
 
 using namespace orvane;
 using namespace orvane::test;
