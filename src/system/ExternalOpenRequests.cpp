@@ -67,7 +67,8 @@ void ExternalOpenRequests::open(const ExternalOpenPlan& plan, bool activate) {
             last->raise();
             last->activateWindow();
         }
-        Preferences::standard()->setValue(QStringLiteral("lastFolder"), last->current().toLocalFile());
+        if (!Preferences::selfTest())
+            Preferences::standard()->setValue(QStringLiteral("lastFolder"), last->current().toLocalFile());
     }
     report(plan, last, !plan.folders.isEmpty());
 }
