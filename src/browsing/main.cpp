@@ -2,6 +2,7 @@
 #include "browsing/AppDelegate.h"
 #include "browsing/Palette.h"
 #include "system/ExternalOpenRequests.h"
+#include "system/InstanceChannel.h"
 
 #include <QApplication>
 
@@ -14,9 +15,11 @@ int main(int argc, char** argv) {
     const QStringList args = QApplication::arguments();
     if (args.contains(QStringLiteral("--self-test"))) return orvane::SelfTest().run();
     if (args.contains(QStringLiteral("--phone-parity-test"))) return orvane::runPhoneParityTest();
+    const QList<QUrl> urls = orvane::ExternalOpenRequests::fromArguments(argc, argv);
+    if (!urls.isEmpty() && orvane::InstanceChannel::forward(urls)) return 0; // a running Orvane shows them
     orvane::AppDelegate delegate;
-    if (const QList<QUrl> urls = orvane::ExternalOpenRequests::fromArguments(argc, argv); !urls.isEmpty())
-        delegate.receiveExternalURLs(urls);
+    new orvane::InstanceChannel(delegate);
+    if (!urls.isEmpty()) delegate.receiveExternalURLs(urls);
     delegate.applicationDidFinishLaunching();
     return app.exec();
 }

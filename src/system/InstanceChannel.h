@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QObject>
+#include <QUrl>
+
+class QLocalServer;
+class QLocalSocket;
+
+namespace orvane {
+
+class AppDelegate;
+
+// One running Orvane per user takes the open requests of later launches: `Orvane PATH` while it runs
+// hands PATH over and ends, as the system's open does on a Mac. A launch whose channel nobody
+// answers, a stale socket left by a crash included, serves the channel itself.
+class InstanceChannel : public QObject {
+    Q_OBJECT
+public:
+    // Listens unless another instance already answers.
+    explicit InstanceChannel(AppDelegate& app);
+    ~InstanceChannel() override;
+    bool listening() const;
+
+    // Hands the items to a running instance; false when none took them, so this launch opens them.
+    static bool forward(const QList<QUrl>& urls);
+    static QString socketPath();
+
+    // One item per line, exact bytes kept, and an empty line to end.
+    static QByteArray encode(const QList<QUrl>& urls);
+    static QList<QUrl> decode(const QByteArray& message);
+
+private:
+    void accept();
+    void read(QLocalSocket* socket);
+
+    AppDelegate& app;
+    QLocalServer* server;
+};
+
+} // namespace orvane
