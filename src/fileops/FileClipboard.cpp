@@ -1,5 +1,6 @@
 #include "fileops/FileClipboard.h"
 
+#include "fileops/UriList.h"
 #include "platform/NativePath.h"
 
 #include <QClipboard>
@@ -13,26 +14,6 @@ namespace {
 // Tells our own writes from everybody else's, across platforms that report our writes late or twice.
 const QString ownerFormat = QStringLiteral("application/x-orvane-clipboard-owner");
 
-const QString uriListFormat = QStringLiteral("text/uri-list");
-
-// Percent-encoded from the path's bytes, so a name that is not UTF-8 reaches other programs exactly.
-QByteArrayList encodedUrls(const QList<QUrl>& items) {
-    QByteArrayList lines;
-    for (const QUrl& url : items)
-        lines << NativePath::encodedUrl(url.toLocalFile());
-    return lines;
-}
-
-QList<QUrl> localFiles(const QByteArrayList& lines) {
-    QList<QUrl> files;
-    for (const QByteArray& line : lines) {
-        const QByteArray url = line.trimmed();
-        if (url.isEmpty() || url.startsWith('#')) continue;
-        const QString path = NativePath::fromEncodedUrl(url);
-        if (!path.isEmpty()) files << QUrl::fromLocalFile(path);
-    }
-    return files;
-}
 } // namespace
 
 FileClipboard& FileClipboard::shared() {
@@ -66,8 +47,8 @@ void FileClipboard::write(QMimeData* data) {
 
 void FileClipboard::setClipboard(const QList<QUrl>& items, bool cut) {
     auto* data = new QMimeData;
-    const QByteArrayList encoded = encodedUrls(items);
-    data->setData(uriListFormat, encoded.join("\r\n") + "\r\n");
+    const QByteArrayList encoded = UriList::lines(items);
+    UriList::write(*data, items);
     QStringList paths;
     for (const QUrl& url : items)
         paths << NativePath::display(url.toLocalFile());
@@ -98,9 +79,9 @@ QList<QUrl> FileClipboard::fileUrls() const {
     const QMimeData* data = QGuiApplication::clipboard()->mimeData();
     if (!data) return {};
     // Read as bytes: Qt's own URL list would decode a name that is not UTF-8 into another name.
-    if (data->hasFormat(uriListFormat)) return localFiles(data->data(uriListFormat).split('\n'));
+    if (data->hasFormat(UriList::format)) return UriList::read(*data);
     if (!data->hasFormat(gnomeFormat())) return {};
-    return localFiles(data->data(gnomeFormat()).split('\n').mid(1));
+    return UriList::decode(data->data(gnomeFormat()).split('\n').mid(1));
 }
 
 bool FileClipboard::foreignCut(const QMimeData* data) const {

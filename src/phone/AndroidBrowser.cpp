@@ -11,6 +11,7 @@
 #include "chrome/TransferProgressEdge.h"
 #include "fileops/ExplorerFileOps.h"
 #include "fileops/FileClipboard.h"
+#include "fileops/UriList.h"
 #include "navigation/PinnedStore.h"
 #include "phone/PhoneClipboard.h"
 #include "phone/PhoneLocation.h"
@@ -420,10 +421,12 @@ bool AndroidBrowser::performDrop(const QMimeData* data, std::optional<int> row) 
         phone.moveItems(PhoneClipboard::read(data), target->folder, target->parents);
         return true;
     }
-    const QList<QUrl> urls = data->urls();
-    const bool local = !urls.isEmpty() && std::all_of(urls.begin(), urls.end(), [](const QUrl& url) {
-        return url.isLocalFile() && NativePath::exists(url.toLocalFile());
-    });
+    // Read as bytes, so a dropped name that is not UTF-8 is the file sent, and not another one.
+    const QList<QUrl> urls = UriList::read(*data);
+    const bool local = !urls.isEmpty() && data->urls().size() == urls.size() &&
+                       std::all_of(urls.begin(), urls.end(), [](const QUrl& url) {
+                           return url.isLocalFile() && NativePath::exists(url.toLocalFile());
+                       });
     if (!local) return false;
     QList<QByteArray> paths;
     for (const QUrl& url : urls)

@@ -1,5 +1,6 @@
 #include "phone/PhoneDragData.h"
 
+#include "fileops/UriList.h"
 #include "phone/PhoneClipboard.h"
 #include "phone/PhoneTransfer.h"
 #include "platform/NativePath.h"
@@ -56,12 +57,7 @@ const QList<QUrl>& PhoneDragData::deliver() const {
 QVariant PhoneDragData::retrieveData(const QString& mimeType, QMetaType type) const {
     if (mimeType != uriList) return QMimeData::retrieveData(mimeType, type);
     const QList<QUrl>& urls = deliver();
-    if (type.id() == QMetaType::QByteArray) {
-        QByteArrayList lines;
-        for (const QUrl& url : urls)
-            lines << NativePath::encodedUrl(url.toLocalFile());
-        return lines.isEmpty() ? QByteArray() : lines.join("\r\n") + "\r\n";
-    }
+    if (type.id() == QMetaType::QByteArray) return UriList::encode(urls);
     QVariantList list;
     for (const QUrl& url : urls)
         list << url;

@@ -1,6 +1,7 @@
 #include "views/ExplorerIconCanvas.h"
 
 #include "browsing/Palette.h"
+#include "fileops/UriList.h"
 #include "views/ExplorerIconAccessibilityItem.h"
 #include "views/ExplorerIconCanvasAccessible.h"
 #include "views/ExplorerIconScrollView.h"
@@ -356,7 +357,7 @@ QMimeData* ExplorerIconCanvas::dragData(const std::vector<int>& indexes) const {
     if (!phoneItems.empty() && owner->remoteDragData)
         if (QMimeData* phoneData = owner->remoteDragData(phoneItems)) return phoneData;
     auto* data = new QMimeData;
-    if (!urls.isEmpty()) data->setUrls(urls);
+    if (!urls.isEmpty()) UriList::write(*data, urls);
     return data;
 }
 

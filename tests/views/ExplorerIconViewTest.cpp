@@ -142,11 +142,14 @@ private slots:
         QTRY_COMPARE(renamed, std::optional<int>(2));
     }
 
+    // Other programs get the exact bytes of each name, one that is not UTF-8 too.
     void dragCarriesFileUrls() {
         std::unique_ptr<QMimeData> data(canvas->dragData({0, 3}));
-        QVERIFY(data->hasFormat(QStringLiteral("text/uri-list")));
         QCOMPARE(data->urls(), QList<QUrl>({QUrl::fromLocalFile(entries()[0].location),
                                             QUrl::fromLocalFile(entries()[3].location)}));
+        model->setEntries({Entry::fromPath(tree->rawFile("bad\xff.txt"))});
+        data.reset(canvas->dragData({0}));
+        QVERIFY(data->data(QStringLiteral("text/uri-list")).endsWith("/bad%FF.txt\r\n"));
     }
 
     void paintsOnlyTheCellsAsked() {
