@@ -216,7 +216,7 @@ void AndroidBrowser::saveFiles() {
     dialog->setLabelText(QFileDialog::Accept, QStringLiteral("Copy here"));
     dialog->setAccessibleName(QStringLiteral("Choose a folder to copy into"));
     connect(dialog, &QFileDialog::fileSelected, this, [self = QPointer(this), items](const QString& folder) {
-        if (self) self->phone.runDownload(items, QFile::encodeName(folder));
+        if (self) self->phone.runDownload(items, NativePath::encode(folder));
     });
     dialog->open();
 }

@@ -1,5 +1,7 @@
 #include "phone/BridgeProcess.h"
 
+#include "platform/NativePath.h"
+
 #include <QFile>
 #include <cerrno>
 #include <csignal>
@@ -67,7 +69,7 @@ std::unique_ptr<BridgeProcess> BridgeProcess::launch(const QString& executable) 
     ::fcntl(toChild[1], F_SETNOSIGPIPE, 1);
 #endif
     pid_t pid = -1;
-    const int status = spawn(pid, QFile::encodeName(executable), toChild[0], fromChild[1]);
+    const int status = spawn(pid, NativePath::encode(executable), toChild[0], fromChild[1]);
     closeAll({toChild[0], fromChild[1]});
     if (status != 0) {
         closeAll({toChild[1], fromChild[0]});

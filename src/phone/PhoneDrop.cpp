@@ -8,6 +8,7 @@
 #include "phone/PhoneClipboard.h"
 #include "phone/PhoneDragData.h"
 #include "phone/PhoneTransfer.h"
+#include "platform/NativePath.h"
 #include "views/ExplorerIconView.h"
 #include "views/ExplorerViewModes.h"
 #include "views/FileTable.h"
@@ -68,7 +69,7 @@ void PhoneDrop::perform(const QList<PhoneItem>& items, const QString& folder) {
     transfer->progress = [edge = QPointer(edge)](double fraction) {
         if (edge) fraction == 0 ? edge->begin() : edge->update(fraction);
     };
-    transfer->download(items, QFile::encodeName(folder),
+    transfer->download(items, NativePath::encode(folder),
                        [self = QPointer(this)](const std::optional<QString>& error) {
                            if (!self) return;
                            Explorer& w = self->w;

@@ -1,5 +1,7 @@
 #include "phone/SendFilesDialog.h"
 
+#include "platform/NativePath.h"
+
 #include <QAbstractButton>
 #include <QDialogButtonBox>
 #include <QFileInfo>
@@ -35,7 +37,7 @@ void SendFilesDialog::accept() {
     QStringList names;
     for (const QString& file : files) {
         if (!QFileInfo::exists(file)) return QFileDialog::accept(); // a typed name the dialog resolves
-        paths << QFile::encodeName(file);
+        paths << NativePath::encode(file);
         names << QFileInfo(file).fileName();
     }
     if (paths.isEmpty()) return;

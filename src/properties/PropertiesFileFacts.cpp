@@ -1,5 +1,6 @@
 #include "properties/PropertiesFileFacts.h"
 
+#include "platform/NativePath.h"
 #include "platform/TypeIndex.h"
 
 #include <QDir>
@@ -51,7 +52,7 @@ std::optional<QString> readLink(const QByteArray& path, qint64 expected) {
     std::vector<char> buffer(size_t(std::clamp<qint64>(expected + 1, 64, 1 << 16)));
     const ssize_t n = readlink(path.constData(), buffer.data(), buffer.size());
     if (n < 0 || size_t(n) >= buffer.size()) return std::nullopt;
-    return QFile::decodeName(QByteArray(buffer.data(), n));
+    return NativePath::decode(QByteArray(buffer.data(), n));
 }
 
 // The immutable flag: from statx where the file system reports it, else from the inode flags of an
@@ -117,7 +118,7 @@ PropertiesFileFacts PropertiesFileFacts::read(const QUrl& url) {
         return facts;
     }
     const QString path = QDir::cleanPath(url.toLocalFile());
-    const QByteArray native = QFile::encodeName(path);
+    const QByteArray native = NativePath::encode(path);
     struct statx sx;
     const unsigned mask = STATX_BASIC_STATS | STATX_BTIME;
     if (statx(AT_FDCWD, native.constData(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, mask, &sx) != 0) {

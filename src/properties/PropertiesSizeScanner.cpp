@@ -1,5 +1,6 @@
 #include "properties/PropertiesSizeScanner.h"
 
+#include "platform/NativePath.h"
 #include "properties/PropertiesTreeWalk.h"
 
 #include <QDir>
@@ -62,8 +63,8 @@ std::vector<std::unique_ptr<PropertiesTreeWalk::Mark>> innerRoots(const std::vec
 
 QByteArray PropertiesSizeScanner::canonicalPath(const QUrl& url) {
     const QString path = QDir::cleanPath(url.toLocalFile());
-    if (path.isEmpty() || path == QLatin1String("/")) return QFile::encodeName(path);
-    const QByteArray native = QFile::encodeName(path);
+    if (path.isEmpty() || path == QLatin1String("/")) return NativePath::encode(path);
+    const QByteArray native = NativePath::encode(path);
     const qsizetype slash = native.lastIndexOf('/');
     QByteArray parent = slash <= 0 ? QByteArray("/") : native.left(slash);
     char resolved[PATH_MAX];

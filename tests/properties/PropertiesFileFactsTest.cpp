@@ -1,4 +1,6 @@
 #include "properties/PropertiesFileFacts.h"
+#include "platform/NativePath.h"
+#include "properties/PropertiesSizeScanner.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 
@@ -73,6 +75,19 @@ private slots:
         const QString path = tree.file("f", "x");
         QVERIFY(chmod(QFile::encodeName(path).constData(), mode_t(mode)) == 0);
         QTEST(facts(path).text("permissions"), "text");
+    }
+
+    // A name that is not UTF-8 is read by its exact bytes, never as the look-alike beside it.
+    void namesThatAreNotUtf8() {
+        TempTree tree;
+        tree.rawFile("bad\xef\xbf\xbd"); // what a lossy conversion would name
+        const QString link = NativePath::decode(NativePath::encode(tree.path()) + "/bad\xff");
+        QVERIFY(symlink("target\xff", NativePath::encode(link).constData()) == 0);
+        const PropertiesFileFacts f = facts(link);
+        QVERIFY(f.isSymbolicLink);
+        QCOMPARE(NativePath::encode(f.linkTarget.value_or(QString())), QByteArray("target\xff"));
+        QCOMPARE(PropertiesSizeScanner::canonicalPath(QUrl::fromLocalFile(link)),
+                 NativePath::encode(NativePath::canonical(tree.path())) + "/bad\xff");
     }
 
     void aMissingPathKeepsItsDefaults() {
