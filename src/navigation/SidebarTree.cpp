@@ -1,6 +1,7 @@
 #include "navigation/SidebarTree.h"
 
 #include "navigation/SidebarTreeBuilder.h"
+#include "platform/NativePath.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -116,7 +117,7 @@ SidebarTree::KeyAction SidebarTree::applyKey(SidebarKey key) {
 }
 
 int SidebarTree::expandTo(const QString& path) {
-    const QString real = QFileInfo(path).canonicalFilePath();
+    const QString real = NativePath::canonical(path);
     const QString target = QDir::cleanPath(real.isEmpty() ? path : real);
     QSet<QString> walked;
     QString at = target;

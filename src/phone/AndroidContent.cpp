@@ -7,6 +7,7 @@
 #include "phone/PhoneAddress.h"
 #include "phone/PhoneConnectionWatch.h"
 #include "phone/PhoneLocation.h"
+#include "platform/NativePath.h"
 #include "platform/Platform.h"
 
 #include <QDir>
@@ -189,7 +190,7 @@ bool AndroidContent::open(const std::vector<Entry>& items) {
 bool AndroidContent::goTo(const QString& typed) {
     const QString text = typed.trimmed();
     const QString local = text.startsWith(u'~') ? QDir::homePath() + text.mid(1) : text;
-    if (local.startsWith(u'/') && QFileInfo(local).isDir()) return false;
+    if (local.startsWith(u'/') && NativePath::isDir(local)) return false;
     if (AndroidBrowser* b = active()) {
         b->state().resolveAddress(text);
         return true;
@@ -197,7 +198,7 @@ bool AndroidContent::goTo(const QString& typed) {
     // From another tab, only what names the phone itself: an address, or a path from "Android USB".
     const bool named = text.section(u'/', 0, 0, QString::SectionSkipEmpty) == QLatin1String("Android USB");
     if (!text.startsWith(QLatin1String("android:"), Qt::CaseInsensitive) && !named) return false;
-    if (named && w.current().isLocalFile() && QFileInfo(w.current().toLocalFile() + u'/' + text).isDir())
+    if (named && w.current().isLocalFile() && NativePath::isDir(w.current().toLocalFile() + u'/' + text))
         return false;
     PhoneAddress::resolve(text, [self = QPointer(this)](const PhoneAddress::Outcome& outcome) {
         if (!self) return;
