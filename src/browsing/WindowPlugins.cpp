@@ -3,6 +3,7 @@
 #include "browsing/Explorer.h"
 #include "browsing/PointerNavigation.h"
 #include "fileops/CutMarks.h"
+#include "fileops/FileDrag.h"
 #include "navigation/NavigationPane.h"
 #include "phone/AndroidContent.h"
 #include "phone/PhoneConnectionWatch.h"
@@ -22,6 +23,7 @@ void WindowPlugins::attach(Explorer& window) {
     auto* phones = new AndroidContent(window);
     window.addContent(phones);
     new PhoneDrop(window, *phones);
+    new FileDrag(window);
     // The pane shows the phone while the watch finds one.
     QObject::connect(&phones->watch(), &PhoneConnectionWatch::connectedChanged, pane,
                      &NavigationPane::setPhoneConnected);
