@@ -43,8 +43,8 @@ private slots:
         for (int i = 0; i < 100; ++i)
             tree->file(QStringLiteral("new%1.txt").arg(i), "x");
         QTRY_COMPARE(int(w->entries().size()), 103);
-        // UNAVOIDABLE: proves that no further refresh follows, which only waiting past the burst can show.
-        QTest::qWait(2 * LocalFolderContent::burstMs);
+        // No further refresh may follow, which only waiting past the burst can show.
+        QTest::qWait(2 * LocalFolderContent::burstMs); // UNAVOIDABLE: proves an absence
         QVERIFY2(refreshes.size() >= 1 && refreshes.size() <= 2,
                  qPrintable(QString::number(refreshes.size())));
     }

@@ -275,8 +275,8 @@ private slots:
         QCOMPARE(selectedNames(), QStringList{"Projects"});
         const QString modified = textOf(QStringLiteral("Projects"), "modified");
         QVERIFY2(!modified.isEmpty() && modified != QStringLiteral("—"), qPrintable(modified));
-        // UNAVOIDABLE: the watcher's re-read must have come and gone; only waiting past the burst shows it.
-        QTest::qWait(2 * LocalFolderContent::burstMs);
+        // The watcher's re-read must have come and gone; only waiting past the burst shows it.
+        QTest::qWait(2 * LocalFolderContent::burstMs); // UNAVOIDABLE: proves an absence
         QCOMPARE(textOf(QStringLiteral("Projects"), "modified"), modified);
         QCOMPARE(editorsShown(), 0);
     }

@@ -22,8 +22,8 @@ private slots:
         watch.start(); // a second start doesn't double the questions
         QTRY_COMPARE(changes.count(), 1);
         QCOMPARE(changes.takeFirst().at(0).toBool(), true);
-        // UNAVOIDABLE: several answers, all the same, must bring no signal; only waiting shows an absence.
-        QTest::qWait(300);
+        // Several answers, all the same, must bring no signal; only waiting shows an absence.
+        QTest::qWait(300); // UNAVOIDABLE: proves an absence
         QCOMPARE(changes.count(), 0);
         simulate(phone.path(), {{QStringLiteral("MTP_BRIDGE_LOCKED"), QStringLiteral("1")}});
         QTRY_COMPARE(changes.count(), 1);
