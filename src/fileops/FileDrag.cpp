@@ -5,11 +5,9 @@
 #include "fileops/UriList.h"
 #include "views/FileTable.h"
 
-#include <QApplication>
 #include <QDrag>
 #include <QLineEdit>
 #include <QMimeData>
-#include <QMouseEvent>
 
 namespace orvane {
 
@@ -29,26 +27,9 @@ QMimeData* FileDrag::dragData() const {
 }
 
 bool FileDrag::eventFilter(QObject*, QEvent* event) {
-    if (event->type() != QEvent::MouseButtonPress && event->type() != QEvent::MouseMove &&
-        event->type() != QEvent::MouseButtonRelease)
-        return false;
-    auto* mouse = static_cast<QMouseEvent*>(event);
-    if (event->type() == QEvent::MouseButtonPress) {
-        const QModelIndex index = w.table()->indexAt(mouse->position().toPoint());
-        const bool onSelected = index.isValid() && w.table()->selectionModel()->isRowSelected(index.row());
-        pressedAt = onSelected && w.current().isLocalFile() && mouse->button() == Qt::LeftButton &&
-                            !mouse->modifiers()
-                        ? std::optional<QPoint>(mouse->position().toPoint())
-                        : std::nullopt;
-        return false;
-    }
-    if (event->type() == QEvent::MouseButtonRelease || !pressedAt || !(mouse->buttons() & Qt::LeftButton)) {
-        pressedAt.reset();
-        return false;
-    }
-    if ((mouse->position().toPoint() - *pressedAt).manhattanLength() < QApplication::startDragDistance())
-        return true; // a press on the selection does not start a rubber band
-    pressedAt.reset();
+    if (!RowDragGesture::concerns(event)) return false; // the viewport outlives the window's tabs
+    const RowDragGesture::Step step = gesture.feed(*w.table(), event, w.current().isLocalFile());
+    if (step != RowDragGesture::Step::Start) return step == RowDragGesture::Step::Hold;
     QMimeData* data = dragData();
     if (!data) return true;
     if (ExplorerFileOps* ops = w.fileOps()) ops->cancelPendingRename();

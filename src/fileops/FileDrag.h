@@ -1,8 +1,8 @@
 #pragma once
 
+#include "views/RowDragGesture.h"
+
 #include <QObject>
-#include <QPoint>
-#include <optional>
 
 class QMimeData;
 
@@ -26,7 +26,7 @@ protected:
 
 private:
     Explorer& w;
-    std::optional<QPoint> pressedAt;
+    RowDragGesture gesture;
 };
 
 } // namespace orvane

@@ -13,7 +13,6 @@
 #include "views/ExplorerViewModes.h"
 #include "views/FileTable.h"
 
-#include <QApplication>
 #include <QDrag>
 #include <QDropEvent>
 #include <QFile>
@@ -137,23 +136,9 @@ bool PhoneDrop::phoneDropEvent(QEvent* event) {
 
 // A press on a selected row of a phone tab that moves far enough drags the selected items out.
 bool PhoneDrop::dragOut(QEvent* event) {
-    auto* mouse = static_cast<QMouseEvent*>(event);
     AndroidBrowser* browser = phones.active();
-    if (event->type() == QEvent::MouseButtonPress) {
-        const std::optional<int> row = rowAt(mouse->position().toPoint());
-        const bool selected = row && w.table()->selectionModel()->isRowSelected(*row);
-        pressedAt = browser && selected && mouse->button() == Qt::LeftButton && !mouse->modifiers()
-                        ? std::optional<QPoint>(mouse->position().toPoint())
-                        : std::nullopt;
-        return false;
-    }
-    if (event->type() == QEvent::MouseButtonRelease || !pressedAt || !(mouse->buttons() & Qt::LeftButton)) {
-        pressedAt.reset();
-        return false;
-    }
-    if ((mouse->position().toPoint() - *pressedAt).manhattanLength() < QApplication::startDragDistance())
-        return true;
-    pressedAt.reset();
+    const RowDragGesture::Step step = gesture.feed(*w.table(), event, browser != nullptr);
+    if (step != RowDragGesture::Step::Start) return step == RowDragGesture::Step::Hold;
     const QList<PhoneItem> items = browser ? browser->selectedItems() : QList<PhoneItem>();
     if (items.isEmpty() || browser->state().busy()) return true;
     auto* data = new PhoneDragData(items);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "phone/PhoneItem.h"
+#include "views/RowDragGesture.h"
 
 #include <QObject>
 #include <QPoint>
@@ -37,7 +38,7 @@ private:
 
     Explorer& w;
     AndroidContent& phones;
-    std::optional<QPoint> pressedAt; // a press on a selected phone row that may become a drag
+    RowDragGesture gesture;
 };
 
 } // namespace orvane
