@@ -1,13 +1,14 @@
 #include "BenchCommand.h"
+#include "views/FileTable.h"
 
-#include "browsing/AppDelegate.h"
-#include "browsing/Explorer.h"
-#include "browsing/ExplorerEvents.h"
-#include "browsing/FolderListing.h"
-#include "browsing/NaturalOrder.h"
-#include "browsing/WindowListing.h"
+#include "core/ExplorerEvents.h"
+#include "core/FolderListing.h"
+#include "core/NaturalOrder.h"
+#include "core/WindowListing.h"
 #include "platform/Platform.h"
 #include "views/EntryTableModel.h"
+#include "window/AppDelegate.h"
+#include "window/Explorer.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -30,7 +31,8 @@ int filter(const QStringList& args) {
     if (args.size() != 1) return 2;
     Platform::typeDescription(QStringLiteral("warm.txt"), false, false);
     NaturalOrder::shared().compare(QStringLiteral("a"), QStringLiteral("b"));
-    WindowListing listing;
+    EntryTableModel rows;
+    WindowListing listing(rows);
     QElapsedTimer timer;
     timer.start();
     std::vector<Entry> read;
@@ -67,7 +69,7 @@ int refreshOne(const QStringList& args) {
     timer.start();
     while (window->entries().empty() && timer.elapsed() < 30000)
         QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
-    QAbstractItemModel* model = window->listing().model();
+    QAbstractItemModel* model = window->table()->model();
     int rows = 0;
     int resets = 0;
     QObject::connect(model, &QAbstractItemModel::rowsInserted, model,

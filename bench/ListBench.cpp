@@ -1,8 +1,8 @@
 #include "BenchCommand.h"
 
-#include "browsing/EntrySort.h"
-#include "browsing/FolderListing.h"
-#include "browsing/NaturalOrder.h"
+#include "core/EntrySort.h"
+#include "core/FolderListing.h"
+#include "core/NaturalOrder.h"
 #include "platform/Platform.h"
 
 #include <QDir>

@@ -1,14 +1,15 @@
 #include "BenchCommand.h"
+#include "views/FileTable.h"
 
-#include "browsing/AppDelegate.h"
-#include "browsing/Explorer.h"
-#include "browsing/WindowListing.h"
+#include "core/WindowListing.h"
 #include "phone/AndroidBrowser.h"
 #include "phone/AndroidContent.h"
 #include "phone/PhoneAddress.h"
 #include "phone/PhoneBridge.h"
 #include "phone/PhoneLocation.h"
 #include "phone/PhoneTransfer.h"
+#include "window/AppDelegate.h"
+#include "window/Explorer.h"
 
 #include "views/EntryTableModel.h"
 #include <QDir>
@@ -161,7 +162,7 @@ int phoneList(const QStringList&) {
         loop.exec();
         if (round > 0)
             best = std::min(best, double(timer.nsecsElapsed()) / 1e6); // the first loads the type database
-        if (window->listing().model()->rowCount() != 5000) return 1;
+        if (window->table()->model()->rowCount() != 5000) return 1;
         window->navigate(PhoneLocation::url(chain->mid(0, 1)));
         loop.exec();
     }

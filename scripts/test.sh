@@ -10,6 +10,9 @@ echo "== formatting"
 files=$(git ls-files 'src/*.cpp' 'src/*.h' 'tests/*.cpp' 'tests/*.h' 'bench/*.cpp' 'bench/*.h' 'mtp-bridge/*.cpp' 'mtp-bridge/*.h')
 clang-format --dry-run -Werror $files
 
+echo "== layers"
+"$root/scripts/check-layers.sh"
+
 echo "== build"
 "$root/scripts/build.sh" "$root/build"
 

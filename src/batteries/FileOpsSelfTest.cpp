@@ -1,13 +1,13 @@
 #include "batteries/FileOpsSelfTest.h"
 
 #include "batteries/SelfTest.h"
-#include "chrome/TransferProgressEdge.h"
 #include "fileops/FileClipboard.h"
 #include "fileops/FileCommands.h"
 #include "fileops/FileNames.h"
 #include "fileops/FileTrash.h"
 #include "fileops/TransferEngine.h"
 #include "fileops/TransferProgressSnapshot.h"
+#include "kit/TransferProgressEdge.h"
 
 #include <QClipboard>
 #include <QDir>

@@ -2,11 +2,11 @@
 
 #include "batteries/FileOpsSelfTest.h"
 #include "batteries/PhoneParityBattery.h"
-#include "browsing/AppDelegate.h"
-#include "browsing/EntryText.h"
-#include "browsing/Explorer.h"
-#include "browsing/Preferences.h"
-#include "browsing/WindowCommands.h"
+#include "core/EntryText.h"
+#include "core/Preferences.h"
+#include "core/WindowCommands.h"
+#include "window/AppDelegate.h"
+#include "window/Explorer.h"
 
 #include <QDir>
 #include <QFile>
@@ -76,7 +76,7 @@ bool SelfTest::runBrowsingChecks() {
     if (!check(QStringLiteral("search keeps matching names"), w->entries().size() == 2)) return false;
     w->navigate(QUrl::fromLocalFile(root + QStringLiteral("/Folder")));
     if (!check(QStringLiteral("navigation clears the search"),
-               w->tabs.current().query.isEmpty() && w->entries().size() == 1))
+               w->tabs().current().query.isEmpty() && w->entries().size() == 1))
         return false;
     w->back();
     if (!check(QStringLiteral("back returns"), w->current().toLocalFile() == root)) return false;
@@ -90,7 +90,7 @@ bool SelfTest::runBrowsingChecks() {
     if (!check(QStringLiteral("a missing folder is reported"), reported)) return false;
     w->newTab();
     w->closeTab();
-    if (!check(QStringLiteral("a second tab opens and closes"), w->tabs.count() == 1)) return false;
+    if (!check(QStringLiteral("a second tab opens and closes"), w->tabs().count() == 1)) return false;
     return check(QStringLiteral("byte counts read as a file browser writes them"),
                  byteCountText(1500000) == QLatin1String("1.5 MB"));
 }

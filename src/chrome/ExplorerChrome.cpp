@@ -1,18 +1,23 @@
 #include "chrome/ExplorerChrome.h"
+#include "core/Job.h"
+#include "core/Jobs.h"
+#include "kit/CommandBinding.h"
+#include "kit/TransferProgressEdge.h"
+#include "kit/WindowWidgets.h"
 
-#include "browsing/DetailsPane.h"
-#include "browsing/EditablePathBox.h"
-#include "browsing/EntryText.h"
-#include "browsing/Explorer.h"
-#include "browsing/ExplorerEvents.h"
-#include "browsing/ExplorerMenus.h"
-#include "browsing/Preferences.h"
-#include "browsing/ShortcutGuideWindow.h"
-#include "browsing/TabContent.h"
-#include "browsing/WindowCommands.h"
+#include "chrome/DetailsPane.h"
+#include "chrome/ExplorerMenus.h"
 #include "chrome/ExplorerSidebarSplit.h"
+#include "chrome/ShortcutGuideWindow.h"
 #include "chrome/TitleRow.h"
+#include "core/BrowserWindow.h"
+#include "core/EntryText.h"
+#include "core/ExplorerEvents.h"
+#include "core/Preferences.h"
+#include "core/TabContent.h"
+#include "core/WindowCommands.h"
 #include "fileops/FileClipboard.h"
+#include "kit/EditablePathBox.h"
 #include "views/FileTable.h"
 
 #include <QClipboard>
@@ -27,10 +32,11 @@
 
 namespace orvane {
 
-ExplorerChrome::ExplorerChrome(Explorer& window) : QObject(&window), w(window) {
+ExplorerChrome::ExplorerChrome(BrowserWindow& window) : QObject(window.widget()), w(window) {
     connectButtons();
     connectMenus();
     registerCommands();
+    followJobs();
     const ExplorerEvents& events = w.events();
     connect(&events, &ExplorerEvents::locationChanged, this, &ExplorerChrome::updateLocation);
     connect(&events, &ExplorerEvents::listingChanged, this, &ExplorerChrome::updateSelectionStatus);
@@ -41,20 +47,35 @@ ExplorerChrome::ExplorerChrome(Explorer& window) : QObject(&window), w(window) {
         w.widgets().forwardButton->setEnabled(w.commands().isEnabled(QStringLiteral("forward")));
         w.widgets().upButton->setEnabled(w.commands().isEnabled(QStringLiteral("up")));
     });
-    const ExplorerWidgets& ui = w.widgets();
+    const WindowWidgets& ui = w.widgets();
     ui.split->filesComfortable = [this] { return w.table()->comfortableWidth(); };
     ui.action("new")->parentWidget()->installEventFilter(this);
     fitActionRow();
     ui.split->setNavigationPreferred(sidebarWidth());
 }
 
+// The edge shows the jobs that hold this window: a fall to 0 is the next part (a phone's next file).
+void ExplorerChrome::followJobs() {
+    TransferProgressEdge* edge = w.widgets().transferProgress;
+    connect(&w.jobs(), &Jobs::started, this, [this, edge](Job* job) {
+        if (job->window() != w.widget() || !job->holdsWindow()) return;
+        edge->begin();
+        connect(job, &Job::progressed, edge, [edge](double f) { f == 0 ? edge->begin() : edge->update(f); });
+    });
+    connect(&w.jobs(), &Jobs::holdingChanged, this, [this, edge](QObject* window, bool held) {
+        if (window == w.widget() && !held) edge->finish();
+    });
+}
+
 void ExplorerChrome::connectButtons() {
-    const ExplorerWidgets& ui = w.widgets();
-    connect(ui.minimizeButton, &QToolButton::clicked, &w, &QWidget::showMinimized);
-    auto zoom = [this] { w.isMaximized() ? w.showNormal() : w.showMaximized(); };
+    const WindowWidgets& ui = w.widgets();
+    connect(ui.minimizeButton, &QToolButton::clicked, w.widget(), &QWidget::showMinimized);
+    auto zoom = [this] {
+        w.widget()->isMaximized() ? w.widget()->showNormal() : w.widget()->showMaximized();
+    };
     connect(ui.zoomButton, &QToolButton::clicked, this, zoom);
     connect(ui.titleRow, &TitleRow::zoomRequested, this, zoom);
-    connect(ui.closeButton, &QToolButton::clicked, &w, &QWidget::close);
+    connect(ui.closeButton, &QToolButton::clicked, w.widget(), &QWidget::close);
     connect(ui.editAddressButton, &QToolButton::clicked, ui.pathBox, &EditablePathBox::showAddress);
     connect(ui.action("details"), &QToolButton::clicked, this, &ExplorerChrome::toggleDetails);
     connect(ui.detailsPane, &DetailsPane::closeRequested, this, &ExplorerChrome::toggleDetails);
@@ -65,25 +86,25 @@ void ExplorerChrome::connectButtons() {
         w.table()->viewport()->update(); // a cut ends when anything else is copied
     });
     for (const char* key : {"cut", "copy", "paste", "rename", "trash"})
-        w.commands().bind(ui.action(key), QLatin1String(key) + QStringLiteral("Action"));
+        CommandBinding::bind(w.commands(), ui.action(key), QLatin1String(key) + QStringLiteral("Action"));
 }
 
 void ExplorerChrome::connectMenus() {
     const struct {
         const char* key;
-        void (*fill)(QMenu*, Explorer*);
+        void (*fill)(QMenu*, BrowserWindow*);
     } menus[] = {{"new", ExplorerMenus::fillNewMenu},
                  {"sort", ExplorerMenus::fillSortMenu},
                  {"view", ExplorerMenus::fillViewMenu},
                  {"more", ExplorerMenus::fillMoreMenu}};
     for (const auto& m : menus) {
-        auto* menu = new QMenu(&w);
+        auto* menu = new QMenu(w.widget());
         connect(menu, &QMenu::aboutToShow, this, [this, menu, fill = m.fill] { fill(menu, &w); });
         w.widgets().action(m.key)->setMenu(menu);
         w.widgets().action(m.key)->setPopupMode(QToolButton::InstantPopup);
     }
     w.table()->contextMenuProvider = [this] {
-        auto* menu = new QMenu(&w);
+        auto* menu = new QMenu(w.widget());
         ExplorerMenus::fillContextMenu(menu, &w);
         return menu;
     };
@@ -110,7 +131,7 @@ void ExplorerChrome::registerCommands() {
     c.add(QStringLiteral("helpAction"), QStringLiteral("Keyboard shortcuts"),
           [this] { showShortcutGuide(); });
     c.add(QStringLiteral("zoomWindow"), QStringLiteral("Zoom"),
-          [this] { w.isMaximized() ? w.showNormal() : w.showMaximized(); });
+          [this] { w.widget()->isMaximized() ? w.widget()->showNormal() : w.widget()->showMaximized(); });
     c.add(QStringLiteral("autosizeColumns"), QStringLiteral("Size columns to fit"),
           [this] { w.table()->autosizeColumns(); });
     c.add(QStringLiteral("selectAll"), QStringLiteral("Select all"), [this] { w.table()->selectAll(); });
@@ -119,7 +140,7 @@ void ExplorerChrome::registerCommands() {
 // ---------------------------------------------------------------- following the window
 
 void ExplorerChrome::updateLocation() {
-    const ExplorerWidgets& ui = w.widgets();
+    const WindowWidgets& ui = w.widgets();
     const QUrl url = w.current();
     const QString name = folderName(url);
     ui.pathBox->showPathBar();
@@ -128,22 +149,10 @@ void ExplorerChrome::updateLocation() {
         ui.pathBox->setPath(url);
     }
     ui.searchField->setPlaceholderText(QStringLiteral("Search ") + name);
-    w.setWindowTitle(name + QStringLiteral(" — Orvane"));
+    w.widget()->setWindowTitle(name + QStringLiteral(" — Orvane"));
     ui.detailsPane->setVisible(detailsVisible && url.isLocalFile());
     ui.split->relayout();
     updateSelectionStatus();
-}
-
-SelectionFacts ExplorerChrome::selectionFacts() const {
-    const std::vector<Entry> chosen = w.selected();
-    SelectionFacts f;
-    f.count = int(chosen.size());
-    f.busy = w.busy();
-    const QMimeData* clip = QGuiApplication::clipboard()->mimeData();
-    f.canPaste = clip && (clip->hasUrls() || clip->hasFormat(QStringLiteral("local.belcove.phone-items")));
-    f.singlePlainFolder = chosen.size() == 1 && chosen.front().isPlainFolder();
-    f.singlePackage = chosen.size() == 1 && chosen.front().directory && chosen.front().package;
-    return f;
 }
 
 void ExplorerChrome::updateActionState() {
@@ -151,7 +160,7 @@ void ExplorerChrome::updateActionState() {
     w.widgets().action("trash")->setToolTip(QStringLiteral("Move to Trash · Delete"));
     w.commands().refresh();
     // The New menu holds commands; a place that answers none of them (a phone tab) greys it.
-    w.widgets().action("new")->setEnabled(ActionState::create(selectionFacts()) &&
+    w.widgets().action("new")->setEnabled(ActionState::create(w.selectionFacts()) &&
                                           (w.commands().isEnabled(QStringLiteral("newFolder")) ||
                                            w.commands().isEnabled(QStringLiteral("newTextDocument"))));
     w.widgets().action("details")->setChecked(detailsVisible);
@@ -182,7 +191,7 @@ void ExplorerChrome::updateDetails() {
 // ---------------------------------------------------------------- view commands
 
 void ExplorerChrome::toggleDetails() {
-    const ExplorerWidgets& ui = w.widgets();
+    const WindowWidgets& ui = w.widgets();
     detailsVisible = !detailsVisible;
     if (detailsVisible) previewVisible = false;
     ui.detailsPane->setVisible(detailsVisible);
@@ -208,7 +217,7 @@ void ExplorerChrome::setCompact(bool on) {
 }
 
 void ExplorerChrome::copyPathAction() {
-    std::vector<Entry> items = w.commandSelection();
+    std::vector<Entry> items = w.selected();
     if (items.empty()) items.push_back(Entry::fromUrl(w.current()));
     QStringList lines;
     for (const Entry& e : items)
@@ -218,8 +227,8 @@ void ExplorerChrome::copyPathAction() {
 
 void ExplorerChrome::showShortcutGuide() {
     if (!guide)
-        guide =
-            new ShortcutGuideWindow(&w, [this](const QString& name) { return w.commands().contains(name); });
+        guide = new ShortcutGuideWindow(w.widget(),
+                                        [this](const QString& name) { return w.commands().contains(name); });
     guide->show();
     guide->raise();
     guide->activateWindow();

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "browsing/ActionState.h"
+#include "core/ActionState.h"
 
 #include <QObject>
 #include <QPointer>
 
 namespace orvane {
 
-class Explorer;
+class BrowserWindow;
 class ShortcutGuideWindow;
 
 // What a window shows around its files: title, path box, navigation and action buttons, the status
@@ -16,15 +16,12 @@ class ShortcutGuideWindow;
 class ExplorerChrome : public QObject {
     Q_OBJECT
 public:
-    explicit ExplorerChrome(Explorer& window);
+    explicit ExplorerChrome(BrowserWindow& window);
 
     bool detailsVisible = false;
     bool previewVisible = false;
     bool compact = false;
-    // The file view: 6 is the details table; the icon modes come with the icon view.
-    int viewMode = 6;
 
-    SelectionFacts selectionFacts() const;
     void updateActionState();
     void updateSelectionStatus();
     void toggleDetails();
@@ -44,12 +41,13 @@ protected:
 
 private:
     void connectButtons();
+    void followJobs();
     void connectMenus();
     void registerCommands();
     void updateLocation();
     void updateDetails();
 
-    Explorer& w;
+    BrowserWindow& w;
     QPointer<ShortcutGuideWindow> guide;
 };
 

@@ -1,11 +1,11 @@
 #include "chrome/ExplorerTabStrip.h"
 
-#include "chrome/AccessibleName.h"
 #include "chrome/TabAccessibility.h"
+#include "kit/AccessibleName.h"
 
-#include "browsing/Entry.h"
 #include "chrome/ExplorerTabView.h"
-#include "chrome/Symbols.h"
+#include "core/Entry.h"
+#include "kit/Symbols.h"
 
 #include <QApplication>
 #include <QCursor>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "browsing/TabState.h"
 #include "chrome/TabStripLayout.h"
+#include "core/TabState.h"
 
 #include <QHash>
 #include <QIcon>

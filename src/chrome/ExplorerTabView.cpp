@@ -1,8 +1,8 @@
 #include "chrome/ExplorerTabView.h"
 
-#include "browsing/Palette.h"
-#include "chrome/Symbols.h"
 #include "chrome/TabStripLayout.h"
+#include "kit/Palette.h"
+#include "kit/Symbols.h"
 
 #include <QMouseEvent>
 #include <QPainter>

@@ -1,6 +1,6 @@
 #include "fileops/CutMarks.h"
 
-#include "browsing/Explorer.h"
+#include "core/BrowserWindow.h"
 #include "fileops/FileClipboard.h"
 #include "views/ExplorerIconCanvas.h"
 #include "views/ExplorerIconView.h"
@@ -9,7 +9,8 @@
 
 namespace orvane {
 
-CutMarks::CutMarks(Explorer& window, ExplorerViewModes& modes) : QObject(&window), w(window), views(modes) {
+CutMarks::CutMarks(BrowserWindow& window, ExplorerViewModes& modes)
+    : QObject(window.widget()), w(window), views(modes) {
     const FileClipboard& clip = FileClipboard::shared();
     w.table()->isCutRow = [this, &clip](int row) {
         return row >= 0 && size_t(row) < w.entries().size() && clip.isCut(w.entries()[size_t(row)].url());

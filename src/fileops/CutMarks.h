@@ -4,7 +4,7 @@
 
 namespace orvane {
 
-class Explorer;
+class BrowserWindow;
 class ExplorerViewModes;
 
 // Items that were cut and not yet pasted show faint in the table and the icon views, and come back
@@ -12,12 +12,12 @@ class ExplorerViewModes;
 class CutMarks : public QObject {
     Q_OBJECT
 public:
-    CutMarks(Explorer& window, ExplorerViewModes& views);
+    CutMarks(BrowserWindow& window, ExplorerViewModes& views);
 
 private:
     void repaint();
 
-    Explorer& w;
+    BrowserWindow& w;
     ExplorerViewModes& views;
 };
 

@@ -1,24 +1,26 @@
 #include "fileops/ExplorerFileOps.h"
 
-#include "browsing/ActionState.h"
-#include "browsing/EditablePathBox.h"
-#include "browsing/Explorer.h"
-#include "browsing/ExplorerEvents.h"
-#include "browsing/Palette.h"
-#include "browsing/Preferences.h"
-#include "browsing/TabContent.h"
-#include "browsing/WindowCommands.h"
-#include "chrome/AuxiliaryStyle.h"
-#include "chrome/ExplorerAlert.h"
-#include "chrome/ExplorerChrome.h"
-#include "chrome/TransferProgressEdge.h"
+#include "core/ActionState.h"
+#include "core/BrowserWindow.h"
+#include "core/ExplorerEvents.h"
+#include "core/Job.h"
+#include "core/Jobs.h"
+#include "core/PinnedStore.h"
+#include "core/Preferences.h"
+#include "core/TabContent.h"
+#include "core/WindowCommands.h"
 #include "fileops/FileClipboard.h"
 #include "fileops/FileCommands.h"
 #include "fileops/FileNames.h"
 #include "fileops/FileTrash.h"
 #include "fileops/PermanentDelete.h"
 #include "fileops/TransferEngine.h"
-#include "navigation/PinnedStore.h"
+#include "kit/AuxiliaryStyle.h"
+#include "kit/EditablePathBox.h"
+#include "kit/ExplorerAlert.h"
+#include "kit/Palette.h"
+#include "kit/TransferProgressEdge.h"
+#include "kit/WindowWidgets.h"
 #include "views/FileTable.h"
 
 #include <QApplication>
@@ -51,17 +53,17 @@ void followPin(const QString& from, const QString& to) {
 }
 } // namespace
 
-ExplorerFileOps::ExplorerFileOps(Explorer& window)
-    : QObject(&window), w(window), engine(std::make_unique<TransferEngine>()) {
+ExplorerFileOps::ExplorerFileOps(BrowserWindow& window)
+    : QObject(window.widget()), w(window), engine(std::make_unique<TransferEngine>()) {
     renameDelay.setSingleShot(true);
     renameDelay.setInterval(qMax(600, QApplication::styleHints()->mouseDoubleClickInterval()));
     connect(&renameDelay, &QTimer::timeout, this, [this] {
         const std::vector<Entry> chosen = w.selected();
-        if (chosen.size() == 1 && chosen.front().url() == renameClickURL && w.isActiveWindow())
+        if (chosen.size() == 1 && chosen.front().url() == renameClickURL && w.widget()->isActiveWindow())
             w.commands().run(QStringLiteral("renameAction"));
     });
     connect(engine.get(), &TransferEngine::progress, this, [this](double fraction) {
-        if (w.busy()) w.widgets().transferProgress->update(fraction);
+        if (running) running->setProgress(fraction);
     });
     connect(engine.get(), &TransferEngine::finished, this, &ExplorerFileOps::finishTransfer);
     viewport = w.table()->viewport();
@@ -96,7 +98,7 @@ void ExplorerFileOps::registerOperations() {
     };
     for (const auto& c : commands) {
         std::function<bool()> enabled;
-        if (c.enabled) enabled = [this, rule = c.enabled] { return rule(w.chrome().selectionFacts()); };
+        if (c.enabled) enabled = [this, rule = c.enabled] { return rule(w.selectionFacts()); };
         w.commands().add(
             QLatin1String(c.name), QLatin1String(c.title), [this, method = c.method] { (this->*method)(); },
             enabled);
@@ -126,7 +128,7 @@ void ExplorerFileOps::setClipboard(bool cut) {
         QApplication::beep();
         return;
     }
-    const std::vector<Entry> items = w.commandSelection();
+    const std::vector<Entry> items = w.selected();
     if (items.empty()) return;
     QList<QUrl> urls;
     for (const Entry& e : items)
@@ -159,14 +161,12 @@ void ExplorerFileOps::transfer(const QStringList& sources, bool moving, const QS
         return;
     }
     if (plan.jobs.empty() || !engine->start(plan.jobs, moving)) return;
-    w.setBusy(true);
-    w.widgets().transferProgress->begin();
+    running = w.jobs().start(TransferEngine::startText(moving), w.widget());
     w.setStatus(TransferEngine::startText(moving));
 }
 
 void ExplorerFileOps::finishTransfer(const TransferResult& result) {
-    w.setBusy(false);
-    w.widgets().transferProgress->finish();
+    if (running) running->finish();
     if (result.moving) {
         for (const TransferJob& job : result.finished)
             followPin(job.source, job.destination);
@@ -245,7 +245,7 @@ void ExplorerFileOps::newTextDocument() {
 }
 
 QString ExplorerFileOps::askName(const QString& title, const QString& initial) {
-    QInputDialog dialog(&w);
+    QInputDialog dialog(w.widget());
     AuxiliaryStyle::apply(&dialog);
     dialog.setWindowTitle(title);
     dialog.setLabelText(title);
@@ -410,7 +410,7 @@ bool ExplorerFileOps::eventFilter(QObject* watched, QEvent* event) {
 
 bool ExplorerFileOps::confirm(const QString& message, const QString& info, const QString& accept,
                               bool critical) {
-    return ExplorerAlert::confirm(&w,
+    return ExplorerAlert::confirm(w.widget(),
                                   critical ? ExplorerAlert::Kind::Destructive : ExplorerAlert::Kind::Question,
                                   message, info, accept, QStringLiteral("trash"));
 }
@@ -420,7 +420,7 @@ void ExplorerFileOps::trashAction() {
         QApplication::beep();
         return;
     }
-    const std::vector<Entry> items = w.commandSelection();
+    const std::vector<Entry> items = w.selected();
     if (items.empty()) return;
     if (!confirm(QStringLiteral("Move ") + subject(items, true) + QStringLiteral(" to Trash?"),
                  QStringLiteral("You can restore these items from Trash or press Ctrl+Z here."),
@@ -433,16 +433,16 @@ void ExplorerFileOps::trashAction() {
 }
 
 void ExplorerFileOps::permanentlyDeleteAction() {
-    const std::vector<Entry> items = w.commandSelection();
+    const std::vector<Entry> items = w.selected();
     if (w.busy() || items.empty()) return;
     if (!confirm(QStringLiteral("Permanently delete ") + subject(items, false) + u'?',
                  QStringLiteral("These items will not go to Trash. This operation cannot be undone."),
                  QStringLiteral("Delete permanently"), true))
         return;
-    w.setBusy(true);
+    QPointer<Job> job = w.jobs().start(QStringLiteral("Deleting items…"), w.widget());
     w.setStatus(QStringLiteral("Deleting items…"));
-    PermanentDelete::start(paths(items), this, [this](const PermanentDelete::Result& result) {
-        w.setBusy(false);
+    PermanentDelete::start(paths(items), this, [this, job](const PermanentDelete::Result& result) {
+        if (job) job->finish();
         if (result.deleted > 0) fileUndo = nullptr;
         w.refresh();
         w.setStatus(result.statusText());

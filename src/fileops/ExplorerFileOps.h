@@ -1,9 +1,11 @@
 #pragma once
 
-#include "browsing/Entry.h"
+#include "core/Entry.h"
+#include "core/InlineRename.h"
 #include "fileops/FileUndo.h"
 #include "fileops/TransferResult.h"
 
+#include <QLineEdit>
 #include <QObject>
 #include <QPointer>
 #include <QTimer>
@@ -15,15 +17,16 @@ class QMouseEvent;
 
 namespace orvane {
 
-class Explorer;
+class BrowserWindow;
+class Job;
 class TransferEngine;
 
 // The file commands of one window: clipboard, transfers, create, rename, trash, delete and the one
 // undo step. The window owns it; it works on the window's state and reports through its status line.
-class ExplorerFileOps : public QObject {
+class ExplorerFileOps : public QObject, public InlineRename {
     Q_OBJECT
 public:
-    explicit ExplorerFileOps(Explorer& window);
+    explicit ExplorerFileOps(BrowserWindow& window);
     ~ExplorerFileOps() override;
 
     FileUndo fileUndo;
@@ -43,14 +46,11 @@ public:
 
     void renameAction();
     // Opens the editor on the one selected item, holding `text` instead of its name when given.
-    void beginInlineRename(const QString& text = {});
-    void finishInlineRename(bool commit);
+    void beginInlineRename(const QString& text = {}) override;
+    void finishInlineRename(bool commit) override;
     void scheduleInlineRename();
-    void cancelPendingRename();
-    QLineEdit* renameEditor() const { return editor; }
-    // Where the inline editor of a row goes while another view shows the files: the widget that
-    // holds it and the rectangle in it. No widget, or no hook, means the table's name cell.
-    std::function<std::pair<QWidget*, QRect>(int row)> renameSpot;
+    void cancelPendingRename() override;
+    QLineEdit* renameEditor() const override { return editor; }
     QUrl renameClickURL;
 
     void trashAction();
@@ -75,8 +75,9 @@ private:
     bool confirm(const QString& message, const QString& info, const QString& accept, bool critical);
     void registerOperations();
 
-    Explorer& w;
+    BrowserWindow& w;
     std::unique_ptr<TransferEngine> engine;
+    QPointer<Job> running;
     QPointer<QLineEdit> editor;
     QUrl renameURL;
     Entry renaming;

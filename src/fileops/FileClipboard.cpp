@@ -1,6 +1,6 @@
 #include "fileops/FileClipboard.h"
 
-#include "fileops/UriList.h"
+#include "core/UriList.h"
 #include "platform/NativePath.h"
 
 #include <QClipboard>

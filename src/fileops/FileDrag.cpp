@@ -1,8 +1,8 @@
 #include "fileops/FileDrag.h"
 
-#include "browsing/Explorer.h"
-#include "fileops/ExplorerFileOps.h"
-#include "fileops/UriList.h"
+#include "core/BrowserWindow.h"
+#include "core/InlineRename.h"
+#include "core/UriList.h"
 #include "views/FileTable.h"
 
 #include <QDrag>
@@ -11,7 +11,7 @@
 
 namespace orvane {
 
-FileDrag::FileDrag(Explorer& window) : QObject(&window), w(window) {
+FileDrag::FileDrag(BrowserWindow& window) : QObject(window.widget()), w(window) {
     w.table()->viewport()->installEventFilter(this);
 }
 
@@ -32,7 +32,7 @@ bool FileDrag::eventFilter(QObject*, QEvent* event) {
     if (step != RowDragGesture::Step::Start) return step == RowDragGesture::Step::Hold;
     QMimeData* data = dragData();
     if (!data) return true;
-    if (ExplorerFileOps* ops = w.fileOps()) ops->cancelPendingRename();
+    if (InlineRename* ops = w.inlineRename()) ops->cancelPendingRename();
     auto* drag = new QDrag(w.table()->viewport());
     drag->setMimeData(data);
     drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::CopyAction);

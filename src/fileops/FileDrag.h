@@ -8,7 +8,7 @@ class QMimeData;
 
 namespace orvane {
 
-class Explorer;
+class BrowserWindow;
 
 // Local files dragged out of the details table, as other programs and a phone tab take them: a press
 // on a selected row that moves far enough carries the whole selection. A drag never ends in a
@@ -16,7 +16,7 @@ class Explorer;
 class FileDrag : public QObject {
     Q_OBJECT
 public:
-    explicit FileDrag(Explorer& window);
+    explicit FileDrag(BrowserWindow& window);
 
     // The selected local files as a drag carries them; null when there are none.
     QMimeData* dragData() const;
@@ -25,7 +25,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    Explorer& w;
+    BrowserWindow& w;
     RowDragGesture gesture;
 };
 

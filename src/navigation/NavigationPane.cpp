@@ -1,14 +1,16 @@
 #include "navigation/NavigationPane.h"
+#include "kit/CommandBinding.h"
+#include "kit/WindowWidgets.h"
 
-#include "browsing/Entry.h"
-#include "browsing/Explorer.h"
-#include "browsing/ExplorerEvents.h"
-#include "browsing/ExplorerKeyboard.h"
-#include "browsing/NotificationCenter.h"
-#include "browsing/Preferences.h"
-#include "browsing/WindowCommands.h"
-#include "browsing/WindowListing.h"
-#include "navigation/PinnedStore.h"
+#include "core/BrowserWindow.h"
+#include "core/Entry.h"
+#include "core/ExplorerEvents.h"
+#include "core/KeyHooks.h"
+#include "core/NotificationCenter.h"
+#include "core/PinnedStore.h"
+#include "core/Preferences.h"
+#include "core/WindowCommands.h"
+#include "core/WindowListing.h"
 #include "navigation/PlacesTable.h"
 
 #include <QBoxLayout>
@@ -16,8 +18,8 @@
 
 namespace orvane {
 
-NavigationPane::NavigationPane(Explorer& window)
-    : QObject(&window), w(window), store(std::make_unique<PinnedStore>(Preferences::pins())) {
+NavigationPane::NavigationPane(BrowserWindow& window)
+    : QObject(window.widget()), w(window), store(std::make_unique<PinnedStore>(Preferences::pins())) {
     QWidget* pane = w.widgets().navigationPane;
     places = new PlacesTable(*store, pane);
     auto* column = static_cast<QBoxLayout*>(pane->layout());
@@ -30,7 +32,7 @@ NavigationPane::NavigationPane(Explorer& window)
         w.newTab();
         w.navigate(url);
     });
-    connect(places, &PlacesTable::statusMessage, &w, &Explorer::setStatus);
+    connect(places, &PlacesTable::statusMessage, this, [this](const QString& text) { w.setStatus(text); });
     connect(&NotificationCenter::shared(), &NotificationCenter::posted, this, [this](const QString& name) {
         if (name == QLatin1String(PinnedStore::panePinsChanged)) updatePinCommand();
     });
@@ -44,7 +46,7 @@ NavigationPane::NavigationPane(Explorer& window)
         if (name == QLatin1String("refreshAction")) places->setupPlaces();
     });
     // The Storage button shares the pane; its keys stay its own.
-    w.keyboard().sidebarKey = [this](PhysicalKey key) {
+    w.keyHooks().sidebarKey = [this](PhysicalKey key) {
         return places->hasFocus() && places->handleKey(key);
     };
     registerCommands();
@@ -59,7 +61,7 @@ void NavigationPane::registerCommands() {
     c.add(
         QStringLiteral("pinAction"), QStringLiteral("Pin to Quick access"), [this] { pinAction(); },
         [this] { return !pinTargets().empty(); });
-    c.bind(w.widgets().action("pin"), QStringLiteral("pinAction"));
+    CommandBinding::bind(c, w.widgets().action("pin"), QStringLiteral("pinAction"));
     c.add(QStringLiteral("expandToCurrentFolder"),
           QStringLiteral("Reveal current folder in the navigation tree"),
           [this] { expandToCurrentFolder(); });
@@ -69,7 +71,7 @@ void NavigationPane::registerCommands() {
 
 // A click in the pane keeps the keyboard in the pane, though navigating hands it to the file list.
 void NavigationPane::open(const QUrl& url) {
-    const bool inside = w.keyboard().focusIsInside(w.widgets().navigationPane);
+    const bool inside = w.focusIsInside(w.widgets().navigationPane);
     if (!w.navigate(url)) {
         places->syncSelection(w.current());
         return;
@@ -95,7 +97,7 @@ void NavigationPane::setPhoneConnected(bool on) {
 
 std::vector<Entry> NavigationPane::pinTargets() const {
     std::vector<Entry> targets;
-    const std::vector<Entry> chosen = w.commandSelection();
+    const std::vector<Entry> chosen = w.selected();
     for (const Entry& e : chosen)
         if (e.isPlainFolder()) targets.push_back(e);
     if (chosen.empty()) targets.push_back(Entry::fromUrl(w.current()));

@@ -7,7 +7,7 @@
 
 namespace orvane {
 
-class Explorer;
+class BrowserWindow;
 class PinnedStore;
 class PlacesTable;
 struct Entry;
@@ -17,7 +17,7 @@ struct Entry;
 class NavigationPane : public QObject {
     Q_OBJECT
 public:
-    explicit NavigationPane(Explorer& window);
+    explicit NavigationPane(BrowserWindow& window);
     ~NavigationPane() override;
 
     PinnedStore& pins() { return *store; }
@@ -37,7 +37,7 @@ private:
     void open(const QUrl& url);
     void updatePinCommand();
 
-    Explorer& w;
+    BrowserWindow& w;
     std::unique_ptr<PinnedStore> store;
     PlacesTable* places;
 };

@@ -1,9 +1,9 @@
 #include "navigation/PlacesTable.h"
 
-#include "browsing/NotificationCenter.h"
-#include "browsing/Palette.h"
-#include "chrome/Symbols.h"
-#include "navigation/PinnedStore.h"
+#include "core/NotificationCenter.h"
+#include "core/PinnedStore.h"
+#include "kit/Palette.h"
+#include "kit/Symbols.h"
 #include "navigation/PlacesTableAccessible.h"
 #include "navigation/SidebarLocations.h"
 #include "navigation/SidebarRoots.h"

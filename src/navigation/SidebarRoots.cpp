@@ -1,6 +1,6 @@
 #include "navigation/SidebarRoots.h"
 
-#include "browsing/Entry.h"
+#include "core/Entry.h"
 
 #include <QDir>
 #include <QHash>

@@ -1,7 +1,7 @@
 #include "navigation/SidebarRowPainter.h"
 
-#include "browsing/Palette.h"
-#include "chrome/Symbols.h"
+#include "kit/Palette.h"
+#include "kit/Symbols.h"
 
 #include <QHash>
 #include <QPainter>

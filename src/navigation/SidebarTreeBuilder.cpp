@@ -1,7 +1,7 @@
 #include "navigation/SidebarTreeBuilder.h"
 #include "platform/NativePath.h"
 
-#include "browsing/NaturalOrder.h"
+#include "core/NaturalOrder.h"
 #include "platform/Platform.h"
 
 #include <QFile>

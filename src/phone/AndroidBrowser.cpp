@@ -1,18 +1,23 @@
 #include "phone/AndroidBrowser.h"
+#include "core/Job.h"
+#include "core/Jobs.h"
+#include "core/TabList.h"
+#include "kit/CommandBinding.h"
+#include "kit/WindowWidgets.h"
 
-#include "browsing/EditablePathBox.h"
-#include "browsing/EntryText.h"
-#include "browsing/Explorer.h"
-#include "browsing/ExplorerEvents.h"
-#include "browsing/Preferences.h"
-#include "browsing/WindowCommands.h"
-#include "browsing/WindowListing.h"
-#include "chrome/ExplorerAlert.h"
-#include "chrome/TransferProgressEdge.h"
-#include "fileops/ExplorerFileOps.h"
+#include "core/BrowserWindow.h"
+#include "core/EntryText.h"
+#include "core/ExplorerEvents.h"
+#include "core/InlineRename.h"
+#include "core/PinnedStore.h"
+#include "core/Preferences.h"
+#include "core/UriList.h"
+#include "core/WindowCommands.h"
+#include "core/WindowListing.h"
 #include "fileops/FileClipboard.h"
-#include "fileops/UriList.h"
-#include "navigation/PinnedStore.h"
+#include "kit/EditablePathBox.h"
+#include "kit/ExplorerAlert.h"
+#include "kit/TransferProgressEdge.h"
 #include "phone/PhoneClipboard.h"
 #include "phone/PhoneLocation.h"
 #include "phone/SendFilesDialog.h"
@@ -37,8 +42,8 @@
 
 namespace orvane {
 
-AndroidBrowser::AndroidBrowser(Explorer& window, const QUuid& tab)
-    : QObject(&window), w(window), tabID(tab), phone(this) {
+AndroidBrowser::AndroidBrowser(BrowserWindow& window, const QUuid& tab)
+    : QObject(window.widget()), w(window), tabID(tab), phone(this) {
     phone.setSortState(std::nullopt); // the window sorts what it shows
     connect(&phone, &PhoneBrowserState::listingChanged, this, [this] {
         if (showing()) publishListing();
@@ -50,7 +55,7 @@ AndroidBrowser::AndroidBrowser(Explorer& window, const QUuid& tab)
     connect(&phone, &PhoneBrowserState::folderListed, this, [this](const QString& name) {
         if (!showing()) return;
         selectNamed(name);
-        if (w.fileOps()) w.fileOps()->beginInlineRename();
+        if (w.inlineRename()) w.inlineRename()->beginInlineRename();
     });
     connect(&phone, &PhoneBrowserState::statusChanged, this, [this] {
         if (showing()) publishStatus();
@@ -62,25 +67,22 @@ AndroidBrowser::AndroidBrowser(Explorer& window, const QUuid& tab)
         if (showing()) w.navigate(PhoneLocation::url(chain));
     });
     // The window is held while files move, and its edge shows the file in hand.
-    TransferProgressEdge* edge = w.widgets().transferProgress;
-    connect(&phone, &PhoneBrowserState::transferStarted, this, [this, edge] {
+    connect(&phone, &PhoneBrowserState::transferStarted, this, [this] {
         moving = true;
-        w.setBusy(true);
-        edge->begin();
+        transfer = w.jobs().start(QStringLiteral("Transferring items…"), w.widget());
     });
-    connect(&phone, &PhoneBrowserState::transferProgress, edge,
-            [edge](double fraction) { fraction == 0 ? edge->begin() : edge->update(fraction); });
-    connect(&phone, &PhoneBrowserState::transferFinished, this, [this, edge] {
+    connect(&phone, &PhoneBrowserState::transferProgress, this, [this](double fraction) {
+        if (transfer) transfer->setProgress(fraction);
+    });
+    connect(&phone, &PhoneBrowserState::transferFinished, this, [this] {
         moving = false;
-        edge->finish();
-        w.setBusy(false);
+        if (transfer) transfer->finish();
         emit idle();
     });
-    w.setPhoneKeyTarget(tab, this);
 }
 
 bool AndroidBrowser::showing() const {
-    return w.current().scheme() == QLatin1String("android") && w.tabs.current().id == tabID;
+    return w.current().scheme() == QLatin1String("android") && w.tabs().current().id == tabID;
 }
 
 void AndroidBrowser::show(const QList<PhoneItem>& chain) {
@@ -194,7 +196,7 @@ bool AndroidBrowser::canCopyToComputer() const {
 void AndroidBrowser::sendFiles() {
     if (phone.busy()) return;
     if (const std::optional<QString> refusal = phone.sendRefusal({})) return phone.unlock(*refusal);
-    auto* dialog = new SendFilesDialog(&w);
+    auto* dialog = new SendFilesDialog(w.widget());
     const PhoneItem into = phone.history().last();
     connect(dialog, &SendFilesDialog::chosen, this,
             [self = QPointer(this), into](const QList<QByteArray>& paths, const QStringList& names) {
@@ -209,7 +211,7 @@ void AndroidBrowser::sendFiles() {
 void AndroidBrowser::saveFiles() {
     const QList<PhoneItem> items = selectedItems();
     if (phone.busy() || items.isEmpty() || !phone.canCopyFiles(items)) return;
-    auto* dialog = new QFileDialog(&w, Platform::instance().word(PlatformWord::CopyToComputer));
+    auto* dialog = new QFileDialog(w.widget(), Platform::instance().word(PlatformWord::CopyToComputer));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setOption(QFileDialog::ShowDirsOnly);
@@ -315,7 +317,7 @@ void AndroidBrowser::createFolder() {
 
 // The window's own inline editor, over the name cell; its text comes back through renameTo.
 void AndroidBrowser::renameSelection() {
-    if (controls().rename && w.fileOps()) w.fileOps()->beginInlineRename();
+    if (controls().rename && w.inlineRename()) w.inlineRename()->beginInlineRename();
 }
 
 void AndroidBrowser::renameTo(const Entry& entry, const QString& name) {
@@ -330,7 +332,7 @@ void AndroidBrowser::deleteSelection() {
     const QList<PhoneItem> items = selectedItems();
     if (!controls().remove) return;
     const bool sure = ExplorerAlert::confirm(
-        &w, ExplorerAlert::Kind::Destructive,
+        w.widget(), ExplorerAlert::Kind::Destructive,
         QStringLiteral("Delete ") + QString::number(items.size()) +
             QStringLiteral(" item(s) from the phone?"),
         QStringLiteral("This permanently deletes the selected items, including folder contents. Android USB "
@@ -367,7 +369,7 @@ void AndroidBrowser::fillContextMenu(QMenu* menu) {
     const PhoneControls c = controls();
     const bool free = !phone.busy();
     auto add = [this, menu](const char* name, const QString& title, bool allowed) {
-        QAction* action = w.commands().addTo(menu, QLatin1String(name), {}, title);
+        QAction* action = CommandBinding::addTo(w.commands(), menu, QLatin1String(name), {}, title);
         action->setEnabled(allowed && w.commands().contains(QLatin1String(name)));
     };
     if (chosen.isEmpty()) {

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "browsing/PhoneKeyTarget.h"
 #include "phone/PhoneBrowserState.h"
 
 #include <QHash>
 #include <QObject>
+#include <QPointer>
 #include <QUuid>
 
 class QMenu;
@@ -12,16 +12,17 @@ class QMimeData;
 
 namespace orvane {
 
-class Explorer;
+class BrowserWindow;
+class Job;
 
 // One phone tab in a window. Its state (place, listing, lock and status) lives in a
 // PhoneBrowserState; this side shows it through the window's own listing, table, path bar and
 // status row while its tab is the one showing, and runs the tab's transfers with the window held.
 // The window's file commands on a phone folder come here (keys, toolbar, menus, the inline editor).
-class AndroidBrowser : public QObject, public PhoneKeyTarget {
+class AndroidBrowser : public QObject {
     Q_OBJECT
 public:
-    AndroidBrowser(Explorer& window, const QUuid& tab);
+    AndroidBrowser(BrowserWindow& window, const QUuid& tab);
 
     PhoneBrowserState& state() { return phone; }
     const PhoneBrowserState& state() const { return phone; }
@@ -44,17 +45,17 @@ public:
     // What the window's commands allow here now.
     PhoneControls controls() const;
     bool canPasteFiles() const;
-    void copyFiles() override;
-    void cutFiles() override;
-    void pasteFiles() override;
+    void copyFiles();
+    void cutFiles();
+    void pasteFiles();
     void copyPaths();
-    void selectAllItems() override;
-    void createFolder() override;
-    void renameSelection() override;
+    void selectAllItems();
+    void createFolder();
+    void renameSelection();
     // The inline editor ended on `entry` with `name`.
     void renameTo(const Entry& entry, const QString& name);
-    void deleteSelection() override;
-    void showProperties() override;
+    void deleteSelection();
+    void showProperties();
     void pinSelection();
     void fillContextMenu(QMenu* menu);
 
@@ -80,12 +81,13 @@ private:
     void selectPending();
     void selectNamed(const QString& name);
 
-    Explorer& w;
+    BrowserWindow& w;
     QUuid tabID;
     PhoneBrowserState phone;
     mutable QHash<QString, qsizetype> byLocation; // an entry's location to its item's index
     std::optional<quint32> selectAfter;           // the folder we came up from
     bool moving = false;
+    QPointer<Job> transfer;
 };
 
 } // namespace orvane

@@ -1,8 +1,12 @@
 #include "phone/AndroidContent.h"
+#include "core/TabList.h"
+#include "kit/CommandBinding.h"
+#include "kit/WindowWidgets.h"
+#include "phone/PhoneNames.h"
 
-#include "browsing/Explorer.h"
-#include "browsing/ExplorerEvents.h"
-#include "browsing/WindowCommands.h"
+#include "core/BrowserWindow.h"
+#include "core/ExplorerEvents.h"
+#include "core/WindowCommands.h"
 #include "phone/AndroidBrowser.h"
 #include "phone/PhoneAddress.h"
 #include "phone/PhoneConnectionWatch.h"
@@ -29,8 +33,9 @@ const QStringList& localOnly() {
 }
 } // namespace
 
-AndroidContent::AndroidContent(Explorer& window)
-    : QObject(&window), w(window), connection(new PhoneConnectionWatch(this)) {
+AndroidContent::AndroidContent(BrowserWindow& window)
+    : QObject(window.widget()), w(window), connection(new PhoneConnectionWatch(this)) {
+    registerPhoneNames();
     registerCommands();
     connect(&w.events(), &ExplorerEvents::locationChanged, this, &AndroidContent::prune);
     connect(&w.events(), &ExplorerEvents::selectionChanged, &w.commands(), &WindowCommands::refresh);
@@ -56,28 +61,28 @@ void AndroidContent::registerCommands() {
             if (AndroidBrowser* b = active()) b->saveFiles();
         },
         [this] { return active() && active()->canCopyToComputer(); });
-    const ExplorerWidgets& ui = w.widgets();
+    const WindowWidgets& ui = w.widgets();
     ui.action("send")->setText(QStringLiteral("Send files…"));
     ui.action("send")->setAccessibleName(QStringLiteral("Send files to the phone"));
     ui.action("save")->setText(Platform::instance().word(PlatformWord::CopyToComputer) + u'…');
     ui.action("save")->setAccessibleName(Platform::instance().word(PlatformWord::CopyToComputer));
-    c.bind(ui.action("send"), QStringLiteral("sendToAndroid"));
-    c.bind(ui.action("save"), QStringLiteral("saveFromAndroid"));
+    CommandBinding::bind(c, ui.action("send"), QStringLiteral("sendToAndroid"));
+    CommandBinding::bind(c, ui.action("save"), QStringLiteral("saveFromAndroid"));
 }
 
 AndroidBrowser* AndroidContent::active() const {
     if (!handles(w.current())) return nullptr;
-    return browsers.value(w.tabs.current().id, nullptr);
+    return browsers.value(w.tabs().current().id, nullptr);
 }
 
 void AndroidContent::reload() {
-    const QUuid tab = w.tabs.current().id;
+    const QUuid tab = w.tabs().current().id;
     AndroidBrowser*& browser = browsers[tab];
     if (!browser) {
         browser = new AndroidBrowser(w, tab);
         connect(browser, &AndroidBrowser::idle, this, &AndroidContent::prune);
     }
-    const ExplorerWidgets& ui = w.widgets();
+    const WindowWidgets& ui = w.widgets();
     ui.action("send")->show();
     ui.action("save")->show();
     browser->show(PhoneLocation::decode(w.current()).value_or(QList<PhoneItem>()));
@@ -91,8 +96,7 @@ void AndroidContent::leave() {
 // A browser goes with its tab, but never in the middle of a transfer that holds the window.
 void AndroidContent::prune() {
     for (auto it = browsers.begin(); it != browsers.end();) {
-        if (w.tabs.indexOf(it.key()) < 0 && !(*it)->transferring()) {
-            w.setPhoneKeyTarget(it.key(), nullptr);
+        if (w.tabs().indexOf(it.key()) < 0 && !(*it)->transferring()) {
             (*it)->deleteLater();
             it = browsers.erase(it);
         } else {

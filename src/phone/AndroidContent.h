@@ -1,6 +1,6 @@
 #pragma once
 
-#include "browsing/TabContent.h"
+#include "core/TabContent.h"
 
 #include <QHash>
 #include <QObject>
@@ -9,7 +9,7 @@
 namespace orvane {
 
 class AndroidBrowser;
-class Explorer;
+class BrowserWindow;
 class PhoneConnectionWatch;
 
 // What a phone tab shows, for every android:// address of a window: one AndroidBrowser per phone
@@ -18,7 +18,7 @@ class PhoneConnectionWatch;
 class AndroidContent : public QObject, public TabContent {
     Q_OBJECT
 public:
-    explicit AndroidContent(Explorer& window);
+    explicit AndroidContent(BrowserWindow& window);
 
     bool handles(const QUrl& url) const override { return url.scheme() == QLatin1String("android"); }
     void reload() override;
@@ -28,6 +28,7 @@ public:
     bool open(const std::vector<Entry>& items) override;
     bool goTo(const QString& typed) override;
     bool reading() const override;
+    bool takesFileKeys() const override { return active() != nullptr; }
     QUrl address(const Entry& folder) const override;
     bool run(const QString& name) override;
     bool contextMenu(QMenu* menu) override;
@@ -41,7 +42,7 @@ private:
     void registerCommands();
     void prune();
 
-    Explorer& w;
+    BrowserWindow& w;
     QHash<QUuid, AndroidBrowser*> browsers;
     PhoneConnectionWatch* connection;
 };

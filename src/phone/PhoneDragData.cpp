@@ -1,6 +1,6 @@
 #include "phone/PhoneDragData.h"
 
-#include "fileops/UriList.h"
+#include "core/UriList.h"
 #include "phone/PhoneClipboard.h"
 #include "phone/PhoneTransfer.h"
 #include "platform/NativePath.h"

@@ -1,8 +1,10 @@
 #include "phone/PhoneDrop.h"
+#include "core/Job.h"
+#include "core/Jobs.h"
 
-#include "browsing/Explorer.h"
-#include "browsing/WindowCommands.h"
-#include "chrome/TransferProgressEdge.h"
+#include "core/BrowserWindow.h"
+#include "core/WindowCommands.h"
+#include "kit/TransferProgressEdge.h"
 #include "phone/AndroidBrowser.h"
 #include "phone/AndroidContent.h"
 #include "phone/PhoneClipboard.h"
@@ -21,11 +23,12 @@
 
 namespace orvane {
 
-PhoneDrop::PhoneDrop(Explorer& window, AndroidContent& phones) : QObject(&window), w(window), phones(phones) {
+PhoneDrop::PhoneDrop(BrowserWindow& window, AndroidContent& phones)
+    : QObject(window.widget()), w(window), phones(phones) {
     QWidget* viewport = w.table()->viewport();
     viewport->setAcceptDrops(true);
     viewport->installEventFilter(this);
-    ExplorerViewModes* modes = w.findChild<ExplorerViewModes*>();
+    ExplorerViewModes* modes = w.widget()->findChild<ExplorerViewModes*>();
     ExplorerIconView* icons = modes ? modes->iconView() : nullptr;
     if (!icons) return;
     icons->remoteDragData = [this](const std::vector<int>& indexes) -> QMimeData* {
@@ -60,20 +63,17 @@ std::optional<QString> PhoneDrop::target(const QMimeData* data, std::optional<in
 }
 
 void PhoneDrop::perform(const QList<PhoneItem>& items, const QString& folder) {
-    TransferProgressEdge* edge = w.widgets().transferProgress;
-    w.setBusy(true);
-    edge->begin();
+    QPointer<Job> job = w.jobs().start(QStringLiteral("Copying from phone…"), w.widget());
     w.commands().refresh();
     auto transfer = std::make_shared<PhoneTransfer>();
-    transfer->progress = [edge = QPointer(edge)](double fraction) {
-        if (edge) fraction == 0 ? edge->begin() : edge->update(fraction);
+    transfer->progress = [job](double fraction) {
+        if (job) job->setProgress(fraction);
     };
     transfer->download(items, NativePath::encode(folder),
-                       [self = QPointer(this)](const std::optional<QString>& error) {
+                       [self = QPointer(this), job](const std::optional<QString>& error) {
+                           if (job) job->finish();
                            if (!self) return;
-                           Explorer& w = self->w;
-                           w.setBusy(false);
-                           w.widgets().transferProgress->finish();
+                           BrowserWindow& w = self->w;
                            w.refresh();
                            if (error) w.showError(QStringLiteral("Copy from phone"), *error);
                        });

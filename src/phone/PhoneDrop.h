@@ -12,7 +12,7 @@ class QMimeData;
 namespace orvane {
 
 class AndroidContent;
-class Explorer;
+class BrowserWindow;
 
 // Phone items dragged out of a phone tab, and dropped on a window that shows a local folder: they
 // are copied from the phone into the folder under the pointer, or the window's folder. With no
@@ -21,7 +21,7 @@ class Explorer;
 class PhoneDrop : public QObject {
     Q_OBJECT
 public:
-    PhoneDrop(Explorer& window, AndroidContent& phones);
+    PhoneDrop(BrowserWindow& window, AndroidContent& phones);
 
     // The local folder phone items dropped on `row` (or on no row) would land in, if any.
     std::optional<QString> target(const QMimeData* data, std::optional<int> row) const;
@@ -36,7 +36,7 @@ private:
     bool dragOut(QEvent* event);
     std::optional<int> rowAt(const QPoint& point) const;
 
-    Explorer& w;
+    BrowserWindow& w;
     AndroidContent& phones;
     RowDragGesture gesture;
 };

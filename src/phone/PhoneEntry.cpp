@@ -1,11 +1,13 @@
 #include "phone/PhoneEntry.h"
 
 #include "phone/PhoneLocation.h"
+#include "phone/PhoneNames.h"
 #include "platform/Platform.h"
 
 namespace orvane {
 
 Entry phoneEntry(const PhoneItem& item) {
+    registerPhoneNames();
     Entry entry;
     entry.location = QStringLiteral("android://phone/") + QString::number(item.storage) + u'/' +
                      QString::number(item.id) + u'/' +

@@ -1,6 +1,6 @@
 #include "phone/PhoneListing.h"
 
-#include "browsing/NaturalOrder.h"
+#include "core/NaturalOrder.h"
 #include "phone/PhoneEntry.h"
 
 #include <QHash>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "browsing/Entry.h"
-#include "browsing/EntrySort.h"
+#include "core/Entry.h"
+#include "core/EntrySort.h"
 #include "phone/PhoneItem.h"
 
 #include <QList>

@@ -1,5 +1,7 @@
 #include "phone/PhoneNames.h"
 
+#include "core/Entry.h"
+
 #include "phone/PhoneLocation.h"
 
 namespace orvane {
@@ -27,6 +29,11 @@ QString phoneItemName(const QString& address) {
     }
     const QString name = QUrl::fromPercentEncoding(path.mid(path.lastIndexOf(u'/') + 1).toUtf8());
     return name.isEmpty() ? phoneTitle : name;
+}
+
+void registerPhoneNames() {
+    static const bool once = (setForeignNames({&phoneItemName, &phoneFolderName}), true);
+    Q_UNUSED(once);
 }
 
 } // namespace orvane

@@ -1,38 +1,36 @@
 #include "properties/PropertiesCommands.h"
 
-#include "browsing/Explorer.h"
-#include "browsing/PhoneKeyTarget.h"
-#include "browsing/WindowCommands.h"
+#include "core/BrowserWindow.h"
+#include "core/TabContent.h"
+#include "core/WindowCommands.h"
 #include "properties/PropertiesWindow.h"
 
 namespace orvane {
 
-PropertiesCommands::PropertiesCommands(Explorer& window) : QObject(&window), w(window) {
+PropertiesCommands::PropertiesCommands(BrowserWindow& window) : QObject(window.widget()), w(window) {
     w.commands().add(
         QStringLiteral("propertiesAction"), QStringLiteral("Properties"), [this] { propertiesAction(); },
         [this] { return enabled(); });
 }
 
 bool PropertiesCommands::enabled() const {
-    // A phone tab answers through its browser; until one is there the command has nothing to show.
-    return w.current().isLocalFile() || w.activePhone();
+    // A phone tab answers through its browser (the tab's own route); until one is there the command
+    // has nothing to show.
+    const TabContent* content = w.contentFor(w.current());
+    return w.current().isLocalFile() || (content && content->takesFileKeys());
 }
 
 void PropertiesCommands::propertiesAction() {
-    if (PhoneKeyTarget* phone = w.activePhone()) {
-        phone->showProperties();
-        return;
-    }
     if (!w.current().isLocalFile()) return;
     QList<QUrl> urls;
-    for (const Entry& entry : w.commandSelection())
+    for (const Entry& entry : w.selected())
         urls.append(entry.url());
     if (urls.isEmpty()) urls.append(w.current());
     open(urls);
 }
 
 PropertiesWindow* PropertiesCommands::open(const QList<QUrl>& urls) {
-    auto* window = new PropertiesWindow(urls, &w);
+    auto* window = new PropertiesWindow(urls, w.widget());
     shown.append(window);
     connect(window, &PropertiesWindow::closed, this,
             [this](PropertiesWindow* closed) { shown.removeAll(closed); });

@@ -7,7 +7,7 @@
 
 namespace orvane {
 
-class Explorer;
+class BrowserWindow;
 class PropertiesWindow;
 
 // The window's Properties command: a new Properties window for the command selection, or for the
@@ -15,7 +15,7 @@ class PropertiesWindow;
 class PropertiesCommands : public QObject {
     Q_OBJECT
 public:
-    explicit PropertiesCommands(Explorer& window);
+    explicit PropertiesCommands(BrowserWindow& window);
 
     void propertiesAction();
     // Opens one more window for these items and starts its reading.
@@ -26,7 +26,7 @@ public:
 private:
     bool enabled() const;
 
-    Explorer& w;
+    BrowserWindow& w;
     QList<QPointer<PropertiesWindow>> shown;
 };
 

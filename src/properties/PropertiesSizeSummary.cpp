@@ -1,6 +1,6 @@
 #include "properties/PropertiesSizeSummary.h"
 
-#include "browsing/EntryText.h"
+#include "core/EntryText.h"
 
 #include <QLocale>
 

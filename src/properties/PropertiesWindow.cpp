@@ -1,9 +1,9 @@
 #include "properties/PropertiesWindow.h"
 
-#include "browsing/Entry.h"
-#include "browsing/Palette.h"
-#include "chrome/BusySpinner.h"
-#include "chrome/Symbols.h"
+#include "core/Entry.h"
+#include "kit/BusySpinner.h"
+#include "kit/Palette.h"
+#include "kit/Symbols.h"
 #include "platform/PhysicalKeys.h"
 #include "platform/Platform.h"
 #include "properties/PropertiesReader.h"

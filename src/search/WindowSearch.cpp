@@ -1,9 +1,12 @@
 #include "search/WindowSearch.h"
+#include "core/TabList.h"
+#include "kit/CommandBinding.h"
+#include "kit/WindowWidgets.h"
 
-#include "browsing/Explorer.h"
-#include "browsing/ExplorerEvents.h"
-#include "browsing/WindowCommands.h"
-#include "browsing/WindowListing.h"
+#include "core/BrowserWindow.h"
+#include "core/ExplorerEvents.h"
+#include "core/WindowCommands.h"
+#include "core/WindowListing.h"
 #include "phone/PhoneEntry.h"
 #include "phone/PhoneLocation.h"
 #include "platform/Platform.h"
@@ -20,13 +23,13 @@ namespace {
 const QString phoneCommand = QStringLiteral("applyPhoneSearch");
 }
 
-WindowSearch::WindowSearch(Explorer& window) : QObject(&window), w(window) {
-    const ExplorerWidgets& ui = w.widgets();
+WindowSearch::WindowSearch(BrowserWindow& window) : QObject(window.widget()), w(window) {
+    const WindowWidgets& ui = w.widgets();
     ui.searchField->setAccessibleName(QStringLiteral("Search"));
     ui.clearSearchButton->setAccessibleName(QStringLiteral("Clear search"));
     ui.searchScopeButton->setAccessibleName(QStringLiteral("Search scope"));
     registerCommands();
-    w.commands().bind(ui.searchScopeButton, QStringLiteral("searchScopeMenu"));
+    CommandBinding::bind(w.commands(), ui.searchScopeButton, QStringLiteral("searchScopeMenu"));
     // The phone's words differ for the third scope.
     connect(&w.events(), &ExplorerEvents::locationChanged, this, [this] {
         updateScopeButton();
@@ -84,9 +87,10 @@ bool WindowSearch::onPhone() const {
 }
 
 void WindowSearch::searchScopeMenu() {
-    QMenu menu(&w);
+    QMenu menu(w.widget());
     for (int scope = 0; scope < 3; ++scope)
-        w.commands().addTo(&menu, QStringLiteral("changeSearchScope"), scope, scopeTitle(scope, onPhone()));
+        CommandBinding::addTo(w.commands(), &menu, QStringLiteral("changeSearchScope"), scope,
+                              scopeTitle(scope, onPhone()));
     QToolButton* button = w.widgets().searchScopeButton;
     menu.exec(button->mapToGlobal(QPoint(0, button->height())));
 }
@@ -98,7 +102,7 @@ void WindowSearch::changeSearchScope(int scope) {
     searchScope = scope;
     scopeChosen = true;
     updateScopeButton();
-    const QString text = w.tabs.current().query;
+    const QString text = w.tabs().current().query;
     if (!text.isEmpty()) w.commands().run(QStringLiteral("setSearchText"), text);
 }
 
@@ -115,19 +119,19 @@ void WindowSearch::searchChanged() {
         return;
     }
     // Back to the filter: the folder is listed again and narrowed in memory.
-    if (!handles(w.current())) w.listing().setQuery(w.tabs.current().query);
+    if (!handles(w.current())) w.listing().setQuery(w.tabs().current().query);
     w.refresh();
 }
 
 bool WindowSearch::handles(const QUrl& url) const {
-    return url.isLocalFile() && searchScope != 0 && !w.tabs.current().query.isEmpty();
+    return url.isLocalFile() && searchScope != 0 && !w.tabs().current().query.isEmpty();
 }
 
 void WindowSearch::startScopedSearch() {
-    const ExplorerWidgets& ui = w.widgets();
+    const WindowWidgets& ui = w.widgets();
     const bool computer = searchScope == 2;
     showing = true;
-    w.setWindowTitle(
+    w.widget()->setWindowTitle(
         QStringLiteral("Search — ") +
         (computer ? Platform::instance().word(PlatformWord::ThisComputer) : folderName(w.current())));
     ui.clearSearchButton->show();
@@ -138,7 +142,7 @@ void WindowSearch::startScopedSearch() {
     ui.emptyLabel->hide();
     emit w.events().listingChanged();
     engine.start(
-        w.tabs.current().query, w.current().toLocalFile(), computer, w.listing().showHidden(),
+        w.tabs().current().query, w.current().toLocalFile(), computer, w.listing().showHidden(),
         [this](std::vector<Entry> results, QString note) { finish(std::move(results), note); },
         [this](std::vector<Entry> found, FolderWalk::Progress progress) {
             stream(std::move(found), progress);
@@ -157,7 +161,7 @@ void WindowSearch::stream(std::vector<Entry> found, FolderWalk::Progress progres
 }
 
 void WindowSearch::finish(std::vector<Entry> results, const QString& note) {
-    const ExplorerWidgets& ui = w.widgets();
+    const WindowWidgets& ui = w.widgets();
     streamed.clear();
     const bool empty = results.empty();
     const QString count = QString::number(results.size());
@@ -173,13 +177,13 @@ void WindowSearch::leave() {
     streamed.clear();
     if (!showing) return;
     showing = false;
-    w.setWindowTitle(folderName(w.current()) + QStringLiteral(" — Orvane"));
+    w.widget()->setWindowTitle(folderName(w.current()) + QStringLiteral(" — Orvane"));
 }
 
 // ---------------------------------------------------------------- a phone tab without its browser
 
 void WindowSearch::startPhoneSearch() {
-    const QString text = w.tabs.current().query;
+    const QString text = w.tabs().current().query;
     const std::optional<QList<PhoneItem>> chain = PhoneLocation::decode(w.current());
     endPhoneSearch();
     if (text.isEmpty() || searchScope == 0 || !chain) {

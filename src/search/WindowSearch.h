@@ -1,6 +1,6 @@
 #pragma once
 
-#include "browsing/TabContent.h"
+#include "core/TabContent.h"
 #include "search/ExplorerSearch.h"
 #include "search/PhoneSearch.h"
 
@@ -8,7 +8,7 @@
 
 namespace orvane {
 
-class Explorer;
+class BrowserWindow;
 
 // The window's search beyond the listing: the scope button and its menu, and the folder-and-
 // subfolders and whole-computer searches, whose results stand in for the folder's listing while the
@@ -20,7 +20,7 @@ class Explorer;
 class WindowSearch : public QObject, public TabContent {
     Q_OBJECT
 public:
-    explicit WindowSearch(Explorer& window);
+    explicit WindowSearch(BrowserWindow& window);
 
     // 0 this folder only, 1 this folder and subfolders, 2 the whole computer or phone. Per window.
     int scope() const { return searchScope; }
@@ -49,7 +49,7 @@ private:
     void updateScopeButton();
     bool onPhone() const;
 
-    Explorer& w;
+    BrowserWindow& w;
     ExplorerSearch engine;
     PhoneSearch phone;
     PhoneSearch::Parents phoneParents;

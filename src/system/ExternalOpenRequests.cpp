@@ -1,27 +1,29 @@
 #include "system/ExternalOpenRequests.h"
 
-#include "browsing/AppDelegate.h"
-#include "browsing/Explorer.h"
-#include "browsing/Preferences.h"
-#include "browsing/WindowCommands.h"
-#include "browsing/WindowListing.h"
+#include "core/BrowserApp.h"
+#include "core/BrowserWindow.h"
+#include "core/Preferences.h"
+#include "core/TabList.h"
+#include "core/WindowCommands.h"
+#include "core/WindowListing.h"
 #include "platform/NativePath.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QPointer>
 #include <QStringList>
+#include <QWidget>
 #include <unistd.h>
 
 namespace orvane {
 
 namespace {
-bool candidate(const Explorer* window) {
+bool candidate(const BrowserWindow* window) {
     return window && !window->busy();
 }
 
-int tabShowing(const Explorer& window, const QString& identity) {
-    const QList<TabState>& tabs = window.tabs.all();
+int tabShowing(BrowserWindow& window, const QString& identity) {
+    const QList<TabState>& tabs = window.tabs().all();
     for (int i = 0; i < tabs.size(); ++i)
         if (tabs[i].url.isLocalFile() && ExternalOpenPlan::identity(tabs[i].url) == identity) return i;
     return -1;
@@ -33,7 +35,7 @@ QString workingFolder() {
 }
 } // namespace
 
-ExternalOpenRequests::ExternalOpenRequests(AppDelegate& app) : QObject(&app), app(app) {
+ExternalOpenRequests::ExternalOpenRequests(BrowserApp& app) : QObject(app.object()), app(app) {
     retry.setSingleShot(true);
     retry.setInterval(250);
     connect(&retry, &QTimer::timeout, this, &ExternalOpenRequests::drain);
@@ -41,12 +43,12 @@ ExternalOpenRequests::ExternalOpenRequests(AppDelegate& app) : QObject(&app), ap
 
 void ExternalOpenRequests::receive(const QList<QUrl>& urls, bool reveal) {
     pending.append({urls, reveal});
-    if (app.didFinishLaunching) drain();
+    if (app.launched()) drain();
 }
 
 // A modal dialog holds the requests back, however long it stays; they keep their order.
 void ExternalOpenRequests::drain() {
-    if (!app.didFinishLaunching || pending.isEmpty()) return;
+    if (!app.launched() || pending.isEmpty()) return;
     if (QApplication::activeModalWidget()) {
         if (!retry.isActive()) retry.start();
         return;
@@ -56,16 +58,17 @@ void ExternalOpenRequests::drain() {
 }
 
 void ExternalOpenRequests::open(const ExternalOpenPlan& plan, bool activate) {
-    Explorer* preferred = preferredWindow();
-    Explorer* last = nullptr;
+    BrowserWindow* preferred = preferredWindow();
+    BrowserWindow* last = nullptr;
     for (const ExternalFolderRequest& request : plan.folders) {
         last = show(request, preferred);
         applyExternalSelection(*last, request.selection);
         if (activate) {
-            if (last->isMinimized()) last->showNormal();
-            last->show();
-            last->raise();
-            last->activateWindow();
+            QWidget* shown = last->widget();
+            if (shown->isMinimized()) shown->showNormal();
+            shown->show();
+            shown->raise();
+            shown->activateWindow();
         }
         if (!Preferences::selfTest())
             Preferences::standard()->setValue(QStringLiteral("lastFolder"), last->current().toLocalFile());
@@ -73,48 +76,49 @@ void ExternalOpenRequests::open(const ExternalOpenPlan& plan, bool activate) {
     report(plan, last, !plan.folders.isEmpty());
 }
 
-Explorer* ExternalOpenRequests::preferredWindow() const {
-    auto* active = qobject_cast<Explorer*>(QApplication::activeWindow());
-    for (const auto& window : app.windows)
-        if (window.get() == active && candidate(active)) return active;
-    for (const auto& window : app.windows)
-        if (candidate(window.get())) return window.get();
+BrowserWindow* ExternalOpenRequests::preferredWindow() const {
+    const QWidget* active = QApplication::activeWindow();
+    for (BrowserWindow* window : app.browserWindows())
+        if (window->widget() == active && candidate(window)) return window;
+    for (BrowserWindow* window : app.browserWindows())
+        if (candidate(window)) return window;
     return nullptr;
 }
 
 // A tab already showing the folder, in any window that is free; else a new tab of the preferred
 // window; else a new window, which is preferred from then on.
-Explorer* ExternalOpenRequests::show(const ExternalFolderRequest& request, Explorer*& preferred) {
+BrowserWindow* ExternalOpenRequests::show(const ExternalFolderRequest& request, BrowserWindow*& preferred) {
     const QString identity = ExternalOpenPlan::identity(request.folder);
-    for (const auto& window : app.windows) {
-        if (!candidate(window.get())) continue;
+    for (BrowserWindow* window : app.browserWindows()) {
+        if (!candidate(window)) continue;
         if (const int tab = tabShowing(*window, identity); tab >= 0) {
             window->activateTab(tab);
-            return window.get();
+            return window;
         }
     }
     if (preferred) {
-        preferred->activateTab(preferred->tabs.append(TabState::at(request.folder)));
+        preferred->activateTab(preferred->tabs().append(TabState::at(request.folder)));
         return preferred;
     }
-    preferred = app.newWindow(request.folder);
+    preferred = app.openWindow(request.folder);
     return preferred;
 }
 
 // With nothing to show at all, the answer is an alert, so it is seen even without a window.
-void ExternalOpenRequests::report(const ExternalOpenPlan& plan, Explorer* last, bool openedAny) {
+void ExternalOpenRequests::report(const ExternalOpenPlan& plan, BrowserWindow* last, bool openedAny) {
     if (plan.unavailable.isEmpty()) return;
     if (last)
         last->setStatus(QStringLiteral("Could not find %1 requested item(s)").arg(plan.unavailable.size()));
     if (openedAny) return;
-    if (app.windows.empty()) app.newWindow();
+    if (app.browserWindows().empty()) app.openWindow();
     QStringList paths;
     for (const QUrl& url : plan.unavailable)
         paths << (url.isLocalFile() ? NativePath::display(url.toLocalFile()) : url.toDisplayString());
-    app.windows.back()->showError(QStringLiteral("Requested item is unavailable"), paths.join(u'\n'));
+    app.browserWindows().back()->showError(QStringLiteral("Requested item is unavailable"),
+                                           paths.join(u'\n'));
 }
 
-void ExternalOpenRequests::applyExternalSelection(Explorer& window, const QList<QUrl>& urls) {
+void ExternalOpenRequests::applyExternalSelection(BrowserWindow& window, const QList<QUrl>& urls) {
     window.commands().run(QStringLiteral("clearSearch"));
     const bool hidden = std::any_of(urls.begin(), urls.end(),
                                     [](const QUrl& url) { return url.fileName().startsWith(u'.'); });
@@ -126,9 +130,10 @@ void ExternalOpenRequests::applyExternalSelection(Explorer& window, const QList<
     for (const QUrl& url : urls)
         items << QUrl::fromLocalFile(folder + (folder.endsWith(u'/') ? QString() : QStringLiteral("/")) +
                                      url.fileName());
-    QPointer<Explorer> alive(&window);
-    window.selectWhenListed(items, [alive] {
-        if (alive) alive->focusFileList();
+    QPointer<QWidget> alive(window.widget());
+    BrowserWindow* target = &window;
+    window.selectWhenListed(items, [alive, target] {
+        if (alive) target->focusFileList();
     });
     window.focusFileList();
 }

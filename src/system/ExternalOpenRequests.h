@@ -10,8 +10,8 @@
 
 namespace orvane {
 
-class AppDelegate;
-class Explorer;
+class BrowserApp;
+class BrowserWindow;
 
 // Requests from outside to open folders and files: from the command line now, from the system's
 // open events where there are any. They wait, in order, until launching is over and no modal dialog
@@ -19,7 +19,7 @@ class Explorer;
 class ExternalOpenRequests : public QObject {
     Q_OBJECT
 public:
-    explicit ExternalOpenRequests(AppDelegate& app);
+    explicit ExternalOpenRequests(BrowserApp& app);
 
     void receive(const QList<QUrl>& urls, bool reveal);
     void drain();
@@ -28,17 +28,17 @@ public:
 
     // Clears the search, shows hidden files when one of the items is hidden, and selects the items
     // by name in what the window shows.
-    static void applyExternalSelection(Explorer& window, const QList<QUrl>& urls);
+    static void applyExternalSelection(BrowserWindow& window, const QList<QUrl>& urls);
 
     // The paths and file URLs of a command line, exact bytes kept; options are left out.
     static QList<QUrl> fromArguments(int argc, char** argv);
 
 private:
-    Explorer* preferredWindow() const;
-    Explorer* show(const ExternalFolderRequest& request, Explorer*& preferred);
-    void report(const ExternalOpenPlan& plan, Explorer* last, bool openedAny);
+    BrowserWindow* preferredWindow() const;
+    BrowserWindow* show(const ExternalFolderRequest& request, BrowserWindow*& preferred);
+    void report(const ExternalOpenPlan& plan, BrowserWindow* last, bool openedAny);
 
-    AppDelegate& app;
+    BrowserApp& app;
     QList<std::pair<QList<QUrl>, bool>> pending;
     QTimer retry;
 };

@@ -1,6 +1,6 @@
 #include "system/InstanceChannel.h"
 
-#include "browsing/AppDelegate.h"
+#include "core/BrowserApp.h"
 #include "platform/NativePath.h"
 
 #include <QDir>
@@ -21,7 +21,8 @@ bool someoneAnswers() {
 }
 } // namespace
 
-InstanceChannel::InstanceChannel(AppDelegate& app) : QObject(&app), app(app), server(new QLocalServer(this)) {
+InstanceChannel::InstanceChannel(BrowserApp& app)
+    : QObject(app.object()), app(app), server(new QLocalServer(this)) {
     if (someoneAnswers()) return;
     QLocalServer::removeServer(socketPath()); // what a crashed instance left
     server->setSocketOptions(QLocalServer::UserAccessOption);

@@ -10,7 +10,7 @@ class QLocalSocket;
 
 namespace orvane {
 
-class AppDelegate;
+class BrowserApp;
 
 // One running Orvane per user takes the open requests of later launches: `Orvane PATH` while it runs
 // hands PATH over and ends, as the system's open does on a Mac. A launch whose channel nobody
@@ -19,7 +19,7 @@ class InstanceChannel : public QObject {
     Q_OBJECT
 public:
     // Listens unless another instance already answers.
-    explicit InstanceChannel(AppDelegate& app);
+    explicit InstanceChannel(BrowserApp& app);
     ~InstanceChannel() override;
     bool listening() const;
 
@@ -35,7 +35,7 @@ private:
     void accept();
     void read(QLocalSocket* socket);
 
-    AppDelegate& app;
+    BrowserApp& app;
     QLocalServer* server;
 };
 

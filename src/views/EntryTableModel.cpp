@@ -1,6 +1,6 @@
 #include "views/EntryTableModel.h"
 
-#include "browsing/EntryText.h"
+#include "core/EntryText.h"
 #include "views/ExplorerColumns.h"
 #include "views/FileIcons.h"
 
@@ -43,11 +43,6 @@ QVariant EntryTableModel::headerData(int section, Qt::Orientation orientation, i
         section >= explorerColumns().size())
         return {};
     return explorerColumns()[section].title;
-}
-
-bool sameShown(const Entry& a, const Entry& b) {
-    return a.size == b.size && a.modified == b.modified && a.created == b.created && a.kind == b.kind &&
-           a.directory == b.directory && a.package == b.package && a.added == b.added;
 }
 
 namespace {

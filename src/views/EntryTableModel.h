@@ -1,6 +1,7 @@
 #pragma once
 
-#include "browsing/Entry.h"
+#include "core/Entry.h"
+#include "core/ListingRows.h"
 
 #include <QAbstractTableModel>
 #include <vector>
@@ -9,7 +10,7 @@ namespace orvane {
 
 // The rows of one window's listing. A new listing is merged in by identity (the location), in
 // ranges, so the selection, the current row and the scroll position stay with their items.
-class EntryTableModel : public QAbstractTableModel {
+class EntryTableModel : public QAbstractTableModel, public ListingRows {
     Q_OBJECT
 public:
     enum Role { EntryLocationRole = Qt::UserRole + 1, DirectoryRole };
@@ -21,10 +22,10 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
-    const std::vector<Entry>& entries() const { return rows; }
+    const std::vector<Entry>& entries() const override { return rows; }
     // Becomes `next`: a few rows coming and going are signalled as ranges, anything larger as one
     // layout change; the model is never reset.
-    void setEntries(std::vector<Entry> next);
+    void setEntries(std::vector<Entry> next) override;
     // Rows whose entry changed without its identity, re-read by the views.
     void entriesChanged();
 
@@ -35,8 +36,5 @@ private:
 
     std::vector<Entry> rows;
 };
-
-// Whether two entries show the same; rows that differ are repainted.
-bool sameShown(const Entry& a, const Entry& b);
 
 } // namespace orvane

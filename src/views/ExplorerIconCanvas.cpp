@@ -1,7 +1,7 @@
 #include "views/ExplorerIconCanvas.h"
 
-#include "browsing/Palette.h"
-#include "fileops/UriList.h"
+#include "core/UriList.h"
+#include "kit/Palette.h"
 #include "views/ExplorerIconAccessibilityItem.h"
 #include "views/ExplorerIconCanvasAccessible.h"
 #include "views/ExplorerIconScrollView.h"

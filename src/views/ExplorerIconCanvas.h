@@ -1,6 +1,6 @@
 #pragma once
 
-#include "browsing/Entry.h"
+#include "core/Entry.h"
 #include "views/ExplorerIconPainter.h"
 #include "views/IconGrid.h"
 #include "views/IconGridSelection.h"

@@ -1,8 +1,8 @@
 #include "views/ExplorerIconPainter.h"
 
-#include "browsing/EntryText.h"
-#include "browsing/Palette.h"
-#include "views/ExplorerFont.h"
+#include "core/EntryText.h"
+#include "kit/ExplorerFont.h"
+#include "kit/Palette.h"
 #include "views/FileIcons.h"
 
 #include <QCoreApplication>

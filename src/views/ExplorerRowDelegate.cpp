@@ -1,7 +1,7 @@
 #include "views/ExplorerRowDelegate.h"
 
-#include "browsing/Palette.h"
-#include "views/ExplorerFont.h"
+#include "kit/ExplorerFont.h"
+#include "kit/Palette.h"
 
 #include <QIcon>
 #include <QPainter>

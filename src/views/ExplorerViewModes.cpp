@@ -1,13 +1,13 @@
 #include "views/ExplorerViewModes.h"
 
-#include "browsing/Explorer.h"
-#include "browsing/ExplorerEvents.h"
-#include "browsing/ExplorerKeyboard.h"
-#include "browsing/WindowCommands.h"
-#include "browsing/WindowListing.h"
-#include "chrome/ExplorerChrome.h"
-#include "chrome/Symbols.h"
-#include "fileops/ExplorerFileOps.h"
+#include "core/BrowserWindow.h"
+#include "core/ExplorerEvents.h"
+#include "core/InlineRename.h"
+#include "core/KeyHooks.h"
+#include "core/WindowCommands.h"
+#include "core/WindowListing.h"
+#include "kit/Symbols.h"
+#include "kit/WindowWidgets.h"
 #include "views/ExplorerIconCanvas.h"
 #include "views/ExplorerIconView.h"
 #include "views/FileTable.h"
@@ -24,15 +24,15 @@
 
 namespace orvane {
 
-ExplorerViewModes::ExplorerViewModes(Explorer& window)
-    : QObject(&window), w(window), icons(new ExplorerIconView(window.widgets().fileArea)),
+ExplorerViewModes::ExplorerViewModes(BrowserWindow& window)
+    : QObject(window.widget()), w(window), icons(new ExplorerIconView(window.widgets().fileArea)),
       extraLarge(IconGrid::initialExtraLargeSize) {
     buildIconView();
     buildSlider();
     registerCommands();
     viewport = w.table()->viewport();
     viewport->installEventFilter(this);
-    w.keyboard().iconFileList = [this]() -> QWidget* {
+    w.keyHooks().iconFileList = [this]() -> QWidget* {
         return mode() == ViewModes::initial ? nullptr : icons;
     };
     // A new listing reaches the canvas through the model's own signals; only the pointer is given here.
@@ -43,7 +43,7 @@ ExplorerViewModes::ExplorerViewModes(Explorer& window)
 }
 
 int ExplorerViewModes::mode() const {
-    return w.chrome().viewMode;
+    return int(w.viewMode());
 }
 
 void ExplorerViewModes::buildIconView() {
@@ -59,10 +59,10 @@ void ExplorerViewModes::buildIconView() {
     icons->onRenameClick = [this](int index) {
         const std::vector<Entry> chosen = w.selected();
         if (chosen.size() == 1 && size_t(index) < w.entries().size() &&
-            chosen.front().location == w.entries()[size_t(index)].location && w.isActiveWindow())
+            chosen.front().location == w.entries()[size_t(index)].location && w.widget()->isActiveWindow())
             w.commands().run(QStringLiteral("renameAction"));
     };
-    if (ExplorerFileOps* ops = w.fileOps())
+    if (InlineRename* ops = w.inlineRename())
         ops->renameSpot = [this](int row) -> std::pair<QWidget*, QRect> {
             if (mode() == ViewModes::initial) return {nullptr, QRect()};
             icons->scrollToItem(row);
@@ -114,7 +114,7 @@ void ExplorerViewModes::registerCommands() {
 
 void ExplorerViewModes::setViewMode(int next, bool focus) {
     if (next < ViewModes::first || next > ViewModes::last) return;
-    w.chrome().viewMode = next;
+    w.recordViewMode(ViewMode(next));
     updateViewSizeSlider();
     const bool details = next == ViewModes::initial;
     // Shown and hidden in one go, so a large folder never shows both or cross-fades.

@@ -8,7 +8,7 @@ class QWheelEvent;
 
 namespace orvane {
 
-class Explorer;
+class BrowserWindow;
 class ExplorerIconView;
 
 // The eight ways a window shows its files, and the icon view behind seven of them. The mode belongs
@@ -22,7 +22,7 @@ class ExplorerIconView;
 class ExplorerViewModes : public QObject {
     Q_OBJECT
 public:
-    explicit ExplorerViewModes(Explorer& window);
+    explicit ExplorerViewModes(BrowserWindow& window);
 
     int mode() const;
     double extraLargeSize() const { return extraLarge; }
@@ -49,7 +49,7 @@ private:
     void updateViewSizeSlider();
     void showContextMenu(const QPoint& globalPos);
 
-    Explorer& w;
+    BrowserWindow& w;
     ExplorerIconView* icons;
     QSlider* slider = nullptr;
     QObject* viewport = nullptr;

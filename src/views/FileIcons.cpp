@@ -1,6 +1,6 @@
 #include "views/FileIcons.h"
 
-#include "chrome/Symbols.h"
+#include "kit/Symbols.h"
 #include "platform/TypeIndex.h"
 
 #include <QMimeDatabase>

@@ -1,10 +1,10 @@
 #include "views/FileTable.h"
 
-#include "browsing/Preferences.h"
+#include "core/Preferences.h"
+#include "kit/ExplorerFont.h"
 #include "views/ColumnFit.h"
 #include "views/ColumnSettings.h"
 #include "views/ExplorerColumns.h"
-#include "views/ExplorerFont.h"
 #include "views/ExplorerHeaderView.h"
 #include "views/ExplorerRowDelegate.h"
 

@@ -1,11 +1,11 @@
 #include "chrome/ExplorerTabStrip.h"
 
-#include "browsing/AppDelegate.h"
-#include "browsing/Explorer.h"
 #include "chrome/ExplorerTabView.h"
 #include "chrome/TitleRow.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
+#include "window/AppDelegate.h"
+#include "window/Explorer.h"
 
 #include <QCursor>
 #include <QPointer>
@@ -40,7 +40,7 @@ class ExplorerTabStripTest : public QObject {
 
     ExplorerTabStrip& strip() const { return *w->widgets().tabStrip; }
     void openTabs(int count) {
-        while (w->tabs.count() < count)
+        while (w->tabs().count() < count)
             w->newTab();
     }
 
@@ -106,7 +106,7 @@ private slots:
         QCOMPARE(w->width(), 600);
         QVERIFY(strip().geometry().right() < w->width());
         QVERIFY(inView(strip(), activeView(strip())));
-        while (w->tabs.count() > 2)
+        while (w->tabs().count() > 2)
             w->closeTab(0);
         QCOMPARE(w->width(), 600);
         w->resize(1250, 710);
@@ -118,7 +118,7 @@ private slots:
         openTabs(3);
         const QList<ExplorerTabView*> before = strip().orderedTabViews();
         QTest::mouseClick(before[0], Qt::LeftButton);
-        QCOMPARE(w->tabs.active(), 0);
+        QCOMPARE(w->tabs().active(), 0);
         QVERIFY(before[0]->activeTab());
         QVERIFY(!before[2]->activeTab());
         w->navigate(QUrl::fromLocalFile(tree.path("Alpha")));
@@ -126,7 +126,7 @@ private slots:
         QCOMPARE(before[0]->name(), QStringLiteral("Alpha"));
         QCOMPARE(before[0]->toolTip(), tree.path("Alpha"));
         QCOMPARE(before[0]->closeButton()->accessibleName(), QStringLiteral("Close Alpha"));
-        QCOMPARE(before[1]->tabID(), w->tabs.all()[1].id);
+        QCOMPARE(before[1]->tabID(), w->tabs().all()[1].id);
     }
 
     void middleClickCloses() {
@@ -137,11 +137,11 @@ private slots:
         // Let go away from the tab and nothing closes.
         QTest::mousePress(second, Qt::MiddleButton, {}, QPoint(20, 10));
         QTest::mouseRelease(second, Qt::MiddleButton, {}, QPoint(-30, 10));
-        QCOMPARE(w->tabs.count(), 3);
+        QCOMPARE(w->tabs().count(), 3);
         QTest::mouseClick(second, Qt::MiddleButton, {}, QPoint(20, 10));
-        QCOMPARE(w->tabs.count(), 2);
-        QCOMPARE(w->tabs.indexOf(id), -1);
-        QCOMPARE(w->tabs.active(), 0);
+        QCOMPARE(w->tabs().count(), 2);
+        QCOMPARE(w->tabs().indexOf(id), -1);
+        QCOMPARE(w->tabs().active(), 0);
         QCOMPARE(strip().orderedTabViews().size(), 2);
         QTRY_VERIFY(!second);
     }
@@ -153,13 +153,13 @@ private slots:
         QVERIFY(last->closeButton()->isVisible());
         QTest::mouseClick(last->closeButton(), Qt::LeftButton);
         QCOMPARE(closes.count(), 1);
-        QCOMPARE(w->tabs.count(), 2);
+        QCOMPARE(w->tabs().count(), 2);
         // Closing the active last tab activates the new last one.
-        QCOMPARE(w->tabs.active(), 1);
+        QCOMPARE(w->tabs().active(), 1);
         QVERIFY(strip().orderedTabViews()[1]->activeTab());
         QTRY_VERIFY(!last);
         QTest::mouseClick(strip().newTabButton(), Qt::LeftButton);
-        QCOMPARE(w->tabs.count(), 3);
+        QCOMPARE(w->tabs().count(), 3);
     }
 
     // Tab after tab closes under a pointer that stays where it is.

@@ -1,9 +1,10 @@
 #include "fileops/ExplorerFileOps.h"
-#include "browsing/AppDelegate.h"
-#include "browsing/Explorer.h"
-#include "chrome/TransferProgressEdge.h"
+#include "core/ExplorerEvents.h"
+#include "core/Jobs.h"
+#include "core/PinnedStore.h"
+#include "core/WindowCommands.h"
 #include "fileops/FileClipboard.h"
-#include "navigation/PinnedStore.h"
+#include "kit/TransferProgressEdge.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
@@ -12,6 +13,8 @@
 #include "views/ExplorerIconView.h"
 #include "views/ExplorerViewModes.h"
 #include "views/FileTable.h"
+#include "window/AppDelegate.h"
+#include "window/Explorer.h"
 
 #include <QAbstractButton>
 #include <QClipboard>
@@ -35,7 +38,7 @@ class ExplorerFileOpsTest : public QObject {
     std::unique_ptr<TempTree> tree;
     std::unique_ptr<AppDelegate> app;
     Explorer* w = nullptr;
-    ExplorerFileOps* ops() { return w->fileOps(); }
+    ExplorerFileOps* ops() { return dynamic_cast<ExplorerFileOps*>(w->inlineRename()); }
 
     // The window in front with the table focused, as after a click into it.
     void focusTable() {
@@ -85,6 +88,30 @@ private slots:
     void cleanup() {
         app.reset();
         tree.reset();
+    }
+
+    // The window is held through the process-wide list of jobs: its edge follows, and neither the
+    // window nor the program may end until the paste has.
+    void aLongPasteHoldsTheWindowThroughTheJobsList() {
+        TempTree source;
+        QList<QUrl> files;
+        for (int i = 0; i < 2000; ++i)
+            files << QUrl::fromLocalFile(source.file(QStringLiteral("f%1.txt").arg(i), "x"));
+        FileClipboard::shared().setClipboard(files, false);
+        QSignalSpy busy(&w->events(), &ExplorerEvents::busyChanged);
+        QVERIFY(w->commands().run(QStringLiteral("pasteAction")));
+        QCOMPARE(w->jobs().runningFor(w).size(), 1);
+        QVERIFY(w->jobs().holds(w) && w->busy() && w->widgets().transferProgress->running());
+        QVERIFY(!app->shouldTerminate());
+        app->lastAlert()->close();
+        QVERIFY(!w->close());
+        w->lastAlert()->close();
+        waitForJob();
+        QVERIFY(!w->jobs().anyHolding() && !w->busy());
+        QCOMPARE(busy.size(), 2);
+        QTRY_VERIFY(!w->widgets().transferProgress->running());
+        QCOMPARE(QDir(tree->path()).entryList(QDir::Files).size(), 2002);
+        QVERIFY(app->shouldTerminate());
     }
 
     void copyPasteMakesACopyAndUndoTrashesIt() {

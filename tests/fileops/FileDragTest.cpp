@@ -1,12 +1,12 @@
 #include "fileops/FileDrag.h"
-#include "browsing/AppDelegate.h"
-#include "browsing/Explorer.h"
-#include "fileops/UriList.h"
+#include "core/UriList.h"
 #include "platform/NativePath.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
 #include "views/FileTable.h"
+#include "window/AppDelegate.h"
+#include "window/Explorer.h"
 
 #include <QMimeData>
 

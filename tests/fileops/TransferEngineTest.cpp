@@ -1,5 +1,5 @@
 #include "fileops/TransferEngine.h"
-#include "browsing/FolderListing.h"
+#include "core/FolderListing.h"
 #include "platform/NativePath.h"
 #include "support/FatMount.h"
 #include "support/TempTree.h"

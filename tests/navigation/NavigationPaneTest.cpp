@@ -1,11 +1,11 @@
 #include "navigation/NavigationPane.h"
-#include "browsing/AppDelegate.h"
-#include "browsing/Explorer.h"
-#include "navigation/PinnedStore.h"
+#include "core/PinnedStore.h"
 #include "navigation/PlacesTable.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
+#include "window/AppDelegate.h"
+#include "window/Explorer.h"
 
 #include <QDir>
 #include <QLabel>

@@ -1,6 +1,6 @@
 #include "navigation/PlacesTable.h"
-#include "browsing/NotificationCenter.h"
-#include "navigation/PinnedStore.h"
+#include "core/NotificationCenter.h"
+#include "core/PinnedStore.h"
 #include "navigation/SidebarLocations.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"

@@ -1,13 +1,12 @@
 // The window's file commands on a phone folder, through the real bridge and a simulated phone: the
 // inline editor, new folders, the delete confirmation, the clipboard, the context menus and drops.
 #include "phone/AndroidBrowser.h"
-#include "browsing/AppDelegate.h"
-#include "browsing/EditablePathBox.h"
-#include "browsing/EntryText.h"
-#include "browsing/Explorer.h"
-#include "browsing/Preferences.h"
+#include "core/EntryText.h"
+#include "core/InlineRename.h"
+#include "core/PinnedStore.h"
+#include "core/Preferences.h"
 #include "fileops/ExplorerFileOps.h"
-#include "navigation/PinnedStore.h"
+#include "kit/EditablePathBox.h"
 #include "phone/AndroidContent.h"
 #include "phone/BridgeHarness.h"
 #include "phone/PhoneClipboard.h"
@@ -17,6 +16,8 @@
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
 #include "views/FileTable.h"
+#include "window/AppDelegate.h"
+#include "window/Explorer.h"
 
 #include <QClipboard>
 #include <QContextMenuEvent>
@@ -44,7 +45,7 @@ class AndroidBrowserTest : public PhoneWindowFixture {
         type(QStringLiteral("Android USB/Internal storage/") + folder);
         QTRY_VERIFY(idle() && w->current().scheme() == QLatin1String("android"));
     }
-    QLineEdit* editor() const { return w->fileOps()->renameEditor(); }
+    QLineEdit* editor() const { return w->inlineRename()->renameEditor(); }
     // Opens the inline editor through the window's command, types `text` and ends with `key`.
     void renameWith(const QString& text, Qt::Key key) {
         QVERIFY(run("renameAction"));

@@ -1,10 +1,8 @@
 // A phone tab in a real window, over the real bridge and a simulated phone: what it shows, which
 // commands it answers, its dialogs and transfers, and phone items dropped on a local window.
 #include "phone/AndroidContent.h"
-#include "browsing/AppDelegate.h"
-#include "browsing/EditablePathBox.h"
-#include "browsing/Explorer.h"
-#include "chrome/TransferProgressEdge.h"
+#include "kit/EditablePathBox.h"
+#include "kit/TransferProgressEdge.h"
 #include "navigation/NavigationPane.h"
 #include "navigation/PlacesTable.h"
 #include "phone/AndroidBrowser.h"
@@ -17,6 +15,8 @@
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
 #include "views/FileTable.h"
+#include "window/AppDelegate.h"
+#include "window/Explorer.h"
 
 #include <QDialogButtonBox>
 #include <QDropEvent>
@@ -136,7 +136,7 @@ private slots:
         selectNames(*w, {"Camera"});
         QVERIFY(w->commands().run(QStringLiteral("openNewTabSelected")));
         QTRY_VERIFY(settled() && names().contains(QStringLiteral("IMG_1.jpg")));
-        QCOMPARE(w->tabs.count(), 2);
+        QCOMPARE(w->tabs().count(), 2);
         w->navigate(QUrl::fromLocalFile(local->path(QStringLiteral("here"))));
         QVERIFY(w->widgets().action("save")->isHidden());
         selectNames(*w, {"existing.txt"});

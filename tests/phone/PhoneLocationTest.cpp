@@ -1,7 +1,8 @@
 // Phone addresses, phone dates, phone entries and the names the views take from them.
 #include "phone/PhoneLocation.h"
-#include "browsing/Entry.h"
+#include "core/Entry.h"
 #include "phone/PhoneEntry.h"
+#include "phone/PhoneNames.h"
 #include "support/TestEnvironment.h"
 
 #include <QJsonDocument>
@@ -34,6 +35,7 @@ class PhoneLocationTest : public QObject {
     Q_OBJECT
 
 private slots:
+    void initTestCase() { registerPhoneNames(); }
     void roundTrip_data() {
         QTest::addColumn<QList<PhoneItem>>("chain");
         const PhoneItem root = folder(phoneRootHandle, QStringLiteral("Internal storage"));

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "browsing/AppDelegate.h"
-#include "browsing/EditablePathBox.h"
-#include "browsing/Explorer.h"
+#include "kit/EditablePathBox.h"
 #include "phone/AndroidBrowser.h"
 #include "phone/AndroidContent.h"
 #include "phone/BridgeHarness.h"
 #include "phone/PhoneBrowserState.h"
 #include "support/TempTree.h"
+#include "window/AppDelegate.h"
+#include "window/Explorer.h"
 
 #include <QLabel>
 #include <QLineEdit>

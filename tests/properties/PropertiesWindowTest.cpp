@@ -1,12 +1,12 @@
 #include "properties/PropertiesWindow.h"
-#include "browsing/AppDelegate.h"
-#include "browsing/Explorer.h"
-#include "browsing/WindowCommands.h"
+#include "core/WindowCommands.h"
 #include "properties/PropertiesCommands.h"
 #include "properties/PropertiesReader.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
+#include "window/AppDelegate.h"
+#include "window/Explorer.h"
 
 #include <QRegularExpression>
 #include <QSignalSpy>

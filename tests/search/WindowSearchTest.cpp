@@ -1,14 +1,14 @@
 // The search field of a real window: scopes, the scope button's words, the results standing in for
 // the listing, and the way back to the folder.
 #include "search/WindowSearch.h"
-#include "browsing/AppDelegate.h"
-#include "browsing/Explorer.h"
 #include "phone/BridgeHarness.h"
 #include "phone/PhoneLocation.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
 #include "views/FileTable.h"
+#include "window/AppDelegate.h"
+#include "window/Explorer.h"
 
 #include <QLabel>
 #include <QLineEdit>

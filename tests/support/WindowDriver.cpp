@@ -1,7 +1,7 @@
 #include "WindowDriver.h"
 
-#include "browsing/Explorer.h"
 #include "views/FileTable.h"
+#include "window/Explorer.h"
 
 #include <QAbstractButton>
 #include <QApplication>

@@ -1,14 +1,14 @@
 #pragma once
 
-#include "browsing/ExplorerEvents.h"
-#include "browsing/ExplorerKeyboard.h"
-#include "browsing/ListingCommands.h"
-#include "browsing/LocalFolderContent.h"
-#include "browsing/WindowCommands.h"
-#include "browsing/WindowListing.h"
 #include "chrome/ExplorerChrome.h"
+#include "core/ExplorerEvents.h"
+#include "core/WindowCommands.h"
+#include "core/WindowListing.h"
 #include "navigation/NavigationPane.h"
 #include "navigation/PlacesTable.h"
+#include "window/ExplorerKeyboard.h"
+#include "window/ListingCommands.h"
+#include "window/LocalFolderContent.h"
 
 #include <QKeyEvent>
 #include <QList>

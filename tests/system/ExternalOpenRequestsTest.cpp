@@ -1,11 +1,13 @@
 #include "system/ExternalOpenRequests.h"
-#include "browsing/AppDelegate.h"
-#include "browsing/Explorer.h"
-#include "browsing/WindowListing.h"
+#include "core/Job.h"
+#include "core/Jobs.h"
+#include "core/WindowListing.h"
 #include "platform/NativePath.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
+#include "window/AppDelegate.h"
+#include "window/Explorer.h"
 
 #include <QDialog>
 #include <QDir>
@@ -19,7 +21,7 @@ namespace {
 int tabCount(const AppDelegate& app) {
     int n = 0;
     for (const auto& window : app.windows)
-        n += window->tabs.count();
+        n += window->tabs().count();
     return n;
 }
 
@@ -56,13 +58,13 @@ private slots:
     void anOpenFolderIsFoundInAnyWindow() {
         app->newWindow(at());
         Explorer* two = app->newWindow(at(QStringLiteral("Other")));
-        two->activateTab(two->tabs.append(TabState::at(at(QStringLiteral("Docs")))));
+        two->activateTab(two->tabs().append(TabState::at(at(QStringLiteral("Docs")))));
         app->receiveExternalURLs({at(QStringLiteral("Other/../Other"))});
         QCOMPARE(tabCount(*app), 3);
-        QCOMPARE(two->tabs.active(), 0);
+        QCOMPARE(two->tabs().active(), 0);
 
         app->receiveExternalURLs({at(QStringLiteral("Docs/a.txt"))});
-        QCOMPARE(two->tabs.active(), 1);
+        QCOMPARE(two->tabs().active(), 1);
         QTRY_COMPARE(selectedNames(*two), QStringList{"a.txt"});
         QCOMPARE(tabCount(*app), 3);
     }
@@ -70,25 +72,25 @@ private slots:
     // Busy windows are left alone: the request gets a window of its own.
     void busyWindowsGetNoNewTab() {
         Explorer* busy = app->newWindow(at());
-        busy->setBusy(true);
+        Job* job = busy->jobs().start(QStringLiteral("Copying"), busy);
         app->receiveExternalURLs({at(QStringLiteral("Docs"))});
         QCOMPARE(app->windows.size(), size_t(2));
-        QCOMPARE(busy->tabs.count(), 1);
+        QCOMPARE(busy->tabs().count(), 1);
         QCOMPARE(app->windows.back()->current(),
                  QUrl::fromLocalFile(NativePath::canonical(tree->path("Docs"))));
-        busy->setBusy(false);
+        job->finish();
     }
 
     // A hidden item asked for is shown and selected, in its window only.
     void aHiddenItemTurnsOnHiddenFilesThere() {
         Explorer* other = app->newWindow(at(QStringLiteral("Other")));
-        other->setBusy(true);
+        Job* job = other->jobs().start(QStringLiteral("Copying"), other);
         app->receiveExternalURLs({at(QStringLiteral("Docs/.hidden.txt"))});
         Explorer* shown = app->windows.back().get();
         QVERIFY(shown != other && shown->listing().showHidden());
         QVERIFY(!other->listing().showHidden());
         QTRY_COMPARE(selectedNames(*shown), QStringList{".hidden.txt"});
-        other->setBusy(false);
+        job->finish();
     }
 
     // With nothing found the answer is an alert, on a window made for it if there is none.
@@ -113,11 +115,11 @@ private slots:
         app->receiveExternalURLs({at(QStringLiteral("Docs"))});
         app->receiveExternalURLs({at(QStringLiteral("Other"))});
         QTest::qWait(300); // UNAVOIDABLE: proves that nothing opens while the dialog stands
-        QCOMPARE(window->tabs.count(), 1);
+        QCOMPARE(window->tabs().count(), 1);
         dialog.close();
-        QTRY_COMPARE(window->tabs.count(), 3);
-        QCOMPARE(window->tabs.all()[1].url.fileName(), QStringLiteral("Docs"));
-        QCOMPARE(window->tabs.all()[2].url.fileName(), QStringLiteral("Other"));
+        QTRY_COMPARE(window->tabs().count(), 3);
+        QCOMPARE(window->tabs().all()[1].url.fileName(), QStringLiteral("Docs"));
+        QCOMPARE(window->tabs().all()[2].url.fileName(), QStringLiteral("Other"));
     }
 
     // Relative paths stand in the working folder; a file URL keeps bytes that are not UTF-8.

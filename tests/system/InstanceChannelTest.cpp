@@ -1,9 +1,9 @@
 #include "system/InstanceChannel.h"
-#include "browsing/AppDelegate.h"
-#include "browsing/Explorer.h"
 #include "platform/NativePath.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
+#include "window/AppDelegate.h"
+#include "window/Explorer.h"
 
 #include <QFile>
 #include <QLocalSocket>

@@ -1,7 +1,6 @@
 #include "views/ExplorerViewModes.h"
-#include "browsing/AppDelegate.h"
-#include "browsing/Explorer.h"
-#include "browsing/ExplorerMenus.h"
+#include "chrome/ExplorerMenus.h"
+#include "core/InlineRename.h"
 #include "fileops/ExplorerFileOps.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
@@ -9,6 +8,8 @@
 #include "views/ExplorerIconCanvas.h"
 #include "views/ExplorerIconView.h"
 #include "views/FileTable.h"
+#include "window/AppDelegate.h"
+#include "window/Explorer.h"
 
 #include <QLineEdit>
 #include <QMenu>
@@ -146,12 +147,12 @@ private slots:
         QCOMPARE(w->selected().size(), size_t(1));
         // Keys the canvas leaves go on to the window's table of keys: F2 renames in place over the icon.
         QVERIFY(press(canvas(), Qt::Key_F2, 68));
-        QLineEdit* editor = w->fileOps()->renameEditor();
+        QLineEdit* editor = w->inlineRename()->renameEditor();
         QVERIFY(editor);
         QCOMPARE(editor->parentWidget(), canvas());
         QCOMPARE(editor->geometry(), modes->iconView()->renamePlacement(0));
         QTest::keyClick(editor, Qt::Key_Escape);
-        QVERIFY(!w->fileOps()->renameEditor());
+        QVERIFY(!w->inlineRename()->renameEditor());
     }
 };
 

@@ -1,10 +1,10 @@
 #include "views/FileTable.h"
+#include "kit/ExplorerFont.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
 #include "views/EntryTableModel.h"
 #include "views/ExplorerColumns.h"
-#include "views/ExplorerFont.h"
 #include "views/ExplorerHeaderView.h"
 
 #include <QContextMenuEvent>

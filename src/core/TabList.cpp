@@ -1,0 +1,28 @@
+#include "core/TabList.h"
+
+namespace orvane {
+
+int TabList::indexOf(const QUuid& id) const {
+    for (int i = 0; i < list.size(); ++i)
+        if (list[i].id == id) return i;
+    return -1;
+}
+
+int TabList::append(const TabState& tab) {
+    list.append(tab);
+    return int(list.size()) - 1;
+}
+
+void TabList::setActive(int index) {
+    if (contains(index)) activeIndex = index;
+}
+
+int TabList::remove(int index) {
+    if (!contains(index) || list.size() < 2) return activeIndex;
+    list.removeAt(index);
+    if (index < activeIndex) --activeIndex;
+    activeIndex = qMin(activeIndex, int(list.size()) - 1);
+    return activeIndex;
+}
+
+} // namespace orvane

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "core/BrowserApp.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QUrl>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+class QMenuBar;
+class QMessageBox;
+
+namespace orvane {
+
+class Explorer;
+struct ExternalOpenPlan;
+class ExternalOpenRequests;
+class ModalShortcuts;
+
+// The one application object: the registry of windows and the guards on closing and quitting.
+class AppDelegate : public QObject, public BrowserApp {
+    Q_OBJECT
+public:
+    explicit AppDelegate(QObject* parent = nullptr);
+    ~AppDelegate() override;
+
+    // The only owner of windows: a window lives exactly as long as it is listed here.
+    std::vector<std::unique_ptr<Explorer>> windows;
+    bool didFinishLaunching = false;
+    // Answers whether a change of the system's default folder browser is still under way.
+    std::function<bool()> defaultBrowserChanging = [] { return false; };
+
+    void applicationDidFinishLaunching();
+    Explorer* newWindow(const std::optional<QUrl>& initialURL = std::nullopt);
+    // Requests from outside to open folders and files; they wait until launching is over.
+    void receiveExternalURLs(const QList<QUrl>& urls, bool reveal = false) override;
+    QObject* object() override { return this; }
+    std::vector<BrowserWindow*> browserWindows() const override;
+    BrowserWindow* openWindow(const std::optional<QUrl>& initialURL = std::nullopt) override;
+    bool launched() const override { return didFinishLaunching; }
+    Services& services() override { return *shared; }
+    void drainExternalRequests();
+    void openExternalPlan(const ExternalOpenPlan& plan, bool activate);
+    bool anyWindowBusy() const;
+    bool shouldTerminateAfterLastWindowClosed() const;
+    // Asked on every quit; refuses with an alert while something still runs.
+    bool shouldTerminate();
+    void requestQuit();
+    void makeMenu(QMenuBar* bar, Explorer* window);
+    // The application-wide key watch for dialogs and other windows that are no browser windows.
+    void installModalShortcuts();
+    std::unique_ptr<ModalShortcuts> modalKeyMonitor;
+    QPointer<QMessageBox> lastAlert() const { return alert; }
+
+signals:
+    void firstWindowDecided();
+
+private:
+    void windowWillClose(Explorer* window);
+    void routeEdit(int tag, Explorer* window);
+
+    QPointer<QMessageBox> alert;
+    Services* shared;
+    ExternalOpenRequests* external;
+};
+
+} // namespace orvane

@@ -1,0 +1,186 @@
+#include "chrome/ExplorerChrome.h"
+#include "chrome/DetailsPane.h"
+#include "chrome/ExplorerMenus.h"
+#include "core/Job.h"
+#include "core/Jobs.h"
+#include "core/Preferences.h"
+#include "support/TempTree.h"
+#include "support/TestEnvironment.h"
+#include "support/WindowDriver.h"
+#include "views/FileTable.h"
+#include "window/AppDelegate.h"
+#include "window/Explorer.h"
+
+#include <QClipboard>
+#include <QHeaderView>
+#include <QItemSelectionModel>
+#include <QLabel>
+#include <QMenu>
+#include <QMimeData>
+#include <QTableView>
+#include <QToolButton>
+
+using namespace orvane;
+using orvane::test::TempTree;
+using namespace orvane::test;
+
+namespace {
+QString enabledButtons(const Explorer& w) {
+    QStringList on;
+    for (const char* key : {"new", "cut", "copy", "paste", "rename", "trash", "pin"})
+        if (w.widgets().action(key)->isEnabled()) on << QLatin1String(key);
+    return on.join(u',');
+}
+
+QMap<QString, bool> contextItems(Explorer& w) {
+    QMenu menu;
+    ExplorerMenus::fillContextMenu(&menu, &w);
+    QMap<QString, bool> items;
+    for (QAction* a : menu.actions())
+        if (!a->isSeparator()) items.insert(a->text(), a->isEnabled());
+    return items;
+}
+} // namespace
+
+class ExplorerChromeTest : public QObject {
+    Q_OBJECT
+    TempTree tree;
+    std::unique_ptr<AppDelegate> app;
+    Explorer* w = nullptr;
+
+private slots:
+    void initTestCase() {
+        tree.sizedFile("one.txt", 1500);
+        tree.sizedFile("two.txt", 2500);
+        tree.folder("Folder");
+    }
+    void init() {
+        QGuiApplication::clipboard()->clear();
+        app = std::make_unique<AppDelegate>();
+        w = app->newWindow(QUrl::fromLocalFile(tree.path()));
+    }
+    void cleanup() { app.reset(); }
+
+    void toolbarFollowsTheSelection_data() {
+        QTest::addColumn<QStringList>("selection");
+        QTest::addColumn<bool>("busy");
+        QTest::addColumn<QString>("enabled");
+        QTest::newRow("nothing selected") << QStringList{} << false << "new,pin";
+        QTest::newRow("one file") << QStringList{"one.txt"} << false << "new,cut,copy,rename,trash";
+        QTest::newRow("two files") << QStringList{"one.txt", "two.txt"} << false << "new,cut,copy,trash";
+        QTest::newRow("one folder") << QStringList{"Folder"} << false << "new,cut,copy,rename,trash,pin";
+        QTest::newRow("busy") << QStringList{"one.txt"} << true << "";
+    }
+    void toolbarFollowsTheSelection() {
+        QFETCH(QStringList, selection);
+        QFETCH(bool, busy);
+        QFETCH(QString, enabled);
+        Job* job = busy ? w->jobs().start(QStringLiteral("Copying"), w) : nullptr;
+        selectNames(*w, selection);
+        (*w->findChild<ExplorerChrome*>()).updateActionState();
+        QCOMPARE(enabledButtons(*w), enabled);
+        if (job) job->finish();
+    }
+
+    void pasteFollowsTheClipboard() {
+        auto* data = new QMimeData;
+        data->setUrls({QUrl::fromLocalFile(tree.path("one.txt"))});
+        QGuiApplication::clipboard()->setMimeData(data);
+        QTRY_VERIFY(w->widgets().action("paste")->isEnabled());
+        QGuiApplication::clipboard()->setText(QStringLiteral("just text"));
+        QTRY_VERIFY(!w->widgets().action("paste")->isEnabled());
+    }
+
+    void contextMenuRules() {
+        selectNames(*w, {"Folder"});
+        QMap<QString, bool> items = contextItems(*w);
+        QVERIFY(items.value("Open"));
+        QVERIFY(items.value("Open in new tab"));
+        QVERIFY(!items.contains("Show Package Contents"));
+        QVERIFY(items.value("Copy as path"));
+        selectNames(*w, {"one.txt", "two.txt"});
+        items = contextItems(*w);
+        QVERIFY(!items.value("Open in new tab"));
+        selectNames(*w, {});
+        items = contextItems(*w);
+        QVERIFY(!items.value("Open"));
+        QVERIFY(items.contains("Properties"));
+        QCOMPARE(items.size(), 13);
+    }
+
+    void statusLineCountsAndSums() {
+        QCOMPARE(w->widgets().countLabel->text(), QStringLiteral("Ctrl+L  Path    •    F1  Shortcuts"));
+        selectNames(*w, {"one.txt", "two.txt"});
+        QCOMPARE(w->widgets().countLabel->text(), QStringLiteral("2 selected  ·  4 KB"));
+        QCOMPARE(w->widgets().status->text(), QStringLiteral("3 items"));
+    }
+
+    void detailsAndPreviewExcludeEachOther() {
+        (*w->findChild<ExplorerChrome*>()).toggleDetails();
+        QVERIFY((*w->findChild<ExplorerChrome*>()).detailsVisible);
+        QVERIFY(w->widgets().detailsPane->isVisibleTo(w));
+        QVERIFY(w->widgets().detailsPane->width() >= 260 || w->widgets().detailsPane->minimumWidth() >= 260);
+        QCOMPARE(w->widgets().detailsPane->title(), QFileInfo(tree.path()).fileName());
+        selectNames(*w, {"one.txt", "two.txt"});
+        QCOMPARE(w->widgets().detailsPane->title(), QStringLiteral("2 items selected"));
+        QCOMPARE(w->widgets().detailsPane->meta(), QStringLiteral("Files total\n4 KB"));
+        (*w->findChild<ExplorerChrome*>()).togglePreview();
+        QVERIFY((*w->findChild<ExplorerChrome*>()).previewVisible);
+        QVERIFY(!(*w->findChild<ExplorerChrome*>()).detailsVisible);
+        QVERIFY(!w->widgets().detailsPane->isVisibleTo(w));
+        (*w->findChild<ExplorerChrome*>()).toggleDetails();
+        QVERIFY(!(*w->findChild<ExplorerChrome*>()).previewVisible);
+    }
+
+    void copyPathQuotesEachPath() {
+        selectNames(*w, {"one.txt", "two.txt"});
+        (*w->findChild<ExplorerChrome*>()).copyPathAction();
+        QCOMPARE(QGuiApplication::clipboard()->text(),
+                 QStringLiteral("\"%1\"\n\"%2\"").arg(tree.path("one.txt"), tree.path("two.txt")));
+    }
+
+    void columnChoicesReachTheNextWindow() {
+        QVERIFY(w->table()->isColumnVisible(QStringLiteral("dimensions")));
+        w->table()->toggleColumn(QStringLiteral("dimensions"));
+        w->table()->toggleColumn(QStringLiteral("created"));
+        w->table()->toggleColumn(QStringLiteral("name"));
+        Explorer* second = app->newWindow(QUrl::fromLocalFile(tree.path()));
+        QVERIFY(!second->table()->isColumnVisible(QStringLiteral("dimensions")));
+        QVERIFY(second->table()->isColumnVisible(QStringLiteral("created")));
+        QVERIFY(second->table()->isColumnVisible(QStringLiteral("name")));
+        w->table()->toggleColumn(QStringLiteral("dimensions"));
+        w->table()->toggleColumn(QStringLiteral("created"));
+    }
+
+    // A click on a header reorders the listing; a second click on it reverses the order.
+    void headerClicksSort() {
+        QHeaderView* header = w->table()->horizontalHeader();
+        const int sizeColumn = 4;
+        const QPoint onSize(header->sectionViewportPosition(sizeColumn) + 10, header->height() / 2);
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, onSize);
+        QCOMPARE(w->listing().sort().key, QStringLiteral("size"));
+        QCOMPARE(w->entries().back().name(), QStringLiteral("two.txt"));
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, onSize);
+        QVERIFY(!w->listing().sort().ascending);
+        QCOMPARE(w->entries().front().name(), QStringLiteral("two.txt"));
+        w->findChild<ListingCommands*>()->setSort(QStringLiteral("name"), true);
+    }
+
+    void sidebarWidthIsClamped_data() {
+        QTest::addColumn<int>("stored");
+        QTest::addColumn<int>("width");
+        QTest::newRow("absent") << 0 << 240;
+        QTest::newRow("too wide") << 900 << 480;
+        QTest::newRow("too narrow") << 50 << 180;
+        QTest::newRow("inside") << 300 << 300;
+    }
+    void sidebarWidthIsClamped() {
+        QFETCH(int, stored);
+        QFETCH(int, width);
+        Preferences::standard()->setValue(QStringLiteral("sidebar.width.v2"), stored);
+        QCOMPARE((*w->findChild<ExplorerChrome*>()).sidebarWidth(), width);
+    }
+};
+
+ORVANE_TEST_MAIN(ExplorerChromeTest)
+#include "ExplorerChromeTest.moc"

@@ -1,0 +1,107 @@
+#include "chrome/ShortcutGuideWindow.h"
+#include "chrome/ExplorerChrome.h"
+
+#include "support/TempTree.h"
+#include "support/TestEnvironment.h"
+#include "support/WindowDriver.h"
+#include "window/AppDelegate.h"
+#include "window/Explorer.h"
+#include "window/ExplorerShortcuts.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QScrollArea>
+#include <QScrollBar>
+
+using namespace orvane;
+using namespace orvane::test;
+
+namespace {
+
+// Whether a label shows all of its text: on one line, or wrapped into the height it was given.
+bool showsAll(const QLabel* label) {
+    const int room = label->contentsRect().width();
+    if (label->wordWrap()) return label->height() >= label->heightForWidth(label->width());
+    return label->fontMetrics().horizontalAdvance(label->text()) <= room;
+}
+
+int countOf(const ShortcutGuideWindow* guide, const QString& text) {
+    int n = 0;
+    for (const QLabel* label : guide->findChildren<QLabel*>())
+        n += label->text() == text;
+    return n;
+}
+
+} // namespace
+
+class ShortcutGuideWindowTest : public QObject {
+    Q_OBJECT
+    std::unique_ptr<TempTree> tree;
+    std::unique_ptr<AppDelegate> app;
+    Explorer* w = nullptr;
+
+    QPointer<ShortcutGuideWindow> openGuide() {
+        w->commands().run(QStringLiteral("helpAction"));
+        QPointer<ShortcutGuideWindow> guide = (*w->findChild<ExplorerChrome*>()).shortcutGuide();
+        if (guide) (void)QTest::qWaitForWindowExposed(guide);
+        return guide;
+    }
+
+private slots:
+    void init() {
+        tree = std::make_unique<TempTree>();
+        app = std::make_unique<AppDelegate>();
+        w = app->newWindow(QUrl::fromLocalFile(tree->path()));
+        // Inside the offscreen screen (800 by 600), so the guide can sit in the middle of the window.
+        w->setGeometry(10, 5, 780, 590);
+        QVERIFY(QTest::qWaitForWindowExposed(w));
+    }
+    void cleanup() {
+        app.reset();
+        tree.reset();
+    }
+
+    // At its default size every line reads whole, without a sideways scroll bar, and the guide
+    // stands over the middle of its window.
+    void readableAndCentredAtItsDefaultSize() {
+        QPointer<ShortcutGuideWindow> guide = openGuide();
+        QVERIFY(guide);
+        QCOMPARE(guide->size(), QSize(650, 600));
+        QVERIFY(guide->windowFlags().testFlag(Qt::FramelessWindowHint));
+        const QPoint offCentre = guide->frameGeometry().center() - w->frameGeometry().center();
+        QVERIFY2(offCentre.manhattanLength() <= 4, qPrintable(QString::number(offCentre.manhattanLength())));
+        QScrollArea* scroll = guide->scrollArea();
+        QVERIFY(!scroll->horizontalScrollBar()->isVisible());
+        QVERIFY(scroll->widget()->width() <= scroll->viewport()->width());
+        for (const QLabel* label : scroll->widget()->findChildren<QLabel*>()) {
+            QVERIFY2(showsAll(label), qPrintable(label->text()));
+            QVERIFY2(label->geometry().right() < scroll->viewport()->width(), qPrintable(label->text()));
+        }
+    }
+
+    // A row whose command has not arrived yet says so, and stops saying so once it is there.
+    void absentCommandsAreMarked() {
+        int absent = 0;
+        for (const ShortcutRow& row : explorerShortcutRows())
+            absent += !row.command.isEmpty() && !w->commands().contains(row.command);
+        QVERIFY(absent > 0);
+        QPointer<ShortcutGuideWindow> guide = openGuide();
+        QCOMPARE(countOf(guide, ShortcutGuideWindow::unavailableText()), absent);
+        const auto isProperties = [](const QLabel* l) {
+            return l->text() == "Quick Look (unless choosing individual items)";
+        };
+        const QList<QLabel*> labels = guide->findChildren<QLabel*>();
+        const auto properties = std::find_if(labels.begin(), labels.end(), isProperties);
+        QVERIFY(properties != labels.end());
+        QVERIFY((*properties)->accessibleName().endsWith(QLatin1String("not available yet")));
+        guide->close();
+        QTRY_VERIFY(!guide);
+
+        w->commands().add(QStringLiteral("quickLook"), QStringLiteral("Quick Look"), [] {});
+        guide = openGuide();
+        QCOMPARE(countOf(guide, ShortcutGuideWindow::unavailableText()), absent - 1);
+    }
+};
+
+ORVANE_TEST_MAIN(ShortcutGuideWindowTest)
+#include "ShortcutGuideWindowTest.moc"
