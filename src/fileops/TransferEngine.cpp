@@ -118,7 +118,10 @@ TransferResult TransferEngine::run(const TransferJobs& jobs, bool moving,
             const FileTree::Outcome outcome = moving ? FileTree::moveItem(job.source, job.destination)
                                                      : FileTree::copyItem(job.source, job.destination);
             // What arrived in part is finished too, so its undo step covers it.
-            if (outcome.arrived) result.finished.push_back(job);
+            if (outcome.arrived) {
+                result.finished.push_back(job);
+                result.arrivedAt.push_back(TransferResult::modifiedAt(job.destination));
+            }
             result.failures << outcome.lines(NativePath::display(job.source.section(u'/', -1)));
         }
     }

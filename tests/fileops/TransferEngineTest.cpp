@@ -154,6 +154,41 @@ private slots:
         QVERIFY(trashFiles().contains("hello - Copy.txt"));
     }
 
+    // Undo asks before it trashes a copy modified since it arrived, and a "no" leaves it all in place.
+    void undoAsksForChangedCopies_data() {
+        QTest::addColumn<QString>("change"); // made below the target after the copy
+        QTest::addColumn<QString>("question");
+        QTest::newRow("untouched") << QString() << QString();
+        QTest::newRow("edited file") << QString("a.txt") << QString("Move \"a.txt\" to Trash?");
+        QTest::newRow("folder with a new file")
+            << QString("box/new.txt") << QString("Move \"box\" to Trash?");
+    }
+    void undoAsksForChangedCopies() {
+        QFETCH(QString, change);
+        QFETCH(QString, question);
+        TempTree tree;
+        const QStringList sources{tree.file("src/a.txt", "a"), tree.file("src/box/b.txt", "b").chopped(6)};
+        for (const char* source : {"src/a.txt", "src/box"}) // file times move by clock ticks: step far back
+            tree.setModified(source, QDateTime(QDate(2020, 1, 1), QTime(12, 0)));
+        const TransferResult result = transfer(sources, false, tree.folder("target"));
+        QCOMPARE(result.arrivedAt.size(), size_t(2));
+        if (!change.isEmpty()) TempTree::writeFile(tree.path("target/" + change), "changed");
+        QStringList asked;
+        bool answer = false;
+        const FileUndo step = result.undo({}, [&](const QString& message, const QString&) {
+            asked << message;
+            return answer;
+        });
+        QString error;
+        QCOMPARE(step(error), question.isEmpty());
+        QVERIFY(error.isEmpty());
+        QCOMPARE(asked, question.isEmpty() ? QStringList() : QStringList{question});
+        QCOMPARE(present(tree.path("target/a.txt")), !question.isEmpty());
+        answer = true;
+        QVERIFY(step(error));
+        QVERIFY(!present(tree.path("target/a.txt")) && !present(tree.path("target/box")));
+    }
+
     void moveAndUndoBack_data() {
         QTest::addColumn<QString>("name");
         QTest::newRow("latin") << "notes.txt";
