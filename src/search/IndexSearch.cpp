@@ -73,7 +73,8 @@ IndexSearch::Answer IndexSearch::run(const QString& text, const std::atomic<quin
     const QString program = QStandardPaths::findExecutable(QStringLiteral("plocate"));
     const QString db = database();
     if (program.isEmpty()) return unavailable(QStringLiteral("plocate is not installed"));
-    if (emptyFile(db)) return unavailable(db + QStringLiteral(": the database is empty"));
+    if (emptyFile(db))
+        return unavailable(NativePath::display(db) + QStringLiteral(": the database is empty"));
     const QString folded = SearchText::fold(text, true);
     if (folded.isEmpty()) return {true, {}, {}}; // only marks: nothing is named by them alone
     QProcess process;
