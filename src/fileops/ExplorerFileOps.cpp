@@ -173,7 +173,9 @@ void ExplorerFileOps::finishTransfer(const TransferResult& result) {
         FileClipboard::shared().finishMove(result.movedSources());
     }
     if (!result.finished.empty()) {
-        fileUndo = result.undo(followPin);
+        fileUndo = result.undo(followPin, [this](const QString& message, const QString& info) {
+            return confirm(message, info, QStringLiteral("Move to Trash"), false);
+        });
     }
     w.refresh();
     selectArrived(result);
@@ -203,7 +205,7 @@ void ExplorerFileOps::undoAction() {
     }
     QString error;
     if (!fileUndo(error)) {
-        w.showError(QStringLiteral("Could not undo"), error);
+        if (!error.isEmpty()) w.showError(QStringLiteral("Could not undo"), error);
         return;
     }
     fileUndo = nullptr;

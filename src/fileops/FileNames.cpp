@@ -3,14 +3,16 @@
 #include "platform/NativePath.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace orvane {
 
 namespace {
 
+// A dangling link takes its name too: creating there would fail, or write through it.
 bool exists(const QString& path) {
     struct stat st;
-    return stat(NativePath::encode(path).constData(), &st) == 0;
+    return lstat(NativePath::encode(path).constData(), &st) == 0;
 }
 
 bool isFolder(const QString& path) {
@@ -30,6 +32,27 @@ QString copySuffix(int n) {
     return n == 1 ? QStringLiteral(" - Copy") : QStringLiteral(" - Copy (%1)").arg(n);
 }
 
+qsizetype nameLimit(const QString& folder) {
+    const long limit = pathconf(NativePath::encode(folder).constData(), _PC_NAME_MAX);
+    return limit > 0 ? qsizetype(limit) : 255;
+}
+
+// Drops whole characters from the end of `text`, never half of a surrogate pair.
+void chopCharacter(QString& text) {
+    const qsizetype n = text.size();
+    text.chop(n > 1 && text[n - 1].isLowSurrogate() && text[n - 2].isHighSurrogate() ? 2 : 1);
+}
+
+// The stem gives way first, so the suffix and the extension stay whole.
+QString fitted(QString stem, const QString& suffix, QString tail, qsizetype limit) {
+    const auto bytes = [&] { return NativePath::encode(stem + suffix + tail).size(); };
+    while (bytes() > limit && !stem.isEmpty())
+        chopCharacter(stem);
+    while (bytes() > limit && !tail.isEmpty())
+        chopCharacter(tail);
+    return stem + suffix + tail;
+}
+
 } // namespace
 
 QString FileNames::destination(const QString& source, const QString& folder, const QSet<QString>& reserved) {
@@ -40,8 +63,9 @@ QString FileNames::destination(const QString& source, const QString& folder, con
     const QString extension = isFolder(source) ? QString() : extensionOf(name);
     const QString stem = extension.isEmpty() ? name : name.left(name.size() - extension.size() - 1);
     const QString tail = extension.isEmpty() ? QString() : u'.' + extension;
+    const qsizetype limit = nameLimit(folder);
     for (int n = 1;; ++n) {
-        const QString candidate = folder + u'/' + stem + copySuffix(n) + tail;
+        const QString candidate = folder + u'/' + fitted(stem, copySuffix(n), tail, limit);
         if (free(candidate)) return candidate;
     }
 }

@@ -10,8 +10,9 @@ namespace orvane {
 class FileNames {
 public:
     // A free place for `source` inside `folder`: its own name, else " - Copy", " - Copy (2)", … before
-    // the extension. A folder has no extension whatever dots its name holds. Existence follows links,
-    // so a dangling link at a name leaves it free. Paths in `reserved` count as taken too.
+    // the extension. A folder has no extension whatever dots its name holds. A dangling link takes its
+    // name. A copy's name is cut to the folder's name limit, from the end of its stem, by whole
+    // characters. Paths in `reserved` count as taken too.
     static QString destination(const QString& source, const QString& folder,
                                const QSet<QString>& reserved = {});
     // "New Folder", else "New Folder (2)", "New Folder (3)", …

@@ -17,29 +17,64 @@ namespace orvane {
 
 namespace {
 
-bool removeAt(int dir, const char* name, int& code) {
+bool isDots(const char* n) {
+    return n[0] == '.' && (n[1] == 0 || (n[1] == '.' && n[2] == 0));
+}
+
+// One folder being emptied, and its name in the folder below it on the stack.
+struct Emptying {
+    DIR* listing;
+    std::string name;
+};
+
+// Removes a file or a link at once; a folder is opened and goes on the stack to be emptied first.
+bool removeOrOpen(int at, const std::string& name, std::vector<Emptying>& stack, int& code) {
     struct stat st;
-    if (fstatat(dir, name, &st, AT_SYMLINK_NOFOLLOW) != 0) return code = errno, false;
-    if (S_ISDIR(st.st_mode)) {
-        const int sub = openat(dir, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-        DIR* listing = sub >= 0 ? fdopendir(sub) : nullptr;
-        if (!listing) {
-            code = errno;
-            if (sub >= 0) close(sub);
-            return false;
-        }
-        std::vector<std::string> names;
-        while (dirent* d = readdir(listing))
-            if (std::strcmp(d->d_name, ".") != 0 && std::strcmp(d->d_name, "..") != 0)
-                names.emplace_back(d->d_name);
-        bool ok = true;
-        for (const std::string& n : names)
-            if (!(ok = removeAt(dirfd(listing), n.c_str(), code))) break;
-        closedir(listing);
-        if (!ok) return false;
+    if (fstatat(at, name.c_str(), &st, AT_SYMLINK_NOFOLLOW) != 0) return code = errno, false;
+    if (!S_ISDIR(st.st_mode)) return unlinkat(at, name.c_str(), 0) == 0 || (code = errno, false);
+    const int sub = openat(at, name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    DIR* listing = sub >= 0 ? fdopendir(sub) : nullptr;
+    if (!listing) {
+        code = errno;
+        if (sub >= 0) close(sub);
+        return false;
     }
-    if (unlinkat(dir, name, S_ISDIR(st.st_mode) ? AT_REMOVEDIR : 0) != 0) return code = errno, false;
+    stack.push_back({listing, name});
     return true;
+}
+
+// Finds the next item of the innermost folder, removing each folder left empty on the way back.
+bool advance(std::vector<Emptying>& stack, int top, int& at, std::string& next, int& code) {
+    while (!stack.empty()) {
+        const dirent* d = readdir(stack.back().listing);
+        while (d && isDots(d->d_name))
+            d = readdir(stack.back().listing);
+        if (d) {
+            at = dirfd(stack.back().listing);
+            next = d->d_name;
+            return true;
+        }
+        const Emptying done = stack.back();
+        stack.pop_back();
+        closedir(done.listing);
+        const int parent = stack.empty() ? top : dirfd(stack.back().listing);
+        if (unlinkat(parent, done.name.c_str(), AT_REMOVEDIR) != 0) return code = errno, false;
+    }
+    return true;
+}
+
+// The open folders wait on a stack of their own, so no depth of tree can overflow the thread's.
+bool removeAt(int dir, const char* name, int& code) {
+    std::vector<Emptying> stack;
+    std::string next = name;
+    bool ok = true;
+    for (int at = dir; ok;) {
+        ok = removeOrOpen(at, next, stack, code) && advance(stack, dir, at, next, code);
+        if (stack.empty()) break;
+    }
+    for (const Emptying& level : stack)
+        closedir(level.listing);
+    return ok;
 }
 
 FileTree::Outcome outcomeOf(const TreeCopy& copy, bool arrived) {

@@ -11,12 +11,13 @@
 #include <condition_variable>
 #include <mutex>
 #include <optional>
+#include <sys/stat.h>
 
 namespace orvane {
 
 namespace {
 
-// Links resolved, so a folder reached through a link is still caught copying into itself.
+// Links resolved, so that going up from it passes the folders it really lies in.
 QString resolved(const QString& path) {
     const QString real = NativePath::canonical(path);
     return real.isEmpty() ? QDir::cleanPath(path) : real;
@@ -27,10 +28,17 @@ QString parentOf(const QString& path) {
     return slash <= 0 ? QStringLiteral("/") : path.left(slash);
 }
 
+// By device and inode, as cp decides it: a bind mount shows one folder under two paths.
 bool inside(const QString& target, const QString& source) {
-    if (target == source) return true;
-    const QString prefix = source.endsWith(u'/') ? source : source + u'/';
-    return target.startsWith(prefix);
+    struct stat folder;
+    if (stat(NativePath::encode(source).constData(), &folder) != 0 || !S_ISDIR(folder.st_mode)) return false;
+    for (QString at = target;; at = parentOf(at)) {
+        struct stat st;
+        if (stat(NativePath::encode(at).constData(), &st) == 0 && st.st_dev == folder.st_dev &&
+            st.st_ino == folder.st_ino)
+            return true;
+        if (at == QLatin1String("/")) return false;
+    }
 }
 
 // Reads the destinations on its own thread, at once and then every 250 ms, until stopped.
@@ -81,7 +89,7 @@ TransferPlan TransferEngine::plan(const QStringList& sources, bool moving, const
     for (const QString& given : sources) {
         const QString source = QDir::cleanPath(given);
         if (moving && parentOf(source) == folder) continue;
-        if (inside(realTarget, resolved(source))) {
+        if (inside(realTarget, source)) {
             plan.jobs.clear();
             plan.refusedSource = given;
             return plan;
@@ -110,7 +118,10 @@ TransferResult TransferEngine::run(const TransferJobs& jobs, bool moving,
             const FileTree::Outcome outcome = moving ? FileTree::moveItem(job.source, job.destination)
                                                      : FileTree::copyItem(job.source, job.destination);
             // What arrived in part is finished too, so its undo step covers it.
-            if (outcome.arrived) result.finished.push_back(job);
+            if (outcome.arrived) {
+                result.finished.push_back(job);
+                result.arrivedAt.push_back(TransferResult::modifiedAt(job.destination));
+            }
             result.failures << outcome.lines(NativePath::display(job.source.section(u'/', -1)));
         }
     }

@@ -31,27 +31,36 @@ void TransferProgressSnapshot::add(bool regular, qint64 size, const QString& des
     native.push_back(NativePath::encode(destination));
 }
 
-// Takes over `folder`. Links are never entered, so a link is one item and its target is never weighed.
-void TransferProgressSnapshot::addTree(int folder, const QString& destination) {
-    DIR* dir = fdopendir(folder);
-    if (!dir) {
-        close(folder);
-        return;
-    }
-    while (dirent* d = readdir(dir)) {
+// Takes over `top`. Links are never entered, so a link is one item and its target is never weighed. The
+// open folders wait on a stack of their own, so no depth of tree can overflow the thread's.
+void TransferProgressSnapshot::addTree(int top, const QString& destination) {
+    std::vector<std::pair<DIR*, QString>> open;
+    const auto enter = [&open](int fd, const QString& path) {
+        if (DIR* dir = fdopendir(fd))
+            open.emplace_back(dir, path);
+        else
+            close(fd);
+    };
+    enter(top, destination);
+    while (!open.empty()) {
+        DIR* dir = open.back().first;
+        const dirent* d = readdir(dir);
+        if (!d) {
+            closedir(dir);
+            open.pop_back();
+            continue;
+        }
         const char* n = d->d_name;
         struct stat st;
         if ((n[0] == '.' && (n[1] == 0 || (n[1] == '.' && n[2] == 0))) ||
             fstatat(dirfd(dir), n, &st, AT_SYMLINK_NOFOLLOW) != 0)
             continue;
-        const QString path = destination + u'/' + NativePath::decode(n);
+        const QString path = open.back().second + u'/' + NativePath::decode(n);
         add(S_ISREG(st.st_mode), st.st_size, path);
-        if (S_ISDIR(st.st_mode)) {
-            const int sub = openat(dirfd(dir), n, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-            if (sub >= 0) addTree(sub, path);
-        }
+        if (!S_ISDIR(st.st_mode)) continue;
+        const int sub = openat(dirfd(dir), n, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+        if (sub >= 0) enter(sub, path);
     }
-    closedir(dir);
 }
 
 double TransferProgressSnapshot::fraction() const {

@@ -29,7 +29,7 @@ public:
 
 private:
     void add(bool regular, qint64 size, const QString& destination);
-    void addTree(int folder, const QString& destination);
+    void addTree(int top, const QString& destination);
 
     std::vector<Item> list;
     std::vector<QByteArray> native; // the destinations as the system takes them, encoded once

@@ -12,7 +12,8 @@ namespace orvane {
 struct TransferResult {
     bool moving = false;
     TransferJobs finished;
-    QStringList failures; // "<name>: <system text>"
+    std::vector<qint64> arrivedAt; // each finished item's modification time when it arrived, in ns
+    QStringList failures;          // "<name>: <system text>"
 
     static QString failureTitle() { return QStringLiteral("Some items could not be transferred"); }
     QString failureDetail() const { return failures.join(u'\n'); }
@@ -22,8 +23,11 @@ struct TransferResult {
     QStringList movedSources() const;
 
     // Reverses only the finished jobs, last first: moves go back (and `onMoved` lets pins follow), copies
-    // go to the Trash and are never deleted outright. None when nothing finished.
-    FileUndo undo(PathMoved onMoved = {}) const;
+    // go to the Trash and are never deleted outright. A copy modified since it arrived (an edited file,
+    // a folder with new items) goes only once `confirm` agrees. None when nothing finished.
+    FileUndo undo(PathMoved onMoved = {}, UndoConfirm confirm = {}) const;
+    // An item's modification time in ns, links not followed; -1 when it is gone.
+    static qint64 modifiedAt(const QString& path);
 };
 
 } // namespace orvane

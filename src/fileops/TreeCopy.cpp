@@ -20,7 +20,10 @@ public:
         if (fd >= 0) ::close(fd);
     }
     Fd(const Fd&) = delete;
-    Fd& operator=(const Fd&) = delete;
+    Fd& operator=(Fd&& other) {
+        std::swap(fd, other.fd);
+        return *this;
+    }
     int get() const { return fd; }
     bool valid() const { return fd >= 0; }
     int release() { return std::exchange(fd, -1); }
@@ -93,37 +96,73 @@ bool TreeCopy::item(int srcDir, const char* srcName, int dstDir, const char* dst
     return fail(rel, ENOTSUP); // devices and sockets are not copied
 }
 
-bool TreeCopy::folder(int srcDir, const char* srcName, int dstDir, const char* dstName,
-                      const std::string& rel) {
-    Fd src(openat(srcDir, srcName, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+// One open folder of the copy, its items read, on a stack of its own rather than the thread's, so no
+// depth of tree can overflow it.
+struct TreeCopy::Level {
+    Fd src, dst;
     struct stat st;
     std::vector<Name> names;
-    if (!src.valid() || fstat(src.get(), &st) != 0 || !readNames(src.get(), names)) return fail(rel, errno);
-    // Private while it fills; the source's mode comes last, since a read-only one would block the copy.
-    if (mkdirat(dstDir, dstName, 0700) != 0) return fail(rel, errno);
-    Fd dst(openat(dstDir, dstName, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-    if (!dst.valid()) {
-        const int code = errno;
-        unlinkat(dstDir, dstName, AT_REMOVEDIR);
-        return fail(rel, code);
-    }
-    for (const Name& name : names) {
+    size_t next = 0;
+    std::string rel;
+};
+
+bool TreeCopy::folder(int srcDir, const char* srcName, int dstDir, const char* dstName,
+                      const std::string& rel) {
+    std::vector<std::unique_ptr<Level>> stack;
+    if (auto top = enter(srcDir, srcName, dstDir, dstName, rel)) stack.push_back(std::move(top));
+    if (stack.empty()) return false;
+    while (!stack.empty()) {
+        Level& level = *stack.back();
+        if (level.next == level.names.size()) {
+            FileMetadata::copy(level.src.get(), level.dst.get(), level.st, move);
+            arrived(level.rel, level.st);
+            stack.pop_back();
+            continue;
+        }
+        const Name& name = level.names[level.next++];
         const char* n = name.text.c_str();
-        const std::string inner = join(rel, n);
+        const std::string inner = join(level.rel, n);
         struct stat cst;
         if (name.type == DT_REG) { // a regular file needs no stat of its own: its open descriptor tells
             visited.insert(inner);
-            file(src.get(), n, dst.get(), n, inner);
-        } else if (fstatat(src.get(), n, &cst, AT_SYMLINK_NOFOLLOW) != 0) {
+            file(level.src.get(), n, level.dst.get(), n, inner);
+        } else if (fstatat(level.src.get(), n, &cst, AT_SYMLINK_NOFOLLOW) != 0) {
             visited.insert(inner);
             fail(inner, errno);
+        } else if (!S_ISDIR(cst.st_mode)) {
+            item(level.src.get(), n, level.dst.get(), n, cst, inner);
         } else {
-            item(src.get(), n, dst.get(), n, cst, inner);
+            visited.insert(inner);
+            if (auto sub = enter(level.src.get(), n, level.dst.get(), n, inner))
+                stack.push_back(std::move(sub));
         }
     }
-    FileMetadata::copy(src.get(), dst.get(), st, move);
-    arrived(rel, st);
     return true;
+}
+
+std::unique_ptr<TreeCopy::Level> TreeCopy::enter(int srcDir, const char* srcName, int dstDir,
+                                                 const char* dstName, const std::string& rel) {
+    auto level = std::make_unique<Level>();
+    level->rel = rel;
+    level->src = Fd(openat(srcDir, srcName, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    if (!level->src.valid() || fstat(level->src.get(), &level->st) != 0) return fail(rel, errno), nullptr;
+    // The copy met itself, through a bind mount: going on would copy the copy for ever.
+    if (level->st.st_dev == copyTop.first && level->st.st_ino == copyTop.second) {
+        problems.push_back({rel, QStringLiteral("Cannot copy a folder into itself")});
+        return nullptr;
+    }
+    if (!readNames(level->src.get(), level->names)) return fail(rel, errno), nullptr;
+    // Private while it fills; the source's mode comes last, since a read-only one would block the copy.
+    if (mkdirat(dstDir, dstName, 0700) != 0) return fail(rel, errno), nullptr;
+    level->dst = Fd(openat(dstDir, dstName, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    struct stat made;
+    if (!level->dst.valid() || fstat(level->dst.get(), &made) != 0) {
+        const int code = errno;
+        unlinkat(dstDir, dstName, AT_REMOVEDIR);
+        return fail(rel, code), nullptr;
+    }
+    if (rel.empty()) copyTop = {made.st_dev, made.st_ino};
+    return level;
 }
 
 bool TreeCopy::file(int srcDir, const char* srcName, int dstDir, const char* dstName,

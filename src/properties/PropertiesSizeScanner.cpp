@@ -24,7 +24,7 @@ struct Root {
 };
 
 bool statItem(const QByteArray& path, struct statx& sx) {
-    const unsigned mask = STATX_TYPE | STATX_SIZE | STATX_BLOCKS | STATX_INO;
+    const unsigned mask = STATX_TYPE | STATX_SIZE | STATX_BLOCKS | STATX_INO | STATX_NLINK;
     return statx(AT_FDCWD, path.constData(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, mask, &sx) == 0 &&
            (sx.stx_mask & STATX_TYPE);
 }
@@ -88,7 +88,7 @@ PropertiesSizeSummary PropertiesSizeScanner::scan(const QList<QUrl>& urls,
                      [](const Root& a, const Root& b) { return a.path.size() < b.path.size(); });
 
     std::unique_ptr<PropertiesTreeWalk> walk;
-    auto poll = [&](bool onCaller) {
+    const auto poll = [&](bool onCaller) {
         if (isCancelled()) return true;
         if (onCaller && progress && clock.elapsed() - lastReport >= reportMs) {
             PropertiesSizeSummary soFar = summary;
@@ -97,6 +97,7 @@ PropertiesSizeSummary PropertiesSizeScanner::scan(const QList<QUrl>& urls,
         }
         return false;
     };
+    walk = std::make_unique<PropertiesTreeWalk>(poll);
     QSet<QByteArray> seen;
     for (size_t i = 0; i < roots.size() && !summary.cancelled; ++i) {
         if (isCancelled()) {
@@ -115,17 +116,18 @@ PropertiesSizeSummary PropertiesSizeScanner::scan(const QList<QUrl>& urls,
             continue;
         }
         if (!S_ISDIR(sx.stx_mode)) {
-            countFile(sx, summary);
+            const bool linked = (sx.stx_mask & STATX_NLINK) && sx.stx_nlink > 1;
+            if (!linked || walk->firstSight(makedev(sx.stx_dev_major, sx.stx_dev_minor), sx.stx_ino))
+                countFile(sx, summary);
             continue;
         }
-        if (!walk) walk = std::make_unique<PropertiesTreeWalk>(poll);
         auto marks = innerRoots(roots, i + 1, path);
         summary.cancelled = !walk->walk(path, &marks);
         for (const auto& mark : marks)
             for (size_t j = i + 1; j < roots.size(); ++j)
                 if (mark->reached && roots[j].path.toStdString() == mark->path) roots[j].reached = true;
     }
-    if (walk) summary += walk->counted();
+    summary += walk->counted();
     return summary;
 }
 

@@ -10,8 +10,9 @@
 namespace orvane {
 
 // Adds up what a selection holds. Each path counts once, so a file selected together with its
-// folder counts once, while two hard links to one file count twice. Links are counted by their own
-// size and never entered; what cannot be read is counted, never fatal.
+// folder counts once, and each file and folder counts once by device and inode, as du counts, so two
+// hard links to one file count once. Links are counted by their own size and never entered; what
+// cannot be read is counted, never fatal.
 class PropertiesSizeScanner {
 public:
     using Progress = std::function<void(const PropertiesSizeSummary& soFar)>;

@@ -23,7 +23,7 @@ struct LinuxDirent64 {
 };
 
 constexpr size_t bufferSize = 64 * 1024;
-constexpr unsigned statMask = STATX_TYPE | STATX_SIZE | STATX_BLOCKS | STATX_INO;
+constexpr unsigned statMask = STATX_TYPE | STATX_SIZE | STATX_BLOCKS | STATX_INO | STATX_NLINK;
 constexpr int statFlags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC;
 constexpr int openFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 // Past this many kept descriptors (a very deep tree) subfolders are opened by their paths instead.
@@ -91,6 +91,11 @@ bool PropertiesTreeWalk::walk(const QByteArray& folder, std::vector<std::unique_
     }
     marks = nullptr;
     return !stopped;
+}
+
+bool PropertiesTreeWalk::firstSight(dev_t device, ino_t inode) {
+    std::lock_guard guard(seenLock);
+    return seen.insert({device, inode}).second;
 }
 
 PropertiesSizeSummary PropertiesTreeWalk::counted() const {
@@ -196,6 +201,12 @@ bool PropertiesTreeWalk::readFolder(Folder& folder, Worker& me, bool caller) {
         bump(me.counts.unreadable, 1);
         return true;
     }
+    struct stat st;
+    if (fstat(fd, &st) == 0 && !firstSight(st.st_dev, st.st_ino)) {
+        if (folder.nameAt > 0) bump(me.counts.folders, -1); // counted when it was found, before it was known
+        close(fd);
+        return true;
+    }
     if (me.buffer.empty()) me.buffer.resize(bufferSize);
     bool complete = true;
     bool searchable = false; // once one item could be looked up, every folder in here can be
@@ -245,6 +256,9 @@ bool PropertiesTreeWalk::countItem(int dirfd, const char* name, const std::strin
         countFolder(name, folder, me);
         return true;
     }
+    if ((sx.stx_mask & STATX_NLINK) && sx.stx_nlink > 1 &&
+        !firstSight(makedev(sx.stx_dev_major, sx.stx_dev_minor), sx.stx_ino))
+        return true;
     bump(me.counts.files, 1);
     if (sx.stx_mask & STATX_SIZE)
         bump(me.counts.logical, qint64(sx.stx_size));

@@ -8,9 +8,11 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <string>
 #include <sys/types.h>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace orvane {
@@ -19,7 +21,8 @@ namespace orvane {
 // as the walk object. Folders are shared through one stack, so whichever thread is free takes the
 // next; a folder is opened relative to its parent's descriptor and read with getdents64 and statx
 // relative to its own, so no item costs more than one name lookup. Links are counted by their own
-// size and never entered.
+// size and never entered. Each file and folder counts once by device and inode, as du counts: a
+// second hard link adds nothing, and a folder met again through a bind mount is not entered.
 class PropertiesTreeWalk {
 public:
     // A selected item that may lie inside the folder walked: reaching its exact path marks it.
@@ -45,6 +48,8 @@ public:
     bool walk(const QByteArray& folder, std::vector<std::unique_ptr<Mark>>* marks = nullptr);
     // Everything counted by all walks so far; safe to call from the poll while walking.
     PropertiesSizeSummary counted() const;
+    // False when this file or folder was met before, by any walk of this object.
+    bool firstSight(dev_t device, ino_t inode);
 
 private:
     struct alignas(64) Counts {
@@ -94,6 +99,8 @@ private:
     bool quitting = false;
     std::atomic<bool> stopped{false};
     std::atomic<int> handles{0}; // descriptors kept open for subfolders
+    std::mutex seenLock;
+    std::set<std::pair<dev_t, ino_t>> seen; // folders, and files with more than one link
     std::thread helper;
 };
 

@@ -1,5 +1,6 @@
 #include "search/ExplorerSearch.h"
 
+#include "platform/NativePath.h"
 #include "platform/Platform.h"
 #include "search/IndexSearch.h"
 #include "search/SearchText.h"
@@ -70,7 +71,15 @@ QString ExplorerSearch::computerNote() {
 }
 
 QString ExplorerSearch::unavailableNote() {
-    return QStringLiteral("Search unavailable");
+    return QStringLiteral("Search index unavailable");
+}
+
+QString ExplorerSearch::indexProblem(const QString& reason) {
+    const QString db = IndexSearch::database();
+    const QString build = db.isEmpty() ? QStringLiteral("sudo updatedb")
+                                       : QStringLiteral("updatedb -o ") + NativePath::display(db);
+    return QStringLiteral("The search index is unavailable.\n") + reason +
+           QStringLiteral("\nTo build it, run: ") + build;
 }
 
 void ExplorerSearch::launch() {
@@ -91,7 +100,7 @@ void ExplorerSearch::walkFolder(Request run, quint64 token) {
                  [self, completion = run.completion, results = std::move(results),
                   note = folderNote(someUnavailable)]() mutable {
                      self->active = false;
-                     completion(std::move(results), note);
+                     completion(std::move(results), note, {});
                  });
         };
         // A folder inside a hidden one shows nothing of its own while hidden items are not shown.
@@ -115,10 +124,11 @@ void ExplorerSearch::askIndex(Request run, quint64 token) {
         const IndexSearch::Answer answer = IndexSearch::run(run.text, *gen, token);
         std::vector<Entry> results = entriesOf(answer.paths, run.hidden, *gen, token);
         const QString note = answer.available ? computerNote() : unavailableNote();
+        const QString problem = answer.available ? QString() : indexProblem(answer.reason);
         post(self, gen, token,
-             [self, completion = run.completion, results = std::move(results), note]() mutable {
+             [self, completion = run.completion, results = std::move(results), note, problem]() mutable {
                  self->active = false;
-                 completion(std::move(results), note);
+                 completion(std::move(results), note, problem);
              });
     });
 }

@@ -19,7 +19,8 @@ namespace orvane {
 class ExplorerSearch : public QObject {
     Q_OBJECT
 public:
-    using Completion = std::function<void(std::vector<Entry> results, QString note)>;
+    // `problem` says why nothing could be searched and what to do about it; empty when the search ran.
+    using Completion = std::function<void(std::vector<Entry> results, QString note, QString problem)>;
     // Entries found since the last batch, and the running counts; a folder walk only.
     using Batch = std::function<void(std::vector<Entry> found, FolderWalk::Progress progress)>;
 
@@ -38,6 +39,8 @@ public:
     static QString folderNote(bool someUnavailable);
     static QString computerNote();
     static QString unavailableNote();
+    // Why the index could not answer, in plocate's words, and how to build it.
+    static QString indexProblem(const QString& reason);
 
 private:
     struct Request {

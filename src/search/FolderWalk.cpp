@@ -101,10 +101,18 @@ struct FolderWalk::Walk {
             root.pop_back();
     }
 
+    // A folder waiting in the queue, opened from its parent's descriptor: its full path may be longer
+    // than the system takes.
+    struct Queued {
+        std::shared_ptr<const Descriptor> parent; // none for the start
+        std::string path;
+        size_t nameAt = 0;
+    };
+
     void worker();
-    bool take(std::string& path);
-    void give(std::string path);
-    void enter(const std::string& path);
+    bool take(Queued& folder);
+    void give(Queued folder);
+    void enter(Queued& folder);
     void scan(int fd, const std::string& folder, int depth);
     bool cancelled() const { return generation->load(std::memory_order_relaxed) != token; }
     Entry entryFor(int fd, const std::string& folder, QString& folderText, const char* name, size_t length);
@@ -119,7 +127,7 @@ struct FolderWalk::Walk {
 
     std::mutex queueMutex;
     std::condition_variable wake;
-    std::deque<std::string> queue;
+    std::deque<Queued> queue;
     int idle = 0;
     bool finished = false;
     // Idle threads beyond the folders already queued for them: a busy thread gives away work while
@@ -140,17 +148,17 @@ struct FolderWalk::Walk {
 };
 
 void FolderWalk::Walk::worker() {
-    std::string path;
-    while (take(path))
-        enter(path);
+    Queued folder;
+    while (take(folder))
+        enter(folder);
 }
 
-bool FolderWalk::Walk::take(std::string& path) {
+bool FolderWalk::Walk::take(Queued& folder) {
     std::unique_lock lock(queueMutex);
     for (;;) {
         if (cancelled()) queue.clear();
         if (!queue.empty()) {
-            path = std::move(queue.front());
+            folder = std::move(queue.front());
             queue.pop_front();
             hungry = idle - int(queue.size());
             return true;
@@ -167,22 +175,25 @@ bool FolderWalk::Walk::take(std::string& path) {
     }
 }
 
-void FolderWalk::Walk::give(std::string path) {
+void FolderWalk::Walk::give(Queued folder) {
     std::lock_guard lock(queueMutex);
-    queue.push_back(std::move(path));
+    queue.push_back(std::move(folder));
     hungry = idle - int(queue.size());
     wake.notify_one();
 }
 
-void FolderWalk::Walk::enter(const std::string& path) {
+void FolderWalk::Walk::enter(Queued& folder) {
     // The start may be a link to a folder; a folder met on the way is entered only as itself.
-    const int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | (path == root ? 0 : O_NOFOLLOW);
-    const Descriptor fd(::open(path.c_str(), flags));
+    const int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+    const Descriptor fd(folder.parent ? ::openat(folder.parent->get(), folder.path.c_str() + folder.nameAt,
+                                                 flags | O_NOFOLLOW)
+                                      : ::open(folder.path.c_str(), flags));
+    folder.parent.reset(); // the parent closes once its last queued subfolder is open
     if (fd.get() < 0) {
         unavailable = true;
         return;
     }
-    scan(fd.get(), path, 0);
+    scan(fd.get(), folder.path, 0);
 }
 
 void FolderWalk::Walk::scan(int fd, const std::string& folder, int depth) {
@@ -212,10 +223,18 @@ void FolderWalk::Walk::scan(int fd, const std::string& folder, int depth) {
         }
     }
     publish(found);
+    std::shared_ptr<const Descriptor> shared; // this folder's, for the subfolders it gives away
     for (const std::string& name : subfolders) {
         if (cancelled()) return;
         if (depth >= localDepth || hungry.load(std::memory_order_relaxed) > 0) {
-            give(child(folder, name.data(), name.size()));
+            if (!shared) shared = std::make_shared<const Descriptor>(::fcntl(fd, F_DUPFD_CLOEXEC, 0));
+            if (shared->get() < 0) {
+                unavailable = true;
+                continue;
+            }
+            std::string path = child(folder, name.data(), name.size());
+            const size_t nameAt = path.size() - name.size();
+            give({shared, std::move(path), nameAt});
             continue;
         }
         const Descriptor sub(::openat(fd, name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
@@ -272,7 +291,7 @@ bool FolderWalk::run(const std::atomic<quint64>& generation, quint64 token) {
     walk->generation = &generation;
     walk->token = token;
     walk->lastBatch = Clock::now();
-    walk->give(walk->root);
+    walk->give({nullptr, walk->root, 0});
     std::vector<std::thread> helpers;
     for (int i = 1; i < walk->threads; ++i)
         helpers.emplace_back([this] { walk->worker(); });

@@ -3,10 +3,9 @@
 
 #include "search/SearchText.h"
 
-#include <QFile>
-#include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
+#include <sys/stat.h>
 
 namespace orvane {
 
@@ -39,6 +38,17 @@ bool finish(QProcess& process, const std::atomic<quint64>& generation, quint64 t
     }
     return process.exitStatus() == QProcess::NormalExit;
 }
+
+IndexSearch::Answer unavailable(const QString& reason) {
+    return {false, {}, reason};
+}
+
+// plocate reads an empty file as a failed read and says only that.
+bool emptyFile(const QString& path) {
+    struct stat st;
+    return !path.isEmpty() && stat(NativePath::encode(path).constData(), &st) == 0 && S_ISREG(st.st_mode) &&
+           st.st_size == 0;
+}
 } // namespace
 
 QString IndexSearch::database() {
@@ -62,19 +72,23 @@ IndexSearch::Answer IndexSearch::run(const QString& text, const std::atomic<quin
                                      quint64 token) {
     const QString program = QStandardPaths::findExecutable(QStringLiteral("plocate"));
     const QString db = database();
-    if (program.isEmpty() || (!db.isEmpty() && !QFileInfo(db).isReadable())) return {};
+    if (program.isEmpty()) return unavailable(QStringLiteral("plocate is not installed"));
+    if (emptyFile(db))
+        return unavailable(NativePath::display(db) + QStringLiteral(": the database is empty"));
     const QString folded = SearchText::fold(text, true);
-    if (folded.isEmpty()) return {true, {}}; // only marks: nothing is named by them alone
+    if (folded.isEmpty()) return {true, {}, {}}; // only marks: nothing is named by them alone
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C"));
     process.setProcessEnvironment(environment);
     process.start(program, arguments(widePattern(folded)));
-    if (!finish(process, generation, token)) return {};
+    if (!finish(process, generation, token)) return unavailable(process.errorString());
     // plocate says 1 both for no match and for failure; only failure explains itself.
     const int code = process.exitCode();
-    if (code > 1 || (code == 1 && !process.readAllStandardError().trimmed().isEmpty())) return {};
-    Answer answer{true, {}};
+    const QString error = QString::fromLocal8Bit(process.readAllStandardError()).trimmed();
+    if (code > 1 || (code == 1 && !error.isEmpty()))
+        return unavailable(error.isEmpty() ? QStringLiteral("plocate failed") : error);
+    Answer answer{true, {}, {}};
     for (const QByteArray& raw : process.readAllStandardOutput().split('\0')) {
         if (raw.isEmpty()) continue;
         const QString path = NativePath::decode(raw);

@@ -12,6 +12,7 @@ namespace IndexSearch {
 struct Answer {
     bool available = false; // false when the program or its database is missing, or it failed
     QStringList paths;      // hidden ones included; the caller decides
+    QString reason;         // why it is not available, in plocate's own words where it gave any
 };
 
 // Blocks; ends early, with an empty answer, once `generation` no longer holds `token`.

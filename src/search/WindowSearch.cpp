@@ -143,7 +143,9 @@ void WindowSearch::startScopedSearch() {
     emit w.events().listingChanged();
     engine.start(
         w.tabs().current().query, w.current().toLocalFile(), computer, w.listing().showHidden(),
-        [this](std::vector<Entry> results, QString note) { finish(std::move(results), note); },
+        [this](std::vector<Entry> results, QString note, QString problem) {
+            finish(std::move(results), note, problem);
+        },
         [this](std::vector<Entry> found, FolderWalk::Progress progress) {
             stream(std::move(found), progress);
         });
@@ -160,14 +162,15 @@ void WindowSearch::stream(std::vector<Entry> found, FolderWalk::Progress progres
     emit w.events().listingChanged();
 }
 
-void WindowSearch::finish(std::vector<Entry> results, const QString& note) {
+// A search that could not run says why, not that nothing matched.
+void WindowSearch::finish(std::vector<Entry> results, const QString& note, const QString& problem) {
     const WindowWidgets& ui = w.widgets();
     streamed.clear();
     const bool empty = results.empty();
     const QString count = QString::number(results.size());
     w.listing().setSource(std::move(results));
-    ui.status->setText(count + QStringLiteral(" results · ") + note);
-    ui.emptyLabel->setText(QStringLiteral("No matching items"));
+    ui.status->setText(problem.isEmpty() ? count + QStringLiteral(" results · ") + note : note);
+    ui.emptyLabel->setText(problem.isEmpty() ? QStringLiteral("No matching items") : problem);
     ui.emptyLabel->setVisible(empty);
     emit w.events().listingChanged();
 }

@@ -42,7 +42,7 @@ private:
     void searchChanged();
     void startScopedSearch();
     void stream(std::vector<Entry> found, FolderWalk::Progress progress);
-    void finish(std::vector<Entry> results, const QString& note);
+    void finish(std::vector<Entry> results, const QString& note, const QString& problem);
     void startPhoneSearch();
     void showPhoneResults(const QList<PhoneItem>& results, const QString& status);
     void endPhoneSearch();

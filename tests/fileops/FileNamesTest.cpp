@@ -14,7 +14,7 @@ class FileNamesTest : public QObject {
 private slots:
     void destinationCollisions_data();
     void destinationCollisions();
-    void danglingLinkLeavesNameFree();
+    void danglingLinkTakesName();
     void reservedNamesCountAsTaken();
     void newFolderNames();
     void stemRange_data();
@@ -49,6 +49,16 @@ void FileNamesTest::destinationCollisions_data() {
         << "my.photos" << true << QStringList{"my.photos", "my.photos - Copy", "my.photos - Copy (2)"}
         << "my.photos - Copy (3)";
     QTest::newRow("arabic") << "ملاحظات.txt" << false << QStringList{"ملاحظات.txt"} << "ملاحظات - Copy.txt";
+    // A name at the 255-byte limit: the stem gives way, by whole characters, never the extension.
+    const QString longest = QString(251, 'a') + ".txt";
+    QTest::newRow("longest name") << longest << false << QStringList{longest}
+                                  << QString(244, 'a') + " - Copy.txt";
+    QTest::newRow("longest second") << longest << false
+                                    << QStringList{longest, QString(244, 'a') + " - Copy.txt"}
+                                    << QString(240, 'a') + " - Copy (2).txt";
+    const QString accented = QString(125, u'é') + ".txt"; // 254 bytes
+    QTest::newRow("two-byte characters")
+        << accented << false << QStringList{accented} << QString(122, u'é') + " - Copy.txt";
 }
 
 void FileNamesTest::destinationCollisions() {
@@ -64,12 +74,14 @@ void FileNamesTest::destinationCollisions() {
     QCOMPARE(FileNames::destination(source, target), target + '/' + expected);
 }
 
-void FileNamesTest::danglingLinkLeavesNameFree() {
+void FileNamesTest::danglingLinkTakesName() {
     TempTree tree;
     const QString source = tree.file("src/a.txt");
     const QString target = tree.folder("target");
     QVERIFY(QFile::link(tree.path("nowhere"), target + "/a.txt"));
-    QCOMPARE(FileNames::destination(source, target), target + "/a.txt");
+    QVERIFY(QFile::link(tree.path("nowhere"), target + "/New Folder"));
+    QCOMPARE(FileNames::destination(source, target), target + "/a - Copy.txt");
+    QCOMPARE(FileNames::newFolderName(target), QString("New Folder (2)"));
 }
 
 void FileNamesTest::reservedNamesCountAsTaken() {

@@ -1,5 +1,6 @@
 #include "fileops/TransferEngine.h"
 #include "core/FolderListing.h"
+#include "fileops/FileTree.h"
 #include "platform/NativePath.h"
 #include "support/FatMount.h"
 #include "support/TempTree.h"
@@ -12,7 +13,11 @@
 #include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QThread>
+#include <cstring>
+#include <fcntl.h>
 #include <optional>
+#include <sys/mount.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -100,6 +105,33 @@ QString raw(const QString& folder, const QByteArray& name) {
     return folder + u'/' + NativePath::decode(name);
 }
 
+// One folder under a second path for one test; `error` says why there is none.
+struct BindMount {
+    QByteArray point;
+    QString error;
+    BindMount(const QString& from, const QString& to) : point(NativePath::encode(to)) {
+        if (mount(NativePath::encode(from).constData(), point.constData(), nullptr, MS_BIND, nullptr) != 0)
+            error = QStringLiteral("cannot bind-mount here: ") + strerror(errno);
+    }
+    ~BindMount() {
+        if (error.isEmpty()) umount2(point.constData(), MNT_DETACH);
+    }
+};
+
+// Walks `depth` levels of "d" down from `root`, making them when asked; answers the levels found.
+int chain(const QString& root, int depth, bool make) {
+    int fd = open(NativePath::encode(root).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    int level = 0;
+    for (; fd >= 0 && level < depth; ++level) {
+        if (make) mkdirat(fd, "d", 0755);
+        const int next = openat(fd, "d", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        close(fd);
+        fd = next;
+    }
+    if (fd >= 0) close(fd);
+    return fd >= 0 ? level : level - 1;
+}
+
 } // namespace
 
 class TransferEngineTest : public QObject {
@@ -120,6 +152,41 @@ private slots:
         QVERIFY(undo(result));
         QVERIFY(!present(tree.path("hello - Copy.txt")) && present(source));
         QVERIFY(trashFiles().contains("hello - Copy.txt"));
+    }
+
+    // Undo asks before it trashes a copy modified since it arrived, and a "no" leaves it all in place.
+    void undoAsksForChangedCopies_data() {
+        QTest::addColumn<QString>("change"); // made below the target after the copy
+        QTest::addColumn<QString>("question");
+        QTest::newRow("untouched") << QString() << QString();
+        QTest::newRow("edited file") << QString("a.txt") << QString("Move \"a.txt\" to Trash?");
+        QTest::newRow("folder with a new file")
+            << QString("box/new.txt") << QString("Move \"box\" to Trash?");
+    }
+    void undoAsksForChangedCopies() {
+        QFETCH(QString, change);
+        QFETCH(QString, question);
+        TempTree tree;
+        const QStringList sources{tree.file("src/a.txt", "a"), tree.file("src/box/b.txt", "b").chopped(6)};
+        for (const char* source : {"src/a.txt", "src/box"}) // file times move by clock ticks: step far back
+            tree.setModified(source, QDateTime(QDate(2020, 1, 1), QTime(12, 0)));
+        const TransferResult result = transfer(sources, false, tree.folder("target"));
+        QCOMPARE(result.arrivedAt.size(), size_t(2));
+        if (!change.isEmpty()) TempTree::writeFile(tree.path("target/" + change), "changed");
+        QStringList asked;
+        bool answer = false;
+        const FileUndo step = result.undo({}, [&](const QString& message, const QString&) {
+            asked << message;
+            return answer;
+        });
+        QString error;
+        QCOMPARE(step(error), question.isEmpty());
+        QVERIFY(error.isEmpty());
+        QCOMPARE(asked, question.isEmpty() ? QStringList() : QStringList{question});
+        QCOMPARE(present(tree.path("target/a.txt")), !question.isEmpty());
+        answer = true;
+        QVERIFY(step(error));
+        QVERIFY(!present(tree.path("target/a.txt")) && !present(tree.path("target/box")));
     }
 
     void moveAndUndoBack_data() {
@@ -260,6 +327,7 @@ private slots:
         QTest::newRow("copy below itself") << false << "box/inner";
         QTest::newRow("move below itself") << true << "box/inner";
         QTest::newRow("copy through a link") << false << "alias/inner";
+        QTest::newRow("copy through a bind mount") << false << "mounted/inner";
     }
     void intoItselfRefusesWholeBatch() {
         QFETCH(bool, moving);
@@ -268,10 +336,49 @@ private slots:
         const QString good = tree.file("good.txt", "g");
         tree.folder("box/inner");
         QVERIFY(QFile::link(tree.path("box"), tree.path("alias")));
+        BindMount mounted(tree.path("box"), tree.folder("mounted"));
+        if (target.startsWith("mounted") && !mounted.error.isEmpty()) QSKIP(qPrintable(mounted.error));
         const TransferPlan plan = TransferEngine::plan({good, tree.path("box")}, moving, tree.path(target));
         QVERIFY(plan.refused() && plan.jobs.empty());
         QCOMPARE(plan.refusedSource, tree.path("box"));
         QVERIFY(present(good) && !present(tree.path(target) + "/good.txt"));
+    }
+
+    // Past the plan, the copy itself stops where it meets its own top through a bind mount.
+    void copyMeetingItselfStops() {
+        TempTree tree;
+        tree.file("box/inner/a.txt", "a");
+        BindMount mounted(tree.path("box"), tree.folder("mounted"));
+        if (!mounted.error.isEmpty()) QSKIP(qPrintable(mounted.error));
+        const FileTree::Outcome outcome =
+            FileTree::copyItem(tree.path("box"), tree.path("mounted/inner/box"));
+        QVERIFY(outcome.arrived);
+        QCOMPARE(outcome.lines("box"), QStringList{"box/inner/box: Cannot copy a folder into itself"});
+        QCOMPARE(contents(tree.path("box/inner/box/inner/a.txt")), QByteArray("a"));
+    }
+
+    // Depth costs no stack: a tower far deeper than a small thread stack could recurse copies whole,
+    // and is removed whole.
+    void deepTowerOnASmallStack() {
+        TempTree tree;
+        const int depth = 3000;
+        QCOMPARE(chain(tree.folder("tower"), depth, true), depth);
+        const TransferPlan plan = TransferEngine::plan({tree.path("tower")}, false, tree.folder("target"));
+        TransferResult result;
+        QString error;
+        bool removed = false;
+        QThread* thread = QThread::create([&] {
+            result = TransferEngine::run(plan.jobs, false, {});
+            removed = chain(tree.path("target/tower"), depth + 1, false) == depth &&
+                      FileTree::remove(tree.path("tower"), error);
+        });
+        thread->setStackSize(256 * 1024);
+        thread->start();
+        QVERIFY(thread->wait());
+        delete thread;
+        QVERIFY2(result.failures.isEmpty(), qPrintable(result.failureDetail()));
+        QVERIFY2(removed, qPrintable(error)); // the copy was whole, and the source goes as deep
+        QVERIFY(!present(tree.path("tower")));
     }
 
     void mixedSourcesOneReportOneUndo() {

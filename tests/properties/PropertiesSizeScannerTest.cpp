@@ -4,7 +4,9 @@
 
 #include <QDir>
 #include <QFile>
+#include <cstring>
 #include <linux/capability.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -91,8 +93,10 @@ private slots:
         QTest::newRow("hidden files and dangling links count")
             << QStringList{"f h/.secret 8", "l h/dangling nowhere"} << QStringList{"h"} << 2ll << 0ll << 0ll
             << 15ll;
-        QTest::newRow("hard links count once per path")
-            << QStringList{"f k/a 50", "h k/b k/a"} << QStringList{"k"} << 2ll << 0ll << 0ll << 100ll;
+        QTest::newRow("hard links count once") << QStringList{"f k/a 50", "h k/b k/a", "h k/c k/a"}
+                                               << QStringList{"k"} << 1ll << 0ll << 0ll << 50ll;
+        QTest::newRow("a hard link selected beside its folder")
+            << QStringList{"f k/a 50", "h b k/a"} << QStringList{"b", "k"} << 1ll << 0ll << 0ll << 50ll;
         QTest::newRow("a missing item is unreadable")
             << QStringList{"f s 1"} << QStringList{"gone", "s"} << 1ll << 0ll << 1ll << 1ll;
     }
@@ -146,6 +150,21 @@ private slots:
         QVERIFY(s.sizeText().startsWith("At least "));
         QVERIFY(s.allocatedText().startsWith("At least "));
         QCOMPARE(s.statusText(true), QString("Partial size · %1 items could not be read").arg(unreadable));
+    }
+
+    // A folder mounted inside itself is the same folder again: not entered, not counted.
+    void bindMountedLoopCountsOnce() {
+        TempTree tree;
+        build(tree, {"f b/x 10", "f b/sub/y 5", "d b/loop"});
+        const QByteArray from = QFile::encodeName(tree.path("b"));
+        const QByteArray loop = QFile::encodeName(tree.path("b/loop"));
+        if (mount(from.constData(), loop.constData(), nullptr, MS_BIND, nullptr) != 0)
+            QSKIP(qPrintable(QString("cannot bind-mount here: ") + strerror(errno)));
+        const PropertiesSizeSummary s = scan(urls(tree, {"b", "b/loop/sub"}));
+        umount2(loop.constData(), MNT_DETACH);
+        QCOMPARE(s.logicalBytes, 15ll);
+        QCOMPARE(s.files, 2ll);
+        QCOMPARE(s.folders, 1ll);
     }
 
     void cancelReturnsAtTheNextItem() {

@@ -16,13 +16,15 @@ namespace {
 struct Outcome {
     QStringList names;
     QString note;
+    QString problem;
     int completions = 0;
 };
 
 ExplorerSearch::Completion recordInto(Outcome& outcome) {
-    return [&outcome](std::vector<Entry> results, QString note) {
+    return [&outcome](std::vector<Entry> results, QString note, QString problem) {
         ++outcome.completions;
         outcome.note = note;
+        outcome.problem = problem;
         outcome.names.clear();
         for (const Entry& e : results)
             outcome.names << e.name();
@@ -203,26 +205,37 @@ private slots:
         QCOMPARE(outcome.note, QStringLiteral("This Computer · indexed locations"));
     }
 
+    // Unavailable says why, in plocate's words, and how to build the index; never that nothing matched.
     void wholeComputerWithoutAnIndexIsUnavailable_data() {
+        QTest::addColumn<QString>("database"); // "index" for a good one
         QTest::addColumn<bool>("noProgram");
-        QTest::newRow("database missing") << false;
-        QTest::newRow("program missing") << true;
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("database missing") << QString() << false << "index.db: No such file or directory";
+        QTest::newRow("database empty") << QString("") << false << "index.db: the database is empty";
+        QTest::newRow("database corrupt") << QString(300, 'x') << false << "index.db: database is corrupt";
+        QTest::newRow("program missing") << QString("index") << true << "plocate is not installed";
     }
     void wholeComputerWithoutAnIndexIsUnavailable() {
+        QFETCH(QString, database);
         QFETCH(bool, noProgram);
+        QFETCH(QString, reason);
         TempTree empty;
-        ScopedVariable db("ORVANE_LOCATE_DB", QFile::encodeName(empty.path(QStringLiteral("missing.db"))));
+        const QString file = empty.path(QStringLiteral("index.db"));
+        if (database == "index")
+            QVERIFY(!buildIndex(*tree, file).isEmpty());
+        else if (!database.isNull())
+            TempTree::writeFile(file, database.toUtf8());
+        ScopedVariable db("ORVANE_LOCATE_DB", QFile::encodeName(file));
         std::optional<ScopedVariable> path;
-        if (noProgram) {
-            QVERIFY(!buildIndex(*tree, empty.path(QStringLiteral("missing.db"))).isEmpty());
-            path.emplace("PATH", QFile::encodeName(empty.path()));
-        }
+        if (noProgram) path.emplace("PATH", QFile::encodeName(empty.path()));
         ExplorerSearch search;
         Outcome outcome;
         search.start(QStringLiteral("report"), tree->path(), true, false, recordInto(outcome));
         QTRY_COMPARE(outcome.completions, 1);
         QVERIFY(outcome.names.isEmpty());
-        QCOMPARE(outcome.note, QStringLiteral("Search unavailable"));
+        QCOMPARE(outcome.note, QStringLiteral("Search index unavailable"));
+        QVERIFY2(outcome.problem.contains(reason), qPrintable(outcome.problem));
+        QVERIFY(outcome.problem.endsWith("To build it, run: updatedb -o " + file));
     }
 };
 

@@ -7,6 +7,7 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QRandomGenerator>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -37,6 +38,20 @@ WalkOutcome walk(const QString& root, const QString& text, bool hidden, int thre
     outcome.found = relative(walker.results(), root);
     outcome.unavailable = walker.someUnavailable();
     return outcome;
+}
+
+// A tower of folders with long names, each holding "hit.txt", deep enough that its paths pass PATH_MAX.
+void longTower(const QString& root, int levels) {
+    const std::string name(100, 'd');
+    int fd = open(QFile::encodeName(root).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    for (int i = 0; i < levels && fd >= 0; ++i) {
+        close(openat(fd, "hit.txt", O_WRONLY | O_CREAT | O_CLOEXEC, 0644));
+        mkdirat(fd, name.c_str(), 0755);
+        const int next = openat(fd, name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        close(fd);
+        fd = next;
+    }
+    if (fd >= 0) close(fd);
 }
 
 // Root reads every folder; for the length of one walk this process acts as nobody instead.
@@ -163,6 +178,21 @@ private slots:
         QVERIFY(outcome.completed);
         QVERIFY(outcome.unavailable);
         QCOMPARE(outcome.found, expected);
+    }
+
+    // Folders handed between threads or queued below the local depth open from their parents.
+    void pathsLongerThanTheSystemTakes_data() {
+        QTest::addColumn<int>("threads");
+        QTest::newRow("one thread") << 1;
+        QTest::newRow("four threads") << 4;
+    }
+    void pathsLongerThanTheSystemTakes() {
+        QFETCH(int, threads);
+        TempTree tree;
+        longTower(tree.path(), 80);
+        const WalkOutcome outcome = walk(tree.path(), QStringLiteral("hit"), false, threads);
+        QVERIFY(outcome.completed && !outcome.unavailable);
+        QCOMPARE(outcome.found.size(), 80);
     }
 
     void cancelledBeforeTheFirstItem() {

@@ -74,6 +74,17 @@ private slots:
         QVERIFY(!w->widgets().emptyLabel->isHidden());
     }
 
+    void anUnavailableIndexSaysWhy() {
+        const QByteArray before = qgetenv("ORVANE_LOCATE_DB");
+        qputenv("ORVANE_LOCATE_DB", QFile::encodeName(tree->path("missing.db")));
+        w->commands().run(QStringLiteral("changeSearchScope"), 2);
+        type(QStringLiteral("notes"));
+        QTRY_COMPARE(status(), QStringLiteral("Search index unavailable"));
+        qputenv("ORVANE_LOCATE_DB", before);
+        QVERIFY(w->widgets().emptyLabel->text().contains("missing.db: No such file or directory"));
+        QVERIFY(!w->widgets().emptyLabel->isHidden());
+    }
+
     // With text in the field a scope change searches again at once; with none, only the words change.
     void aScopeChangeRestartsTheSearch() {
         w->commands().run(QStringLiteral("changeSearchScope"), 2);
