@@ -4,6 +4,7 @@
 #include "browsing/ExplorerEvents.h"
 #include "browsing/WindowCommands.h"
 #include "phone/AndroidBrowser.h"
+#include "phone/ClipboardFolders.h"
 #include "phone/PhoneAddress.h"
 #include "phone/PhoneConnectionWatch.h"
 #include "phone/PhoneLocation.h"
@@ -31,6 +32,7 @@ const QStringList& localOnly() {
 
 AndroidContent::AndroidContent(Explorer& window)
     : QObject(&window), w(window), connection(new PhoneConnectionWatch(this)) {
+    ClipboardFolders::shared(); // clears what an earlier run left
     registerCommands();
     connect(&w.events(), &ExplorerEvents::locationChanged, this, &AndroidContent::prune);
     connect(&w.events(), &ExplorerEvents::selectionChanged, &w.commands(), &WindowCommands::refresh);
