@@ -10,7 +10,9 @@ namespace orvane {
 // name stands in and is renamed at the end; either way nothing already there is ever replaced.
 class Download {
 public:
-    explicit Download(std::string path);
+    explicit Download(const std::string& path);
+    // A name inside an open folder, which is not taken over.
+    Download(int folder, std::string name);
     ~Download(); // discards what was not committed
     Download(const Download&) = delete;
     Download& operator=(const Download&) = delete;
@@ -20,10 +22,14 @@ public:
     int fd() const { return descriptor; }
     std::string commit();
 
+    // The hidden name a file has while it arrives where unnamed files can't be made.
+    static bool isPartName(const std::string& name);
+
 private:
     std::string failure(int code) const;
 
-    std::string path;
+    int folder;
+    std::string name;
     std::string temporary; // empty for an unnamed file
     int descriptor = -1;
     bool committed = false;

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <unistd.h>
 
 namespace orvane {
 
@@ -40,8 +41,11 @@ bool jpegSize(FILE* f, uint32_t& width, uint32_t& height) {
 }
 } // namespace
 
-bool readImageSize(const std::string& path, uint32_t& width, uint32_t& height) {
-    File f(std::fopen(path.c_str(), "rb"), &std::fclose);
+bool readImageSize(int fd, uint32_t& width, uint32_t& height) {
+    const int own = ::dup(fd);
+    if (own >= 0) ::lseek(own, 0, SEEK_SET);
+    File f(own >= 0 ? ::fdopen(own, "rb") : nullptr, &std::fclose);
+    if (!f && own >= 0) ::close(own);
     unsigned char head[26] = {};
     if (!f || std::fread(head, 1, sizeof head, f.get()) < 10) return false;
     if (std::memcmp(head, "\x89PNG\r\n\x1a\n", 8) == 0) {

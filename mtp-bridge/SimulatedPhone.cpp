@@ -1,6 +1,7 @@
 #include "SimulatedPhone.h"
 
 #include "DeviceHolders.h"
+#include "Download.h"
 #include "ImageSize.h"
 #include "StreamCopy.h"
 
@@ -12,9 +13,10 @@
 #include <ctime>
 #include <dirent.h>
 #include <fcntl.h>
-#include <ftw.h>
 #include <memory>
 #include <unistd.h>
+
+#include "platform/NoReplaceRename.h"
 
 namespace orvane {
 
@@ -101,17 +103,29 @@ std::string phoneText(time_t when) {
     return text;
 }
 
-int removeEntry(const char* path, const struct stat*, int, struct FTW*) {
-    return ::remove(path);
+// What the phone holds: folders and files, never a link or a device.
+bool servable(const struct stat& status) {
+    return S_ISDIR(status.st_mode) || S_ISREG(status.st_mode);
 }
 
-// Never replaces what is already at `to`.
-int renameNoReplace(const std::string& from, const std::string& to) {
-#if defined(__APPLE__)
-    return ::renamex_np(from.c_str(), to.c_str(), RENAME_EXCL);
-#else
-    return ::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE);
-#endif
+int openChild(int folder, const std::string& name, int flags) {
+    if (!validName(name)) return errno = ENOENT, -1;
+    return ::openat(folder, name.c_str(), flags | O_NOFOLLOW | O_CLOEXEC);
+}
+
+// Depth first, each level through the folder opened above it, so a link inside is removed, not followed.
+int removeTree(int parent, const std::string& name) {
+    Dir dir(::fdopendir(openChild(parent, name, O_RDONLY | O_DIRECTORY)), &::closedir);
+    if (!dir) return -1;
+    while (const dirent* e = ::readdir(dir.get())) {
+        if (std::strcmp(e->d_name, ".") == 0 || std::strcmp(e->d_name, "..") == 0) continue;
+        struct stat status;
+        if (::fstatat(dirfd(dir.get()), e->d_name, &status, AT_SYMLINK_NOFOLLOW) != 0) return -1;
+        const int done = S_ISDIR(status.st_mode) ? removeTree(dirfd(dir.get()), e->d_name)
+                                                 : ::unlinkat(dirfd(dir.get()), e->d_name, 0);
+        if (done != 0) return -1;
+    }
+    return ::unlinkat(parent, name.c_str(), AT_REMOVEDIR);
 }
 
 // Copies one open file into a new file at `to`, which must not exist; a partial copy is removed.
@@ -125,6 +139,10 @@ std::string copyInto(int from, uint64_t size, const std::string& to, const std::
     return error;
 }
 } // namespace
+
+SimulatedPhone::Located::~Located() {
+    if (fd >= 0) ::close(fd);
+}
 
 SimulatedPhone::SimulatedPhone(std::string root) : root(std::move(root)) {
     while (this->root.size() > 1 && this->root.back() == '/')
@@ -157,7 +175,8 @@ std::string SimulatedPhone::refreshStorages() {
     std::vector<std::string> names;
     while (const dirent* e = ::readdir(dir.get())) {
         struct stat status;
-        if (e->d_name[0] != '.' && ::fstatat(dirfd(dir.get()), e->d_name, &status, 0) == 0 &&
+        if (e->d_name[0] != '.' &&
+            ::fstatat(dirfd(dir.get()), e->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
             S_ISDIR(status.st_mode))
             names.emplace_back(e->d_name);
     }
@@ -178,7 +197,7 @@ std::string SimulatedPhone::storages(std::vector<PhoneObject>& out) {
     if (std::string error = refreshStorages(); !error.empty()) return error;
     for (const Storage& s : known) {
         struct stat status;
-        if (::stat((root + '/' + s.label).c_str(), &status) == 0 && S_ISDIR(status.st_mode))
+        if (::lstat((root + '/' + s.label).c_str(), &status) == 0 && S_ISDIR(status.st_mode))
             out.push_back({rootHandle, s.id, s.label, true, 0, {}});
     }
     return {};
@@ -186,6 +205,26 @@ std::string SimulatedPhone::storages(std::vector<PhoneObject>& out) {
 
 std::string SimulatedPhone::scan() {
     return refreshStorages();
+}
+
+// One name at a time from the root, none of them a link; -1 with errno set.
+int SimulatedPhone::openFolder(const std::string& label, const std::string& path) const {
+    std::vector<std::string> names{label};
+    for (size_t start = 0; !path.empty() && start <= path.size();) {
+        const size_t end = std::min(path.find('/', start), path.size());
+        names.push_back(path.substr(start, end - start));
+        start = end + 1;
+    }
+    int fd = ::open(root.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    for (const std::string& name : names) {
+        if (fd < 0) break;
+        const int next = openChild(fd, name, O_RDONLY | O_DIRECTORY);
+        const int code = errno;
+        ::close(fd);
+        errno = code;
+        fd = next;
+    }
+    return fd;
 }
 
 std::string SimulatedPhone::folder(uint32_t storageId, uint32_t parent, Located& out) {
@@ -199,12 +238,11 @@ std::string SimulatedPhone::folder(uint32_t storageId, uint32_t parent, Located&
         out.path = place->path;
     }
     out.storage = storageId;
-    out.absolute = root + '/' + s->label + (out.path.empty() ? "" : '/' + out.path);
-    if (::stat(out.absolute.c_str(), &out.status) != 0) {
-        if (!out.path.empty()) handles.forget(storageId, out.path);
-        return notFound();
-    }
-    return S_ISDIR(out.status.st_mode) ? std::string() : "This item is not a folder.";
+    out.fd = openFolder(s->label, out.path);
+    if (out.fd >= 0 && ::fstat(out.fd, &out.status) == 0) return {};
+    if (errno == ENOTDIR) return "This item is not a folder.";
+    if (!out.path.empty()) handles.forget(storageId, out.path);
+    return notFound();
 }
 
 std::string SimulatedPhone::object(uint32_t id, Located& out) {
@@ -214,8 +252,10 @@ std::string SimulatedPhone::object(uint32_t id, Located& out) {
     if (!s) return notFound();
     out.storage = place->storage;
     out.path = place->path;
-    out.absolute = root + '/' + s->label + '/' + out.path;
-    if (::lstat(out.absolute.c_str(), &out.status) != 0) {
+    out.name = lastComponent(out.path);
+    out.fd = openFolder(s->label, parentOf(out.path));
+    if (out.fd < 0 || ::fstatat(out.fd, out.name.c_str(), &out.status, AT_SYMLINK_NOFOLLOW) != 0 ||
+        !servable(out.status)) {
         handles.forget(out.storage, out.path);
         return notFound();
     }
@@ -225,12 +265,13 @@ std::string SimulatedPhone::object(uint32_t id, Located& out) {
 std::string SimulatedPhone::list(uint32_t storageId, uint32_t parent, std::vector<PhoneObject>& out) {
     Located where;
     if (std::string error = folder(storageId, parent, where); !error.empty()) return error;
-    Dir dir(::opendir(where.absolute.c_str()), &::closedir);
+    Dir dir(::fdopendir(::dup(where.fd)), &::closedir);
     if (!dir) return systemError("Cannot read this folder");
     while (const dirent* e = ::readdir(dir.get())) {
-        if (std::strcmp(e->d_name, ".") == 0 || std::strcmp(e->d_name, "..") == 0) continue;
         struct stat status;
-        if (::fstatat(dirfd(dir.get()), e->d_name, &status, 0) != 0) continue;
+        if (!validName(e->d_name) || Download::isPartName(e->d_name) ||
+            ::fstatat(dirfd(dir.get()), e->d_name, &status, AT_SYMLINK_NOFOLLOW) != 0 || !servable(status))
+            continue;
         const bool isFolder = S_ISDIR(status.st_mode);
         const uint32_t id = handles.handleFor(storageId, join(where.path, e->d_name));
         out.push_back({id, storageId, e->d_name, isFolder, isFolder ? 0 : uint64_t(status.st_size),
@@ -239,16 +280,20 @@ std::string SimulatedPhone::list(uint32_t storageId, uint32_t parent, std::vecto
     return {};
 }
 
+// The size is the open file's own, so the copy is whole or an error.
 std::string SimulatedPhone::get(uint32_t id, int target, const std::string&,
                                 const TransferProgress& progress) {
     Located source;
     if (std::string error = object(id, source); !error.empty()) return error;
     if (S_ISDIR(source.status.st_mode)) return "A folder can't be copied as one file.";
-    Fd from(::open(source.absolute.c_str(), O_RDONLY | O_CLOEXEC));
-    if (from.get() < 0) return systemError("Cannot read " + lastComponent(source.path));
-    return copyStream(from.get(), target, uint64_t(source.status.st_size), progress);
+    Fd from(openChild(source.fd, source.name, O_RDONLY));
+    struct stat status;
+    if (from.get() < 0 || ::fstat(from.get(), &status) != 0) return systemError("Cannot read " + source.name);
+    if (!S_ISREG(status.st_mode)) return notFound();
+    return copyStream(from.get(), target, uint64_t(status.st_size), progress);
 }
 
+// A file arrives under its name only when whole, as on a phone whose bridge may die half-way.
 std::string SimulatedPhone::put(uint32_t storageId, uint32_t parent, const std::string& path,
                                 const TransferProgress& progress) {
     const std::string name = lastComponent(path);
@@ -259,8 +304,12 @@ std::string SimulatedPhone::put(uint32_t storageId, uint32_t parent, const std::
     struct stat status;
     if (from.get() < 0 || ::fstat(from.get(), &status) != 0) return systemError("Cannot read " + name);
     if (!S_ISREG(status.st_mode)) return "Only files can be sent: " + name;
-    const std::string error =
-        copyInto(from.get(), uint64_t(status.st_size), target.absolute + '/' + name, name, progress);
+    struct stat there;
+    if (::fstatat(target.fd, name.c_str(), &there, AT_SYMLINK_NOFOLLOW) == 0) return exists(name);
+    Download into(target.fd, name);
+    std::string error = into.open();
+    if (error.empty()) error = copyStream(from.get(), into.fd(), uint64_t(status.st_size), progress);
+    if (error.empty()) error = into.commit();
     if (error.empty()) handles.handleFor(storageId, join(target.path, name));
     return error;
 }
@@ -270,7 +319,7 @@ std::string SimulatedPhone::makeFolder(uint32_t storageId, uint32_t parent, cons
     if (!validName(name)) return "\u201c" + name + "\u201d is not a valid folder name.";
     Located target;
     if (std::string error = folder(storageId, parent, target); !error.empty()) return error;
-    if (::mkdir((target.absolute + '/' + name).c_str(), 0755) != 0)
+    if (::mkdirat(target.fd, name.c_str(), 0755) != 0)
         return errno == EEXIST ? exists(name) : systemError("Cannot create " + name);
     id = handles.handleFor(storageId, join(target.path, name));
     return {};
@@ -280,21 +329,22 @@ std::string SimulatedPhone::remove(uint32_t id) {
     if (id == rootHandle) return "A storage can't be deleted.";
     Located what;
     if (std::string error = object(id, what); !error.empty()) return error;
-    const int status = S_ISDIR(what.status.st_mode)
-                           ? ::nftw(what.absolute.c_str(), removeEntry, 32, FTW_DEPTH | FTW_PHYS)
-                           : ::unlink(what.absolute.c_str());
-    if (status != 0) return systemError("Cannot delete " + lastComponent(what.path));
+    const int status = S_ISDIR(what.status.st_mode) ? removeTree(what.fd, what.name)
+                                                    : ::unlinkat(what.fd, what.name.c_str(), 0);
+    if (status != 0) return systemError("Cannot delete " + what.name);
     handles.forget(what.storage, what.path);
     return {};
 }
 
-std::string SimulatedPhone::relocate(const Located& from, uint32_t storageId, const std::string& path) {
+// `folder` is the open folder that is to hold the item at `path`.
+std::string SimulatedPhone::relocate(const Located& from, int folder, uint32_t storageId,
+                                     const std::string& path) {
     const std::string name = lastComponent(path);
-    const std::string to = root + '/' + storage(storageId)->label + '/' + path;
-    if (renameNoReplace(from.absolute, to) != 0) {
-        if (errno == EEXIST) return exists(name);
-        return errno == EXDEV ? "This item can't be moved to that storage."
-                              : systemError("Cannot move " + name);
+    if (const int code = renameNoReplaceAt(from.fd, from.name.c_str(), folder, name.c_str()); code != 0) {
+        if (code == EEXIST) return exists(name);
+        errno = code;
+        return code == EXDEV ? "This item can't be moved to that storage."
+                             : systemError("Cannot move " + name);
     }
     handles.relocate(from.storage, from.path, storageId, path);
     return {};
@@ -306,7 +356,7 @@ std::string SimulatedPhone::rename(uint32_t id, const std::string& name) {
     Located what;
     if (std::string error = object(id, what); !error.empty()) return error;
     const std::string path = join(parentOf(what.path), name);
-    return path == what.path ? std::string() : relocate(what, what.storage, path);
+    return path == what.path ? std::string() : relocate(what, what.fd, what.storage, path);
 }
 
 std::string SimulatedPhone::move(uint32_t id, uint32_t storageId, uint32_t parent) {
@@ -316,16 +366,17 @@ std::string SimulatedPhone::move(uint32_t id, uint32_t storageId, uint32_t paren
     const bool inside =
         target.path == what.path || target.path.compare(0, what.path.size() + 1, what.path + '/') == 0;
     if (storageId == what.storage && inside) return "A folder can't be moved into itself.";
-    const std::string path = join(target.path, lastComponent(what.path));
+    const std::string path = join(target.path, what.name);
     if (storageId == what.storage && path == what.path) return {};
-    return relocate(what, storageId, path);
+    return relocate(what, target.fd, storageId, path);
 }
 
 std::string SimulatedPhone::info(uint32_t id, PhoneObjectInfo& out) {
     Located what;
     if (std::string error = object(id, what); !error.empty()) return error;
     uint32_t width = 0, height = 0;
-    if (S_ISREG(what.status.st_mode) && readImageSize(what.absolute, width, height)) {
+    Fd file(S_ISREG(what.status.st_mode) ? openChild(what.fd, what.name, O_RDONLY) : -1);
+    if (file.get() >= 0 && readImageSize(file.get(), width, height)) {
         out.width = width;
         out.height = height;
     }
@@ -338,9 +389,10 @@ std::string SimulatedPhone::thumbnail(uint32_t id, const std::string& path) {
     Located what;
     if (std::string error = object(id, what); !error.empty()) return error;
     if (!S_ISREG(what.status.st_mode) || !isJpeg(what.path)) return noThumbnailText;
-    Fd from(::open(what.absolute.c_str(), O_RDONLY | O_CLOEXEC));
-    if (from.get() < 0) return systemError("Cannot read " + lastComponent(what.path));
-    return copyInto(from.get(), uint64_t(what.status.st_size), path, lastComponent(path), nullptr);
+    Fd from(openChild(what.fd, what.name, O_RDONLY));
+    struct stat status;
+    if (from.get() < 0 || ::fstat(from.get(), &status) != 0) return systemError("Cannot read " + what.name);
+    return copyInto(from.get(), uint64_t(status.st_size), path, lastComponent(path), nullptr);
 }
 
 } // namespace orvane

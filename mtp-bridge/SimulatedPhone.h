@@ -9,10 +9,11 @@
 namespace orvane {
 
 // A phone made of a local folder: each subfolder is one storage, labelled by its name and numbered
-// 65537, 131073, ... in name order. It answers exactly as a real phone's back end does, so the
-// client and the batteries run without hardware. No subfolder at all reads as a locked phone.
-// MTP_BRIDGE_LOCKED=1 and MTP_BRIDGE_CHARGING_ONLY=1 make it answer as a locked phone or one set
-// to charge only; MTP_BRIDGE_HELD=FILE as a phone that whatever process holds FILE open has taken.
+// 65537, 131073, ... in name order. The folder is the phone's whole world: every path below it is
+// opened one name at a time and links are never followed, nor listed. It answers exactly as a real phone's
+// back end does, so the client and the batteries run without hardware. No subfolder at all reads as a locked
+// phone. MTP_BRIDGE_LOCKED=1 and MTP_BRIDGE_CHARGING_ONLY=1 make it answer as a locked phone or one set to
+// charge only; MTP_BRIDGE_HELD=FILE as a phone that whatever process holds FILE open has taken.
 class SimulatedPhone : public PhoneBackend {
 public:
     explicit SimulatedPhone(std::string root);
@@ -36,11 +37,17 @@ private:
         uint32_t id;
         std::string label;
     };
-    // Where an object or folder lives: storage, path below the storage folder, and the full path.
+    // Where an object or folder lives: storage, path below the storage folder, and an open folder:
+    // the folder itself for `folder`, the one holding `name` for `object`.
     struct Located {
+        Located() = default;
+        Located(const Located&) = delete;
+        Located& operator=(const Located&) = delete;
+        ~Located();
         uint32_t storage = 0;
         std::string path;
-        std::string absolute;
+        int fd = -1;
+        std::string name;
         struct stat status {};
     };
 
@@ -49,7 +56,8 @@ private:
     const Storage* storage(uint32_t id) const;
     std::string folder(uint32_t storage, uint32_t parent, Located& out);
     std::string object(uint32_t id, Located& out);
-    std::string relocate(const Located& from, uint32_t storage, const std::string& path);
+    std::string relocate(const Located& from, int folder, uint32_t storage, const std::string& path);
+    int openFolder(const std::string& label, const std::string& path) const;
 
     std::string root;
     std::string condition; // "locked", "charging" or "held"

@@ -1,5 +1,6 @@
 #include "StreamCopy.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <unistd.h>
@@ -19,7 +20,8 @@ bool kernelCopy(int from, int to, uint64_t total, const TransferProgress& progre
 #ifdef __linux__
     uint64_t done = 0;
     while (done < total) {
-        const ssize_t n = ::copy_file_range(from, nullptr, to, nullptr, chunk, 0);
+        const ssize_t n =
+            ::copy_file_range(from, nullptr, to, nullptr, size_t(std::min<uint64_t>(chunk, total - done)), 0);
         if (n < 0 && errno == EINTR) continue;
         if (n < 0 && done == 0 &&
             (errno == EXDEV || errno == ENOSYS || errno == EINVAL || errno == EOPNOTSUPP))
@@ -59,7 +61,7 @@ std::string copyStream(int from, int to, uint64_t total, const TransferProgress&
     std::vector<char> buffer(chunk);
     uint64_t done = 0;
     while (done < total) {
-        const ssize_t n = ::read(from, buffer.data(), buffer.size());
+        const ssize_t n = ::read(from, buffer.data(), size_t(std::min<uint64_t>(chunk, total - done)));
         if (n < 0 && errno == EINTR) continue;
         if (n <= 0) return n < 0 ? systemError("Cannot read the file") : "The file ended early.";
         if (!writeAll(to, buffer.data(), size_t(n))) return systemError("Cannot write the file");

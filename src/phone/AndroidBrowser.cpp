@@ -18,6 +18,7 @@
 #include "kit/EditablePathBox.h"
 #include "kit/ExplorerAlert.h"
 #include "kit/TransferProgressEdge.h"
+#include "phone/ClipboardFolders.h"
 #include "phone/PhoneClipboard.h"
 #include "phone/PhoneLocation.h"
 #include "phone/SendFilesDialog.h"
@@ -253,16 +254,16 @@ bool AndroidBrowser::canPasteFiles() const {
 void AndroidBrowser::copyFiles() {
     const QList<PhoneItem> items = selectedItems();
     if (!phone.canCopyFiles(items)) return;
-    const QString folder = QDir::temp().filePath(QStringLiteral("Belcove-Clipboard-") +
-                                                 QUuid::createUuid().toString(QUuid::WithoutBraces));
-    if (::mkdir(NativePath::encode(folder).constData(), 0700) != 0)
-        return phone.unlock(QString::fromLocal8Bit(std::strerror(errno)));
+    QString error;
+    const QString folder = ClipboardFolders::shared().make(error);
+    if (folder.isEmpty()) return phone.unlock(error);
     phone.runDownload(items, NativePath::encode(folder),
                       [folder, items](const std::optional<QString>& error) {
-                          if (error) return;
+                          if (error) return ClipboardFolders::shared().discard(folder);
                           QList<QUrl> urls;
                           for (const PhoneItem& item : items)
                               urls << QUrl::fromLocalFile(folder + u'/' + item.name);
+                          ClipboardFolders::shared().hold(folder);
                           FileClipboard::shared().setClipboard(urls, false);
                       });
 }

@@ -8,6 +8,7 @@
 #include "core/ExplorerEvents.h"
 #include "core/WindowCommands.h"
 #include "phone/AndroidBrowser.h"
+#include "phone/ClipboardFolders.h"
 #include "phone/PhoneAddress.h"
 #include "phone/PhoneConnectionWatch.h"
 #include "phone/PhoneLocation.h"
@@ -36,6 +37,7 @@ const QStringList& localOnly() {
 AndroidContent::AndroidContent(BrowserWindow& window)
     : QObject(window.widget()), w(window), connection(new PhoneConnectionWatch(this)) {
     registerPhoneNames();
+    ClipboardFolders::shared(); // clears what an earlier run left
     registerCommands();
     connect(&w.events(), &ExplorerEvents::locationChanged, this, &AndroidContent::prune);
     connect(&w.events(), &ExplorerEvents::selectionChanged, &w.commands(), &WindowCommands::refresh);

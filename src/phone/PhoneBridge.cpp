@@ -1,6 +1,7 @@
 #include "phone/PhoneBridge.h"
 
 #include "phone/BridgeProcess.h"
+#include "phone/UnfinishedPuts.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>
@@ -42,11 +43,13 @@ public:
     void submit(Request request);
     void setExecutable(const QString& path);
     void setLimit(std::chrono::milliseconds value);
+    QString takeNotice();
 
 private:
     void work();
     PhoneReply serve(const Request& request);
     bool exchange(const Request& request, PhoneReply& reply);
+    void clearUp(const Request& request);
 
     std::mutex mutex;
     std::condition_variable wake;
@@ -57,6 +60,8 @@ private:
 
     std::unique_ptr<BridgeProcess> process;
     QString launchedFrom;
+    UnfinishedPuts unfinished;
+    QString notice; // guarded by `mutex`
 };
 
 // Lives as long as the process: the worker may still be blocked in a read when statics go away.
@@ -87,6 +92,11 @@ void BridgeQueue::setExecutable(const QString& path) {
 void BridgeQueue::setLimit(std::chrono::milliseconds value) {
     std::lock_guard lock(mutex);
     limit = value;
+}
+
+QString BridgeQueue::takeNotice() {
+    std::lock_guard lock(mutex);
+    return std::exchange(notice, QString());
 }
 
 void BridgeQueue::work() {
@@ -120,10 +130,31 @@ PhoneReply BridgeQueue::serve(const Request& request) {
         process.reset();
         process = BridgeProcess::launch(request.executable);
         launchedFrom = request.executable;
+        if (process && !unfinished.empty()) clearUp(request);
     }
     PhoneReply reply = PhoneReply::failure(PhoneBridge::unavailableText());
-    if (process && !exchange(request, reply)) process.reset(); // terminates the child
+    if (!process) return reply;
+    const bool put = request.args.value(0) == QLatin1String("put");
+    if (put) unfinished.sending(request.args);
+    if (!exchange(request, reply))
+        process.reset(); // terminates the child
+    else if (put)
+        unfinished.answered();
     return reply;
+}
+
+void BridgeQueue::clearUp(const Request& request) {
+    const QStringList removed = unfinished.clearUp([&](const QStringList& args, PhoneReply& reply) {
+        Request asked;
+        asked.args = args;
+        asked.limit = request.limit;
+        if (exchange(asked, reply)) return true;
+        process.reset();
+        return false;
+    });
+    if (removed.isEmpty()) return;
+    std::lock_guard lock(mutex);
+    notice = UnfinishedPuts::notice(removed);
 }
 
 // The watchdog is one limit for the whole request. Transfers run as long as they take while they move;
@@ -165,6 +196,11 @@ void PhoneBridge::restart() {
     Request request;
     request.restart = true;
     bridgeQueue().submit(std::move(request));
+}
+
+std::optional<QString> PhoneBridge::takeNotice() {
+    const QString notice = bridgeQueue().takeNotice();
+    return notice.isEmpty() ? std::nullopt : std::optional<QString>(notice);
 }
 
 QString PhoneBridge::unavailableText() {

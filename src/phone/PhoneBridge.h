@@ -23,6 +23,9 @@ public:
     static void run(const QStringList& args, Progress progress, Done done);
 
     static QString unavailableText();
+    // What the client cleared up on the phone after a bridge that died, said once; a new bridge first
+    // removes what a "put" it cut off left behind.
+    static std::optional<QString> takeNotice();
     // Beside the application: the bundle's Contents/Helpers, or the executable's own folder.
     static QString defaultExecutable();
     // For tests and tools: which executable to start (empty restores the default), and the

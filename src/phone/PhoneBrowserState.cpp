@@ -72,7 +72,7 @@ void PhoneBrowserState::answered(const PhoneReply& reply) {
     base = PhoneListing::byName(reply.items.value_or(QList<PhoneItem>()));
     relist();
     const std::optional<QString> created = std::exchange(pendingFolder, std::nullopt);
-    unlock(reply.error.value_or(countText(listing.items.size())));
+    unlock(reply.error.value_or(PhoneBridge::takeNotice().value_or(countText(listing.items.size()))));
     emit listed(!reply.error);
     if (created && !reply.error) emit folderListed(*created);
 }

@@ -51,20 +51,59 @@ struct Place {
     QByteArray top;   // empty for the home Trash, whose records hold absolute paths
 };
 
-bool placeFor(const QByteArray& item, Place& place, int& code) {
+// Deleted items stay readable and replaceable by whoever can enter their Trash, so a Trash that is
+// a link, someone else's or open to others is never used. Answers 0, -1 for such a folder, or errno.
+int ownFolder(const QByteArray& path) {
+    if (mkdir(path.constData(), 0700) != 0 && errno != EEXIST) return errno;
+    struct stat st;
+    if (lstat(path.constData(), &st) != 0) return errno;
+    return S_ISDIR(st.st_mode) && st.st_uid == getuid() && (st.st_mode & 077) == 0 ? 0 : -1;
+}
+
+// The administrator's shared Trash: the sticky bit keeps users from taking each other's folders in it.
+bool sharedTrash(const QByteArray& path) {
+    struct stat st;
+    return lstat(path.constData(), &st) == 0 && S_ISDIR(st.st_mode) && (st.st_mode & S_ISVTX);
+}
+
+bool withSubfolders(const QByteArray& trash) {
+    for (const char* sub : {"/files", "/info"})
+        if (mkdir((trash + sub).constData(), 0700) != 0 && errno != EEXIST) return false;
+    return true;
+}
+
+// Another volume's Trash: the shared .Trash/<uid> when fit, else .Trash-<uid>, else none.
+bool volumeTrash(const QByteArray& top, Place& place, QString& error) {
+    const QByteArray base = (top == "/" ? QByteArray() : top), uid = QByteArray::number(getuid());
+    const QByteArray shared = base + "/.Trash/" + uid, own = base + "/.Trash-" + uid;
+    if (sharedTrash(base + "/.Trash") && ownFolder(shared) == 0 && withSubfolders(shared)) {
+        place = {shared, top};
+        return true;
+    }
+    if (const int code = ownFolder(own); code != 0) {
+        error = code > 0
+                    ? systemText(code)
+                    : QStringLiteral("The Trash on this volume, %1, belongs to someone else or is open to "
+                                     "others. Nothing was moved there.")
+                          .arg(NativePath::decode(own));
+        return false;
+    }
+    if (!withSubfolders(own)) return error = systemText(errno), false;
+    place = {own, top};
+    return true;
+}
+
+bool placeFor(const QByteArray& item, Place& place, QString& error) {
     const QByteArray home =
         NativePath::encode(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)) + "/Trash";
-    if (!makeFolders(home + "/files") || !makeFolders(home + "/info")) return code = errno, false;
+    if (!makeFolders(home + "/files") || !makeFolders(home + "/info"))
+        return error = systemText(errno), false;
     const dev_t device = deviceOf(item);
     if (device == deviceOf(home)) {
         place = {home, {}};
         return true;
     }
-    const QByteArray top = topOfVolume(item, device);
-    const QByteArray trash = (top == "/" ? QByteArray() : top) + "/.Trash-" + QByteArray::number(getuid());
-    if (!makeFolders(trash + "/files") || !makeFolders(trash + "/info")) return code = errno, false;
-    place = {trash, top};
-    return true;
+    return volumeTrash(topOfVolume(item, device), place, error);
 }
 
 QByteArray record(const QByteArray& item, const Place& place) {
@@ -98,12 +137,10 @@ bool DesktopTrash::moveIn(const QString& path, QString& trashed, QString& error)
     const QByteArray item = NativePath::encode(path);
     const QByteArray name = item.mid(item.lastIndexOf('/') + 1);
     Place place;
-    int code = 0;
     struct stat st;
-    if (lstat(item.constData(), &st) != 0 || !placeFor(item, place, code)) {
-        error = systemText(code ? code : errno);
-        return false;
-    }
+    if (lstat(item.constData(), &st) != 0) return error = systemText(errno), false;
+    if (!placeFor(item, place, error)) return false;
+    int code = 0;
     const QByteArray text = record(item, place);
     for (int n = 1; n < 10000; ++n) {
         const QByteArray slot = candidate(name, n);

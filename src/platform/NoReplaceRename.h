@@ -8,5 +8,7 @@ namespace orvane {
 // is renamed over its own placeholder, so an existing item is still never replaced.
 // Answers 0 or the errno value; EXDEV tells the caller to copy instead.
 int renameNoReplace(const char* from, const char* to);
+// The same with names relative to open folders (AT_FDCWD for the working folder).
+int renameNoReplaceAt(int fromFolder, const char* from, int toFolder, const char* to);
 
 } // namespace orvane

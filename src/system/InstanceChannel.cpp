@@ -6,7 +6,10 @@
 #include <QDir>
 #include <QLocalServer>
 #include <QLocalSocket>
-#include <QStandardPaths>
+#include <cerrno>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace orvane {
 
@@ -14,19 +17,48 @@ namespace {
 constexpr int answerMs = 3000;
 constexpr qsizetype maxMessage = qsizetype(1) << 20; // thousands of paths; more is not a request
 
-bool someoneAnswers() {
+// Only this user can enter it: made with mode 0700 when missing, refused when it is a link, someone
+// else's, or open to others, since whoever can reach the socket sees every path a launch hands over.
+bool privateFolder(const QByteArray& path) {
+    if (path.isEmpty() || (::mkdir(path.constData(), 0700) != 0 && errno != EEXIST)) return false;
+    struct stat st;
+    return ::lstat(path.constData(), &st) == 0 && S_ISDIR(st.st_mode) && st.st_uid == ::geteuid() &&
+           (st.st_mode & 077) == 0;
+}
+
+// The other end runs as this user; a socket of anyone else's that turns up at the path is not ours.
+bool sameUser(const QLocalSocket& socket) {
+    const int fd = int(socket.socketDescriptor());
+#ifdef __linux__
+    ucred peer{};
+    socklen_t size = sizeof peer;
+    return ::getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid == ::geteuid();
+#else
+    uid_t uid = 0;
+    gid_t gid = 0;
+    return ::getpeereid(fd, &uid, &gid) == 0 && uid == ::geteuid();
+#endif
+}
+
+bool connectTo(QLocalSocket& socket, const QString& path) {
+    if (path.isEmpty()) return false;
+    socket.connectToServer(path);
+    return socket.waitForConnected(500) && sameUser(socket);
+}
+
+bool someoneAnswers(const QString& path) {
     QLocalSocket probe;
-    probe.connectToServer(InstanceChannel::socketPath());
-    return probe.waitForConnected(500);
+    return connectTo(probe, path);
 }
 } // namespace
 
 InstanceChannel::InstanceChannel(BrowserApp& app)
     : QObject(app.object()), app(app), server(new QLocalServer(this)) {
-    if (someoneAnswers()) return;
-    QLocalServer::removeServer(socketPath()); // what a crashed instance left
+    const QString path = socketPath();
+    if (path.isEmpty() || someoneAnswers(path)) return;
+    QLocalServer::removeServer(path); // what a crashed instance left
     server->setSocketOptions(QLocalServer::UserAccessOption);
-    if (!server->listen(socketPath())) return;
+    if (!server->listen(path)) return;
     connect(server, &QLocalServer::newConnection, this, &InstanceChannel::accept);
 }
 
@@ -36,16 +68,21 @@ bool InstanceChannel::listening() const {
     return server->isListening();
 }
 
+// Never a name others share: without the session's runtime folder, one of this user's own.
 QString InstanceChannel::socketPath() {
-    QString folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
-    if (folder.isEmpty()) folder = QDir::tempPath();
-    return folder + QStringLiteral("/orvane-instance");
+    QByteArray folder = qgetenv("XDG_RUNTIME_DIR");
+    if (!privateFolder(folder))
+        folder = QFile::encodeName(QDir::tempPath()) + "/orvane-" + QByteArray::number(::geteuid());
+    if (!privateFolder(folder)) {
+        qWarning("No folder of this user's own for the instance channel: %s", folder.constData());
+        return {};
+    }
+    return QFile::decodeName(folder) + QStringLiteral("/orvane-instance");
 }
 
 bool InstanceChannel::forward(const QList<QUrl>& urls) {
     QLocalSocket socket;
-    socket.connectToServer(socketPath());
-    if (!socket.waitForConnected(500)) return false;
+    if (!connectTo(socket, socketPath())) return false;
     socket.write(encode(urls));
     if (!socket.waitForBytesWritten(answerMs)) return false;
     QByteArray answer;
@@ -75,6 +112,11 @@ QList<QUrl> InstanceChannel::decode(const QByteArray& message) {
 
 void InstanceChannel::accept() {
     while (QLocalSocket* socket = server->nextPendingConnection()) {
+        if (!sameUser(*socket)) {
+            socket->abort();
+            socket->deleteLater();
+            continue;
+        }
         connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
         connect(socket, &QLocalSocket::readyRead, this, [this, socket] { read(socket); });
     }

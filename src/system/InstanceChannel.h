@@ -25,6 +25,7 @@ public:
 
     // Hands the items to a running instance; false when none took them, so this launch opens them.
     static bool forward(const QList<QUrl>& urls);
+    // Empty when this user has no folder of their own to put it in: then each launch opens its own.
     static QString socketPath();
 
     // One item per line, exact bytes kept, and an empty line to end.

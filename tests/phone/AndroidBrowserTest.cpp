@@ -27,6 +27,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QProcess>
 #include <QTimer>
 #include <QToolButton>
 
@@ -102,7 +103,35 @@ class AndroidBrowserTest : public PhoneWindowFixture {
         return dropped.isAccepted() && !w->table()->dropRow();
     }
 
+    std::unique_ptr<TempTree> temp; // the temporary folder of this whole run
+    QProcess running;               // stands for another run of the program that is still going
+    QString leftByACrash, ofARunningOne;
+
+    QStringList clipboardFolders() const {
+        return QDir(temp->path()).entryList({QStringLiteral("Belcove-Clipboard-*")}, QDir::Dirs);
+    }
+
 private slots:
+    // What runs that ended without clearing up left, before this run's first window.
+    void initTestCase() {
+        temp = std::make_unique<TempTree>();
+        qputenv("TMPDIR", QFile::encodeName(temp->path()));
+        QProcess ended;
+        ended.start(QStringLiteral("true"));
+        const qint64 gone = ended.processId();
+        QVERIFY(ended.waitForFinished());
+        running.start(QStringLiteral("sleep"), {QStringLiteral("600")});
+        QVERIFY(running.waitForStarted());
+        leftByACrash = QStringLiteral("Belcove-Clipboard-%1-a").arg(gone);
+        ofARunningOne = QStringLiteral("Belcove-Clipboard-%1-b").arg(running.processId());
+        temp->file(leftByACrash + QStringLiteral("/IMG_1.jpg"), "copied");
+        temp->file(ofARunningOne + QStringLiteral("/IMG_2.jpg"), "copied");
+    }
+    void cleanupTestCase() {
+        running.kill();
+        running.waitForFinished();
+    }
+
     void init() {
         makeTrees();
         phone->file(QStringLiteral("Internal storage/DCIM/Camera/IMG_1.jpg"), "one");
@@ -188,6 +217,22 @@ private slots:
         QTRY_VERIFY(idle() && names().contains(QStringLiteral("IMG_1.jpg")));
         QCOMPARE(readAll(onPhone(QStringLiteral("DCIM/IMG_1.jpg"))), QByteArray("one"));
         QDir(QFileInfo(copy).path()).removeRecursively();
+    }
+
+    // A copy's folder lasts as long as the clipboard holds it; a failed one's not at all.
+    void copiesLastAsLongAsTheClipboardHoldsThem() {
+        QTRY_COMPARE(clipboardFolders(), QStringList{ofARunningOne});
+        selectNames(*w, {"notes.txt"});
+        QVERIFY(run("copyAction"));
+        QTRY_VERIFY(idle() && QGuiApplication::clipboard()->mimeData()->hasUrls());
+        QCOMPARE(clipboardFolders().size(), 2);
+        QGuiApplication::clipboard()->setText(QStringLiteral("something else"));
+        QTRY_COMPARE(clipboardFolders(), QStringList{ofARunningOne});
+        QVERIFY(QFile::remove(onPhone(QStringLiteral("DCIM/notes.txt"))));
+        QVERIFY(run("copyAction"));
+        QTRY_VERIFY(idle());
+        QVERIFY(!QGuiApplication::clipboard()->mimeData()->hasUrls());
+        QTRY_COMPARE(clipboardFolders(), QStringList{ofARunningOne});
     }
 
     // A click on the background clears the selection first: its menu never offers a delete.

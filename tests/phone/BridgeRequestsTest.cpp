@@ -3,6 +3,7 @@
 #include "phone/PhoneLocation.h"
 #include "support/TestEnvironment.h"
 
+#include <QDirIterator>
 #include <QFileInfo>
 #include <QImage>
 #include <QProcess>
@@ -171,6 +172,64 @@ private slots:
         QVERIFY(call({QStringLiteral("rename"), QString::number(listed(QStringLiteral("a.txt")).id),
                       QStringLiteral("Taken")})
                     .reply.error);
+    }
+
+    // The phone's folder is its whole world. Items swapped for links to the outside after they were
+    // listed, and links there from the start, lead nowhere: nothing outside is read or changed.
+    void linksNeverLeadOutOfThePhone_data() {
+        QTest::addColumn<QStringList>("request"); // DOCS, INNER, SUB, BIG: handles from before the swap
+        QTest::newRow("list a folder") << QStringList{storage, "DOCS"};
+        QTest::newRow("read a file in it") << QStringList{"get", "INNER", "TARGET"};
+        QTest::newRow("read a big file") << QStringList{"get", "BIG", "TARGET"};
+        QTest::newRow("read its picture size") << QStringList{"info", "INNER"};
+        QTest::newRow("write into it") << QStringList{"put", storage, "DOCS", "SOURCE"};
+        QTest::newRow("make a folder in it") << QStringList{"mkdir", storage, "DOCS", "new"};
+        QTest::newRow("rename in it") << QStringList{"rename", "INNER", "renamed.txt"};
+        QTest::newRow("move out of it") << QStringList{"move", "INNER", storage, root};
+        QTest::newRow("delete below it") << QStringList{"delete", "SUB"};
+    }
+
+    void linksNeverLeadOutOfThePhone() {
+        QFETCH(QStringList, request);
+        phone->file(QStringLiteral("Internal storage/Docs/inner.txt"), "inner");
+        phone->file(QStringLiteral("Internal storage/Docs/Sub/deep.txt"), "deep");
+        phone->file(QStringLiteral("Internal storage/big.bin"), "small");
+        local->file(QStringLiteral("outside/inner.txt"), "outside");
+        local->file(QStringLiteral("outside/Sub/deep.txt"), "deep outside");
+        local->sizedFile(QStringLiteral("outside/big.bin"), 5 << 20);
+        const PhoneItem docs = listed(QStringLiteral("Docs"));
+        const QMap<QString, QString> handles{
+            {"DOCS", QString::number(docs.id)},
+            {"INNER", QString::number(listed(QStringLiteral("inner.txt"), QString::number(docs.id)).id)},
+            {"SUB", QString::number(listed(QStringLiteral("Sub"), QString::number(docs.id)).id)},
+            {"BIG", QString::number(listed(QStringLiteral("big.bin")).id)},
+            {"TARGET", local->path(QStringLiteral("target"))},
+            {"SOURCE", local->file(QStringLiteral("new.txt"), "new")}};
+        QVERIFY(QDir(internal(QStringLiteral("Docs"))).removeRecursively());
+        QVERIFY(QFile::remove(internal(QStringLiteral("big.bin"))));
+        const QString outside = local->path(QStringLiteral("outside"));
+        QVERIFY(QFile::link(outside, internal(QStringLiteral("Docs"))));
+        QVERIFY(QFile::link(outside + QStringLiteral("/big.bin"), internal(QStringLiteral("big.bin"))));
+        QVERIFY(QFile::link(outside, phone->path(QStringLiteral("Linked"))));
+        const auto snapshot = [&] {
+            QStringList seen;
+            for (QDirIterator it(outside, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+                                 QDirIterator::Subdirectories);
+                 it.hasNext();)
+                seen << it.next() + u'=' + QString::fromLatin1(readAll(it.filePath()).toHex());
+            return seen;
+        };
+        const QStringList before = snapshot();
+        for (QString& arg : request)
+            arg = handles.value(arg, arg);
+        const Outcome outcome = call(request);
+        QVERIFY(outcome.reply.error);
+        QCOMPARE(snapshot(), before);
+        QVERIFY(!QFileInfo::exists(handles["TARGET"]));
+        QVERIFY(!findNamed(call({}).reply, QStringLiteral("Linked")));
+        const PhoneReply top = call({storage, root}).reply;
+        QVERIFY(top.items && !findNamed(top, QStringLiteral("Docs")) &&
+                !findNamed(top, QStringLiteral("big.bin")));
     }
 
     void mkdirAnswersTheNewHandle() {

@@ -6,17 +6,52 @@
 #include "window/Explorer.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QLocalSocket>
 #include <QProcess>
 #include <QSignalSpy>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace orvane;
 using orvane::test::TempTree;
+
+namespace {
+// Listens as a running instance would, answers every message and notes what it heard.
+const char* const listener = R"(use IO::Socket::UNIX; my ($path, $log) = @ARGV;
+my $s = IO::Socket::UNIX->new(Type => SOCK_STREAM(), Local => $path, Listen => 5) or die "$!";
+while (my $c = $s->accept) { local $/ = "\n\n"; my $m = <$c>;
+  open(my $l, '>>', $log); print $l $m; close $l; print $c "ok\n"; close $c; })";
+const char* const requester = R"(use IO::Socket::UNIX;
+my $c = IO::Socket::UNIX->new(Type => SOCK_STREAM(), Peer => $ARGV[0]) or die "$!";
+print $c "$ARGV[1]\n\n"; my $a = <$c>; print $a // "";)";
+} // namespace
 
 class InstanceChannelTest : public QObject {
     Q_OBJECT
     std::unique_ptr<TempTree> tree;
     std::unique_ptr<AppDelegate> app;
+    // Another user of this machine, `nobody`, running a program of theirs.
+    QProcess* neighbour(const QStringList& command) {
+        auto* process = new QProcess(app.get());
+        process->start(QStringLiteral("setpriv"),
+                       QStringList{QStringLiteral("--reuid=65534"), QStringLiteral("--regid=65534"),
+                                   QStringLiteral("--clear-groups"), QStringLiteral("--")} +
+                           command);
+        return process;
+    }
+
+    // No session runtime folder, and a temporary folder every user writes to, as /tmp is.
+    QString sharedTemp() {
+        qunsetenv("XDG_RUNTIME_DIR");
+        const QString shared = tree->folder(QStringLiteral("tmp"));
+        ::chmod(QFile::encodeName(tree->path()).constData(), 0755);
+        ::chmod(QFile::encodeName(shared).constData(), 01777);
+        qputenv("TMPDIR", QFile::encodeName(shared));
+        return shared;
+    }
+    const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
 
 private slots:
     void init() {
@@ -26,8 +61,14 @@ private slots:
         app->didFinishLaunching = true;
     }
     void cleanup() {
+        for (QProcess* process : app->findChildren<QProcess*>()) {
+            process->kill();
+            process->waitForFinished();
+        }
         app.reset();
         tree.reset();
+        qputenv("XDG_RUNTIME_DIR", runtime);
+        qunsetenv("TMPDIR");
     }
 
     // Exact bytes survive the channel; lines that are no address are dropped.
@@ -64,6 +105,62 @@ private slots:
         stale.close();
         QVERIFY(!InstanceChannel::forward({QUrl::fromLocalFile(tree->path())}));
         QVERIFY((new InstanceChannel(*app))->listening());
+    }
+
+    // A neighbour who got to the socket's place first never hears a launch, and never swallows it.
+    void aNeighbourNeverHearsALaunch_data() {
+        QTest::addColumn<QString>("setup");
+        QTest::addColumn<bool>("serves"); // whether this launch may still serve the channel
+        QTest::newRow("listening at a shared name") << "shared" << true;
+        QTest::newRow("our folder made first, open to all") << "open" << false;
+        QTest::newRow("our folder a link to theirs") << "link" << false;
+        QTest::newRow("their socket in our folder") << "socket" << true;
+    }
+
+    void aNeighbourNeverHearsALaunch() {
+        QFETCH(QString, setup);
+        QFETCH(bool, serves);
+        const QString shared = sharedTemp(), theirs = tree->folder(QStringLiteral("theirs"));
+        QVERIFY(::chown(QFile::encodeName(theirs).constData(), 65534, 65534) == 0);
+        const QString ours = InstanceChannel::socketPath(), folder = QFileInfo(ours).path();
+        QString at = ours, taken = folder;
+        if (setup == "shared") {
+            // Where the desktop's own runtime folder would go: taken, so a shared name is all that's left.
+            taken = shared + QStringLiteral("/runtime-") +
+                    QString::fromLocal8Bit(::getpwuid(::geteuid())->pw_name);
+            at = shared + QStringLiteral("/orvane-instance");
+        } else if (setup == "socket") {
+            at = theirs + QStringLiteral("/socket");
+        }
+        if (setup != "socket") {
+            if (taken == folder) QVERIFY(QDir().rmdir(folder));
+            const QString take = setup == "link" ? QStringLiteral("ln -s \"$1\" \"$0\"")
+                                                 : QStringLiteral("mkdir -m 0777 \"$0\"");
+            QProcess* made = neighbour({QStringLiteral("sh"), QStringLiteral("-c"), take, taken, theirs});
+            QVERIFY(made->waitForFinished() && made->exitCode() == 0);
+        }
+        neighbour({QStringLiteral("perl"), QStringLiteral("-e"), QLatin1String(listener), at,
+                   theirs + QStringLiteral("/heard")});
+        QTRY_VERIFY(TempTree::present(at));
+        if (setup == "socket") QVERIFY(::link(QFile::encodeName(at), QFile::encodeName(ours)) == 0);
+        QVERIFY(!InstanceChannel::forward({QUrl::fromLocalFile(tree->path(QStringLiteral("Docs")))}));
+        QCOMPARE((new InstanceChannel(*app))->listening(), serves);
+        QCOMPARE(TempTree::contents(theirs + QStringLiteral("/heard")), QByteArray());
+    }
+
+    // A neighbour who can reach the socket all the same is not served.
+    void aNeighboursRequestIsRefused() {
+        sharedTemp();
+        QVERIFY((new InstanceChannel(*app))->listening());
+        const QString path = InstanceChannel::socketPath();
+        QVERIFY(::chmod(QFile::encodeName(QFileInfo(path).path()).constData(), 0711) == 0);
+        QVERIFY(::chmod(QFile::encodeName(path).constData(), 0777) == 0);
+        QProcess* request = neighbour({QStringLiteral("perl"), QStringLiteral("-e"), QLatin1String(requester),
+                                       path, tree->path(QStringLiteral("Docs"))});
+        QSignalSpy ended(request, &QProcess::finished);
+        QVERIFY(ended.wait(20000));
+        QCOMPARE(request->readAllStandardOutput(), QByteArray());
+        QVERIFY(app->windows.empty());
     }
 
     // A message that never ends is cut off, and opens nothing.
