@@ -13,7 +13,8 @@
 #include "core/BrowserWindow.h"
 #include "core/EntryText.h"
 #include "core/ExplorerEvents.h"
-#include "core/Preferences.h"
+#include "core/Services.h"
+#include "core/Settings.h"
 #include "core/TabContent.h"
 #include "core/WindowCommands.h"
 #include "fileops/FileClipboard.h"
@@ -79,8 +80,8 @@ void ExplorerChrome::connectButtons() {
     connect(ui.editAddressButton, &QToolButton::clicked, ui.pathBox, &EditablePathBox::showAddress);
     connect(ui.action("details"), &QToolButton::clicked, this, &ExplorerChrome::toggleDetails);
     connect(ui.detailsPane, &DetailsPane::closeRequested, this, &ExplorerChrome::toggleDetails);
-    connect(ui.split, &ExplorerSidebarSplit::navigationWidthChosen, this,
-            [](int width) { Preferences::standard()->setValue(QStringLiteral("sidebar.width.v2"), width); });
+    connect(ui.split, &ExplorerSidebarSplit::navigationWidthChosen, &w.services().settings(),
+            &Settings::setSidebarWidth);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, [this] {
         updateActionState();
         w.table()->viewport()->update(); // a cut ends when anything else is copied
@@ -260,7 +261,7 @@ void ExplorerChrome::fitActionRow() {
 }
 
 int ExplorerChrome::sidebarWidth() const {
-    const int stored = Preferences::standard()->value(QStringLiteral("sidebar.width.v2"), 0).toInt();
+    const int stored = w.services().settings().sidebarWidth();
     return stored > 0 ? qBound(180, stored, 480) : 240;
 }
 

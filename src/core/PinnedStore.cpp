@@ -1,6 +1,6 @@
 #include "core/PinnedStore.h"
 
-#include "core/NotificationCenter.h"
+#include "core/Settings.h"
 #include "platform/NativePath.h"
 
 #include <QDir>
@@ -9,22 +9,21 @@
 
 namespace orvane {
 
-PinnedStore::PinnedStore(std::unique_ptr<QSettings> settings) : defaults(std::move(settings)) {
+PinnedStore::PinnedStore(Settings& settings) : prefs(settings) {
     seedIfNeeded();
     reload();
 }
 
 // Once in the life of a preferences domain; an emptied list stays empty.
 void PinnedStore::seedIfNeeded() {
-    if (defaults->contains(QLatin1String(defaultsKey))) return;
+    if (prefs.pins()) return;
     const QStandardPaths::StandardLocation seeds[] = {
         QStandardPaths::DesktopLocation,  QStandardPaths::DownloadLocation, QStandardPaths::DocumentsLocation,
         QStandardPaths::PicturesLocation, QStandardPaths::MoviesLocation,   QStandardPaths::MusicLocation};
     QStringList paths;
     for (auto location : seeds)
         paths << QDir::cleanPath(QStandardPaths::writableLocation(location));
-    defaults->setValue(QLatin1String(defaultsKey), paths);
-    defaults->sync();
+    prefs.setPins(paths);
 }
 
 QUrl PinnedStore::canonical(const QUrl& url) {
@@ -63,12 +62,9 @@ int PinnedStore::indexOf(const QString& identityPath) const {
 }
 
 void PinnedStore::reload() {
-    defaults->sync();
-    const QVariant value = defaults->value(QLatin1String(defaultsKey));
-    const QStringList stored = value.canConvert<QStringList>() ? value.toStringList() : QStringList();
     QList<QUrl> kept;
     QSet<QString> seen;
-    for (const QString& text : stored) {
+    for (const QString& text : prefs.pins().value_or(QStringList())) {
         QUrl url;
         QString key;
         if (text.startsWith(QLatin1String("android://"))) {
@@ -162,12 +158,10 @@ bool PinnedStore::replace(const QUrl& oldURL, const QUrl& newURL) {
 }
 
 void PinnedStore::save() {
-    QStringList stored;
+    QStringList forms;
     for (const QUrl& u : list)
-        stored << storedForm(u);
-    defaults->setValue(QLatin1String(defaultsKey), stored);
-    defaults->sync();
-    NotificationCenter::shared().post(QLatin1String(panePinsChanged), this);
+        forms << storedForm(u);
+    prefs.setPins(forms);
 }
 
 } // namespace orvane

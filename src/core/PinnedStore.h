@@ -1,20 +1,20 @@
 #pragma once
 
 #include <QList>
-#include <QSettings>
 #include <QUrl>
-#include <memory>
 
 namespace orvane {
 
-// The ordered Quick access pins of one window. The preferences are the truth; `urls` is this
-// window's cache. Every change reloads first, applies itself, saves and posts one notification.
+class Settings;
+
+// The ordered Quick access pins. The settings are the truth (another process may write them);
+// `urls` is a cache. Every change reloads first, applies itself and saves, which signals the
+// settings' `pinsChanged`.
 class PinnedStore {
 public:
-    static constexpr const char* defaultsKey = "pinnedFolders.v1";
-    static constexpr const char* panePinsChanged = "Quilland.pinsChanged";
+    explicit PinnedStore(Settings& settings);
 
-    explicit PinnedStore(std::unique_ptr<QSettings> defaults);
+    Settings& settings() const { return prefs; }
 
     const QList<QUrl>& urls() const { return list; }
     void reload();
@@ -38,7 +38,7 @@ private:
     void seedIfNeeded();
     void save();
 
-    std::unique_ptr<QSettings> defaults;
+    Settings& prefs;
     QList<QUrl> list;
 };
 

@@ -1,11 +1,29 @@
 #include "core/Services.h"
 
 #include "core/Jobs.h"
+#include "core/PinnedStore.h"
+#include "core/Settings.h"
+#include "platform/TypeIndex.h"
 
 namespace orvane {
 
-Services::Services(QObject* parent) : QObject(parent), jobList(new Jobs(this)) {}
+Services::Services(QObject* parent)
+    : QObject(parent), jobList(new Jobs(this)), prefs(new Settings(this)),
+      pinList(std::make_unique<PinnedStore>(*prefs)) {}
+
+Services::Services(const QString& settingsFile, QObject* parent)
+    : QObject(parent), jobList(new Jobs(this)), prefs(new Settings(settingsFile, this)),
+      pinList(std::make_unique<PinnedStore>(*prefs)) {}
 
 Services::~Services() = default;
+
+const TypeIndex& Services::types() const {
+    return TypeIndex::shared();
+}
+
+void Services::provide(FileClipboard& clipboard, FileIcons& icons) {
+    clip = &clipboard;
+    iconSet = &icons;
+}
 
 } // namespace orvane

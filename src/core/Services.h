@@ -1,23 +1,44 @@
 #pragma once
 
 #include <QObject>
+#include <memory>
 
 namespace orvane {
 
+class FileClipboard;
+class FileIcons;
 class Jobs;
+class PinnedStore;
+class Settings;
+class TypeIndex;
 
 // The process-wide objects every window shares, owned by the application object and reached as
-// `window.services()`. A new process-wide object is added here and nowhere else.
+// `window.services()`. A new process-wide object is added here and nowhere else; a test gives the
+// application its own (a settings file of its own) in one place.
 class Services : public QObject {
     Q_OBJECT
 public:
+    // The user's own settings.
     explicit Services(QObject* parent = nullptr);
+    // Settings in a file of their own.
+    explicit Services(const QString& settingsFile, QObject* parent = nullptr);
     ~Services() override;
 
     Jobs& jobs() const { return *jobList; }
+    Settings& settings() const { return *prefs; }
+    PinnedStore& pins() const { return *pinList; }
+    const TypeIndex& types() const;
+    // Objects of the layers above, handed in by the application object when it starts.
+    FileClipboard& clipboard() const { return *clip; }
+    FileIcons& icons() const { return *iconSet; }
+    void provide(FileClipboard& clipboard, FileIcons& icons);
 
 private:
     Jobs* jobList;
+    Settings* prefs;
+    std::unique_ptr<PinnedStore> pinList;
+    FileClipboard* clip = nullptr;
+    FileIcons* iconSet = nullptr;
 };
 
 } // namespace orvane

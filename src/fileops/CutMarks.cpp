@@ -1,6 +1,7 @@
 #include "fileops/CutMarks.h"
 
 #include "core/BrowserWindow.h"
+#include "core/Services.h"
 #include "fileops/FileClipboard.h"
 #include "views/ExplorerIconCanvas.h"
 #include "views/ExplorerIconView.h"
@@ -11,7 +12,7 @@ namespace orvane {
 
 CutMarks::CutMarks(BrowserWindow& window, ExplorerViewModes& modes)
     : QObject(window.widget()), w(window), views(modes) {
-    const FileClipboard& clip = FileClipboard::shared();
+    const FileClipboard& clip = w.services().clipboard();
     w.table()->isCutRow = [this, &clip](int row) {
         return row >= 0 && size_t(row) < w.entries().size() && clip.isCut(w.entries()[size_t(row)].url());
     };

@@ -6,7 +6,7 @@
 #include "core/Job.h"
 #include "core/Jobs.h"
 #include "core/PinnedStore.h"
-#include "core/Preferences.h"
+#include "core/Services.h"
 #include "core/TabContent.h"
 #include "core/WindowCommands.h"
 #include "fileops/FileClipboard.h"
@@ -46,12 +46,15 @@ QString subject(const std::vector<Entry>& items, bool quoted) {
     if (items.size() != 1) return QString::number(items.size()) + QStringLiteral(" items");
     return quoted ? u'"' + items.front().name() + u'"' : items.front().name();
 }
-// Pins follow renamed and moved folders in every window, through the one stored list.
-void followPin(const QString& from, const QString& to) {
-    PinnedStore store(Preferences::pins());
-    store.replace(QUrl::fromLocalFile(from), QUrl::fromLocalFile(to));
-}
 } // namespace
+
+// Pins follow renamed and moved folders in every window, through the one stored list.
+PathMoved ExplorerFileOps::followPin() const {
+    PinnedStore* pins = &w.services().pins();
+    return [pins](const QString& from, const QString& to) {
+        pins->replace(QUrl::fromLocalFile(from), QUrl::fromLocalFile(to));
+    };
+}
 
 ExplorerFileOps::ExplorerFileOps(BrowserWindow& window)
     : QObject(window.widget()), w(window), engine(std::make_unique<TransferEngine>()) {
@@ -133,19 +136,19 @@ void ExplorerFileOps::setClipboard(bool cut) {
     QList<QUrl> urls;
     for (const Entry& e : items)
         urls << e.url();
-    FileClipboard::shared().setClipboard(urls, cut);
+    w.services().clipboard().setClipboard(urls, cut);
     w.table()->viewport()->update(); // the cut marks
     w.setStatus(QString::number(urls.size()) + QStringLiteral(" items ") +
                 (cut ? QStringLiteral("cut — paste to move") : QStringLiteral("copied")));
 }
 
 void ExplorerFileOps::pasteAction() {
-    const QList<QUrl> urls = FileClipboard::shared().fileUrls();
+    const QList<QUrl> urls = w.services().clipboard().fileUrls();
     if (w.busy() || urls.isEmpty() || !w.current().isLocalFile()) return;
     QStringList sources;
     for (const QUrl& url : urls)
         sources << url.toLocalFile();
-    transfer(sources, FileClipboard::shared().pasteMoves());
+    transfer(sources, w.services().clipboard().pasteMoves());
 }
 
 void ExplorerFileOps::transfer(const QStringList& sources, bool moving, const QString& into) {
@@ -169,11 +172,11 @@ void ExplorerFileOps::finishTransfer(const TransferResult& result) {
     if (running) running->finish();
     if (result.moving) {
         for (const TransferJob& job : result.finished)
-            followPin(job.source, job.destination);
-        FileClipboard::shared().finishMove(result.movedSources());
+            followPin()(job.source, job.destination);
+        w.services().clipboard().finishMove(result.movedSources());
     }
     if (!result.finished.empty()) {
-        fileUndo = result.undo(followPin, [this](const QString& message, const QString& info) {
+        fileUndo = result.undo(followPin(), [this](const QString& message, const QString& info) {
             return confirm(message, info, QStringLiteral("Move to Trash"), false);
         });
     }
@@ -340,13 +343,13 @@ void ExplorerFileOps::finishInlineRename(bool commit) {
         TabContent* content = w.contentFor(w.current());
         const bool changed = commit && name != oldName;
         if (changed && !(content && content->rename(item, name)) && local) {
-            const FileCommandResult done = FileCommands::rename(path, name, followPin);
+            const FileCommandResult done = FileCommands::rename(path, name, followPin());
             if (!done.ok) {
                 w.showError(done.title, done.detail);
                 reopenAfterAlert(QUrl::fromLocalFile(path), name);
             } else {
                 adopt(done.undo);
-                followPin(path, done.path);
+                followPin()(path, done.path);
                 w.refresh();
                 w.selectWhenListed({QUrl::fromLocalFile(done.path)});
             }

@@ -66,6 +66,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    PathMoved followPin() const;
     void finishTransfer(const TransferResult& result);
     void selectArrived(const TransferResult& result);
     void adopt(const FileUndo& step);

@@ -6,9 +6,9 @@
 #include "core/Entry.h"
 #include "core/ExplorerEvents.h"
 #include "core/KeyHooks.h"
-#include "core/NotificationCenter.h"
 #include "core/PinnedStore.h"
-#include "core/Preferences.h"
+#include "core/Services.h"
+#include "core/Settings.h"
 #include "core/WindowCommands.h"
 #include "core/WindowListing.h"
 #include "navigation/PlacesTable.h"
@@ -19,9 +19,9 @@
 namespace orvane {
 
 NavigationPane::NavigationPane(BrowserWindow& window)
-    : QObject(window.widget()), w(window), store(std::make_unique<PinnedStore>(Preferences::pins())) {
+    : QObject(window.widget()), w(window), store(window.services().pins()) {
     QWidget* pane = w.widgets().navigationPane;
-    places = new PlacesTable(*store, pane);
+    places = new PlacesTable(store, pane);
     auto* column = static_cast<QBoxLayout*>(pane->layout());
     if (QLayoutItem* gap = column->itemAt(0); gap && gap->spacerItem()) delete column->takeAt(0);
     column->insertWidget(0, places, 1);
@@ -33,9 +33,7 @@ NavigationPane::NavigationPane(BrowserWindow& window)
         w.navigate(url);
     });
     connect(places, &PlacesTable::statusMessage, this, [this](const QString& text) { w.setStatus(text); });
-    connect(&NotificationCenter::shared(), &NotificationCenter::posted, this, [this](const QString& name) {
-        if (name == QLatin1String(PinnedStore::panePinsChanged)) updatePinCommand();
-    });
+    connect(&store.settings(), &Settings::pinsChanged, this, &NavigationPane::updatePinCommand);
     connect(&w.events(), &ExplorerEvents::locationChanged, places, &PlacesTable::syncSelection);
     connect(&w.events(), &ExplorerEvents::selectionChanged, this, &NavigationPane::updatePinCommand);
     connect(&w.events(), &ExplorerEvents::listingChanged, this, [this] {
@@ -107,7 +105,7 @@ std::vector<Entry> NavigationPane::pinTargets() const {
 bool NavigationPane::allTargetsPinned() const {
     const std::vector<Entry> targets = pinTargets();
     return !targets.empty() && std::all_of(targets.begin(), targets.end(),
-                                           [this](const Entry& e) { return store->contains(e.url()); });
+                                           [this](const Entry& e) { return store.contains(e.url()); });
 }
 
 void NavigationPane::pinAction() {
@@ -116,9 +114,9 @@ void NavigationPane::pinAction() {
     const bool unpinning = allTargetsPinned();
     for (const Entry& target : targets) {
         if (unpinning)
-            store->unpin(target.url());
-        else if (!store->contains(target.url()))
-            store->pin(target.url());
+            store.unpin(target.url());
+        else if (!store.contains(target.url()))
+            store.pin(target.url());
     }
     w.setStatus(unpinning ? QStringLiteral("Removed from Quick access")
                           : QStringLiteral("Pinned to Quick access — saved"));

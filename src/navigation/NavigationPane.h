@@ -20,7 +20,7 @@ public:
     explicit NavigationPane(BrowserWindow& window);
     ~NavigationPane() override;
 
-    PinnedStore& pins() { return *store; }
+    PinnedStore& pins() { return store; }
     PlacesTable& table() { return *places; }
     // Selected plain folders, or the current folder when nothing is selected.
     std::vector<Entry> pinTargets() const;
@@ -38,7 +38,7 @@ private:
     void updatePinCommand();
 
     BrowserWindow& w;
-    std::unique_ptr<PinnedStore> store;
+    PinnedStore& store;
     PlacesTable* places;
 };
 

@@ -1,7 +1,7 @@
 #include "navigation/PlacesTable.h"
 
-#include "core/NotificationCenter.h"
 #include "core/PinnedStore.h"
+#include "core/Settings.h"
 #include "kit/Palette.h"
 #include "kit/Symbols.h"
 #include "navigation/PlacesTableAccessible.h"
@@ -38,8 +38,7 @@ PlacesTable::PlacesTable(PinnedStore& pins, QWidget* parent)
     viewport()->setAutoFillBackground(false);
     connect(model, &SidebarTree::rebuilt, this, &PlacesTable::treeRebuilt);
     connect(model, &SidebarTree::selectionChanged, viewport(), qOverload<>(&QWidget::update));
-    connect(&NotificationCenter::shared(), &NotificationCenter::posted, this, [this](const QString& name) {
-        if (name != QLatin1String(PinnedStore::panePinsChanged)) return;
+    connect(&store.settings(), &Settings::pinsChanged, this, [this] {
         store.reload();
         setupPlaces();
     });

@@ -10,7 +10,7 @@
 #include "core/ExplorerEvents.h"
 #include "core/InlineRename.h"
 #include "core/PinnedStore.h"
-#include "core/Preferences.h"
+#include "core/Services.h"
 #include "core/UriList.h"
 #include "core/WindowCommands.h"
 #include "core/WindowListing.h"
@@ -245,7 +245,7 @@ PhoneControls AndroidBrowser::controls() const {
 bool AndroidBrowser::canPasteFiles() const {
     if (phone.busy() || phone.history().isEmpty()) return false;
     if (!PhoneClipboard::read(QGuiApplication::clipboard()->mimeData()).isEmpty()) return true;
-    const QList<QUrl> urls = FileClipboard::shared().fileUrls();
+    const QList<QUrl> urls = w.services().clipboard().fileUrls();
     return !urls.isEmpty() && std::none_of(urls.begin(), urls.end(),
                                            [](const QUrl& url) { return isSymbolicLink(url.toLocalFile()); });
 }
@@ -257,14 +257,15 @@ void AndroidBrowser::copyFiles() {
     QString error;
     const QString folder = ClipboardFolders::shared().make(error);
     if (folder.isEmpty()) return phone.unlock(error);
+    FileClipboard* clipboard = &w.services().clipboard(); // outlives the window
     phone.runDownload(items, NativePath::encode(folder),
-                      [folder, items](const std::optional<QString>& error) {
+                      [folder, items, clipboard](const std::optional<QString>& error) {
                           if (error) return ClipboardFolders::shared().discard(folder);
                           QList<QUrl> urls;
                           for (const PhoneItem& item : items)
                               urls << QUrl::fromLocalFile(folder + u'/' + item.name);
                           ClipboardFolders::shared().hold(folder);
-                          FileClipboard::shared().setClipboard(urls, false);
+                          clipboard->setClipboard(urls, false);
                       });
 }
 
@@ -284,7 +285,7 @@ void AndroidBrowser::pasteFiles() {
     if (!noted.isEmpty()) return phone.moveItems(noted, target, phone.history());
     QList<QByteArray> paths;
     QStringList names;
-    for (const QUrl& url : FileClipboard::shared().fileUrls()) {
+    for (const QUrl& url : w.services().clipboard().fileUrls()) {
         paths << NativePath::encode(url.toLocalFile());
         names << url.toLocalFile().section(u'/', -1);
     }
@@ -357,8 +358,7 @@ void AndroidBrowser::showProperties() {
 void AndroidBrowser::pinSelection() {
     const QList<PhoneItem> items = selectedItems();
     if (phone.busy() || items.size() != 1 || !items.front().folder) return;
-    PinnedStore store(Preferences::pins());
-    store.pin(PhoneLocation::url(phone.chainTo(items.front())));
+    w.services().pins().pin(PhoneLocation::url(phone.chainTo(items.front())));
     phone.unlock(QStringLiteral("Pinned to Quick access — saved"));
     w.commands().refresh();
 }

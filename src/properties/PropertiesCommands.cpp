@@ -1,8 +1,10 @@
 #include "properties/PropertiesCommands.h"
 
 #include "core/BrowserWindow.h"
+#include "core/Jobs.h"
 #include "core/TabContent.h"
 #include "core/WindowCommands.h"
+#include "properties/PropertiesReader.h"
 #include "properties/PropertiesWindow.h"
 
 namespace orvane {
@@ -37,6 +39,7 @@ PropertiesWindow* PropertiesCommands::open(const QList<QUrl>& urls) {
     window->show();
     window->raise();
     window->activateWindow();
+    window->reader().runAs(*w.jobs().start(QStringLiteral("Properties"), w.widget(), false));
     window->beginReading();
     return window;
 }

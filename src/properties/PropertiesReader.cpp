@@ -1,5 +1,6 @@
 #include "properties/PropertiesReader.h"
 
+#include "core/Job.h"
 #include "platform/DefaultApplications.h"
 
 #include <QThreadPool>
@@ -40,6 +41,16 @@ void PropertiesReader::start() {
 void PropertiesReader::cancel() {
     cancelled->store(true);
     ++generation;
+    if (Job* ended = std::exchange(job, nullptr)) ended->finish();
+}
+
+void PropertiesReader::runAs(Job& listed) {
+    job = &listed;
+    listed.setCanceller([this] { cancel(); });
+    connect(this, &PropertiesReader::sizeRead, &listed, [this](const PropertiesSizeSummary&, bool finished) {
+        if (!finished) return;
+        if (Job* ended = std::exchange(job, nullptr)) ended->finish();
+    });
 }
 
 PropertiesSizeSummary PropertiesReader::lastSummary() const {

@@ -5,6 +5,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QUrl>
 #include <atomic>
 #include <memory>
@@ -14,6 +15,8 @@
 class QThreadPool;
 
 namespace orvane {
+
+class Job;
 
 // The reading behind one Properties window, on a queue of its own that runs one job: the facts
 // of every item, the desktop's default application, then the size scan. Results arrive as
@@ -27,6 +30,8 @@ public:
 
     void start();
     void cancel();
+    // Listed as a job until the scan ends, the reader is cancelled or goes; cancelling the job cancels it.
+    void runAs(Job& job);
     bool isCancelled() const { return cancelled->load(); }
     // True from start until the job has returned, whether it finished or was cancelled.
     bool isRunning() const { return running.load(); }
@@ -46,6 +51,7 @@ private:
 
     QList<QUrl> urls;
     std::unique_ptr<QThreadPool> queue;
+    QPointer<Job> job;
     std::shared_ptr<std::atomic<bool>> cancelled = std::make_shared<std::atomic<bool>>(false);
     std::atomic<bool> running{false};
     std::atomic<bool> partialWaiting{false}; // a partial is on its way; later ones are skipped meanwhile

@@ -1,5 +1,8 @@
 #include "search/ExplorerSearch.h"
 
+#include "core/Job.h"
+#include "core/Jobs.h"
+
 #include "platform/NativePath.h"
 #include "platform/Platform.h"
 #include "search/IndexSearch.h"
@@ -59,6 +62,16 @@ void ExplorerSearch::cancel() {
     ++*generation;
     pending.stop();
     active = false;
+    endJob();
+}
+
+void ExplorerSearch::listIn(Jobs& jobs, QObject* window) {
+    jobList = &jobs;
+    owner = window;
+}
+
+void ExplorerSearch::endJob() {
+    if (Job* ended = std::exchange(job, nullptr)) ended->finish();
 }
 
 QString ExplorerSearch::folderNote(bool someUnavailable) {
@@ -84,6 +97,10 @@ QString ExplorerSearch::indexProblem(const QString& reason) {
 
 void ExplorerSearch::launch() {
     active = true;
+    if (jobList) {
+        job = jobList->start(QStringLiteral("Search"), owner, false);
+        job->setCanceller([this] { cancel(); });
+    }
     Request run = std::exchange(request, {});
     if (run.wholeComputer)
         askIndex(std::move(run), generation->load());
@@ -100,6 +117,7 @@ void ExplorerSearch::walkFolder(Request run, quint64 token) {
                  [self, completion = run.completion, results = std::move(results),
                   note = folderNote(someUnavailable)]() mutable {
                      self->active = false;
+                     self->endJob();
                      completion(std::move(results), note, {});
                  });
         };
@@ -128,6 +146,7 @@ void ExplorerSearch::askIndex(Request run, quint64 token) {
         post(self, gen, token,
              [self, completion = run.completion, results = std::move(results), note, problem]() mutable {
                  self->active = false;
+                 self->endJob();
                  completion(std::move(results), note, problem);
              });
     });

@@ -4,6 +4,7 @@
 #include "search/FolderWalk.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 #include <atomic>
 #include <functional>
@@ -11,6 +12,9 @@
 #include <vector>
 
 namespace orvane {
+
+class Job;
+class Jobs;
 
 // A window's search of its folder and subfolders, or of the whole computer through the file
 // index. A run starts 0.3 seconds after the last start, works off the main thread, and reports on
@@ -34,6 +38,8 @@ public:
                Completion completion, Batch batch = {});
     void cancel();
     bool running() const { return pending.isActive() || active; }
+    // Each run is listed there as a job that leaves `window` free; cancelling the job cancels the run.
+    void listIn(Jobs& jobs, QObject* window);
 
     // The notes a completion carries.
     static QString folderNote(bool someUnavailable);
@@ -52,6 +58,7 @@ private:
         Batch batch;
     };
     void launch();
+    void endJob();
     void walkFolder(Request request, quint64 token);
     void askIndex(Request request, quint64 token);
 
@@ -60,6 +67,9 @@ private:
     QTimer pending;
     Request request;
     bool active = false;
+    Jobs* jobList = nullptr;
+    QPointer<QObject> owner;
+    QPointer<Job> job;
 };
 
 } // namespace orvane

@@ -5,6 +5,7 @@
 
 #include "core/BrowserWindow.h"
 #include "core/ExplorerEvents.h"
+#include "core/Jobs.h"
 #include "core/WindowCommands.h"
 #include "core/WindowListing.h"
 #include "phone/PhoneEntry.h"
@@ -28,6 +29,7 @@ WindowSearch::WindowSearch(BrowserWindow& window) : QObject(window.widget()), w(
     ui.searchField->setAccessibleName(QStringLiteral("Search"));
     ui.clearSearchButton->setAccessibleName(QStringLiteral("Clear search"));
     ui.searchScopeButton->setAccessibleName(QStringLiteral("Search scope"));
+    engine.listIn(w.jobs(), w.widget());
     registerCommands();
     CommandBinding::bind(w.commands(), ui.searchScopeButton, QStringLiteral("searchScopeMenu"));
     // The phone's words differ for the third scope.

@@ -2,7 +2,8 @@
 
 #include "core/BrowserApp.h"
 #include "core/BrowserWindow.h"
-#include "core/Preferences.h"
+#include "core/Services.h"
+#include "core/Settings.h"
 #include "core/TabList.h"
 #include "core/WindowCommands.h"
 #include "core/WindowListing.h"
@@ -70,8 +71,7 @@ void ExternalOpenRequests::open(const ExternalOpenPlan& plan, bool activate) {
             shown->raise();
             shown->activateWindow();
         }
-        if (!Preferences::selfTest())
-            Preferences::standard()->setValue(QStringLiteral("lastFolder"), last->current().toLocalFile());
+        app.services().settings().setLastFolder(last->current().toLocalFile());
     }
     report(plan, last, !plan.folders.isEmpty());
 }

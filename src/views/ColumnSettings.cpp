@@ -1,5 +1,6 @@
 #include "views/ColumnSettings.h"
 
+#include "core/Settings.h"
 #include "views/ExplorerColumns.h"
 
 namespace orvane {
@@ -28,14 +29,14 @@ QStringList ColumnSettings::defaultVisible() {
     return {nameKey, QStringLiteral("modified"), QStringLiteral("kind"), QStringLiteral("size")};
 }
 
-ColumnSettings::ColumnSettings(QSettings& settings) : settings(settings) {
+ColumnSettings::ColumnSettings(Settings& settings) : settings(settings) {
     // A value that names no column at all is damage, not a choice: fall back to the defaults.
-    const QStringList stored = settings.value(QLatin1String(visibleKey)).toStringList();
+    const QStringList stored = settings.visibleColumns().value_or(QStringList());
     visible = inColumnOrder(knowsAny(stored) ? stored : defaultVisible());
-    if (!settings.value(QLatin1String(dimensionsIntroducedKey)).toBool()) {
+    if (!settings.dimensionsIntroduced()) {
         visible = inColumnOrder(visible << QStringLiteral("dimensions"));
         write();
-        settings.setValue(QLatin1String(dimensionsIntroducedKey), true);
+        settings.setDimensionsIntroduced(true);
     }
 }
 
@@ -60,15 +61,15 @@ bool ColumnSettings::setVisible(const QString& key, bool shown) {
 }
 
 QByteArray ColumnSettings::headerState() const {
-    return settings.value(QLatin1String(headerStateKey)).toByteArray();
+    return settings.detailsHeader();
 }
 
 void ColumnSettings::saveHeaderState(const QByteArray& state) {
-    settings.setValue(QLatin1String(headerStateKey), state);
+    settings.setDetailsHeader(state);
 }
 
 void ColumnSettings::write() {
-    settings.setValue(QLatin1String(visibleKey), visible);
+    settings.setVisibleColumns(visible);
 }
 
 } // namespace orvane

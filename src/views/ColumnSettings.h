@@ -1,21 +1,18 @@
 #pragma once
 
 #include <QByteArray>
-#include <QSettings>
 #include <QStringList>
 
 namespace orvane {
+
+class Settings;
 
 // Which columns of the details table show, and the header's saved widths, kept in the preferences.
 // "name" always shows. Every change is written at once.
 class ColumnSettings {
 public:
-    static constexpr const char* visibleKey = "details.visibleColumns.v1";
-    static constexpr const char* dimensionsIntroducedKey = "details.dimensionsIntroduced.v1";
-    static constexpr const char* headerStateKey = "Quilland.DetailsColumns.v1";
-
     // Reads the visible list and, once per user, adds "dimensions" to it.
-    explicit ColumnSettings(QSettings& settings);
+    explicit ColumnSettings(Settings& settings);
 
     static QStringList defaultVisible();
 
@@ -34,7 +31,7 @@ public:
 private:
     void write();
 
-    QSettings& settings;
+    Settings& settings;
     QStringList visible;
 };
 

@@ -1,6 +1,5 @@
 #include "views/FileTable.h"
 
-#include "core/Preferences.h"
 #include "kit/ExplorerFont.h"
 #include "views/ColumnFit.h"
 #include "views/ColumnSettings.h"
@@ -16,7 +15,6 @@
 #include <QMenu>
 #include <QPainter>
 #include <QScrollBar>
-#include <QSettings>
 #include <QTimer>
 
 namespace orvane {
@@ -32,10 +30,9 @@ int nameColumn() {
 
 } // namespace
 
-FileTable::FileTable(QWidget* parent)
-    : QTableView(parent), settings(Preferences::standard()),
-      columns(std::make_unique<ColumnSettings>(*settings)), headerView(new ExplorerHeaderView(this)),
-      delegate(new ExplorerRowDelegate(this)) {
+FileTable::FileTable(Settings& settings, QWidget* parent)
+    : QTableView(parent), columns(std::make_unique<ColumnSettings>(settings)),
+      headerView(new ExplorerHeaderView(this)), delegate(new ExplorerRowDelegate(this)) {
     setHorizontalHeader(headerView);
     setItemDelegate(delegate);
     delegate->primaryColumn = nameColumn();

@@ -8,11 +8,11 @@
 #include <optional>
 
 class QMenu;
-class QSettings;
 
 namespace orvane {
 
 class ColumnSettings;
+class Settings;
 class ExplorerHeaderView;
 class ExplorerRowDelegate;
 
@@ -25,7 +25,7 @@ public:
     static constexpr int standardRowHeight = 32;
     static constexpr int compactRowHeight = 24;
 
-    explicit FileTable(QWidget* parent = nullptr);
+    explicit FileTable(Settings& settings, QWidget* parent = nullptr);
     ~FileTable() override;
 
     // Also lays out the columns from the saved widths and the visible list.
@@ -123,7 +123,6 @@ private:
     void scheduleHoverRefresh();
     void paintRows(const QRect& area);
 
-    std::unique_ptr<QSettings> settings;
     std::unique_ptr<ColumnSettings> columns;
     ExplorerHeaderView* headerView;
     ExplorerRowDelegate* delegate;

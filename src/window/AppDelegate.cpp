@@ -5,6 +5,7 @@
 #include "core/Jobs.h"
 #include "core/Services.h"
 #include "core/WindowCommands.h"
+#include "fileops/FileClipboard.h"
 #include "kit/ExplorerAlert.h"
 #include "system/ExternalOpenRequests.h"
 #include "views/FileIcons.h"
@@ -19,8 +20,12 @@
 
 namespace orvane {
 
-AppDelegate::AppDelegate(QObject* parent)
-    : QObject(parent), shared(new Services(this)), external(new ExternalOpenRequests(*this)) {
+AppDelegate::AppDelegate(QObject* parent) : AppDelegate(new Services, parent) {}
+
+AppDelegate::AppDelegate(Services* services, QObject* parent)
+    : QObject(parent), shared(services), external(new ExternalOpenRequests(*this)) {
+    shared->setParent(this);
+    shared->provide(FileClipboard::shared(), FileIcons::shared());
     QApplication::setQuitOnLastWindowClosed(false);
 }
 
@@ -151,7 +156,7 @@ void AppDelegate::makeMenu(QMenuBar* bar, Explorer* window) {
                               QStringLiteral("Orvane %1\nA file browser for one person at a desktop.")
                                   .arg(QCoreApplication::applicationVersion()),
                               window);
-        about->setIconPixmap(FileIcons::shared().folder().pixmap(36, 36));
+        about->setIconPixmap(window->services().icons().folder().pixmap(36, 36));
         about->setAttribute(Qt::WA_DeleteOnClose);
         about->open();
     });

@@ -25,6 +25,8 @@ class AppDelegate : public QObject, public BrowserApp {
     Q_OBJECT
 public:
     explicit AppDelegate(QObject* parent = nullptr);
+    // Runs on the services given (a test's own settings file); it owns them from now on.
+    explicit AppDelegate(Services* services, QObject* parent = nullptr);
     ~AppDelegate() override;
 
     // The only owner of windows: a window lives exactly as long as it is listed here.

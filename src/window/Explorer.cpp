@@ -6,7 +6,7 @@
 #include "chrome/ExplorerChrome.h"
 #include "chrome/ExplorerTabStrip.h"
 #include "core/ExplorerEvents.h"
-#include "core/Preferences.h"
+#include "core/Settings.h"
 #include "core/WindowCommands.h"
 #include "core/WindowListing.h"
 #include "fileops/ExplorerFileOps.h"
@@ -36,20 +36,21 @@
 
 namespace orvane {
 
-QUrl Explorer::startURL(const std::optional<QUrl>& initialURL) {
+QUrl Explorer::startURL(const Settings& settings, const std::optional<QUrl>& initialURL) {
     QString path;
     if (initialURL) {
         if (!initialURL->isLocalFile()) return *initialURL;
         path = initialURL->toLocalFile();
     } else {
-        path = Preferences::standard()->value(QStringLiteral("lastFolder")).toString();
+        path = settings.lastFolder();
     }
     if (path.isEmpty() || !QFileInfo::exists(path)) path = QDir::homePath();
     return QUrl::fromLocalFile(QDir::cleanPath(path));
 }
 
 Explorer::Explorer(AppDelegate* app, const std::optional<QUrl>& initialURL)
-    : tabList(startURL(initialURL)), app(app), ui(this), commandSet(std::make_unique<WindowCommands>()),
+    : tabList(startURL(app->services().settings(), initialURL)), app(app),
+      ui(this, app->services().settings()), commandSet(std::make_unique<WindowCommands>()),
       eventHub(std::make_unique<ExplorerEvents>()),
       listed(new WindowListing(*new EntryTableModel(this), this)) {
     setWindowFlags(windowFlags() | Qt::FramelessWindowHint);
@@ -235,7 +236,7 @@ bool Explorer::navigate(const QUrl& url, bool history) {
             return false;
         }
         place = QUrl::fromLocalFile(path);
-        if (!Preferences::selfTest()) Preferences::standard()->setValue(QStringLiteral("lastFolder"), path);
+        services().settings().setLastFolder(path);
     } else if (!contentFor(url)) {
         showError(QStringLiteral("Folder not found"), url.toString());
         return false;

@@ -18,6 +18,7 @@ class QMessageBox;
 namespace orvane {
 
 class AppDelegate;
+class Settings;
 class ExplorerChrome;
 class ExplorerFileOps;
 class ExplorerKeyboard;
@@ -32,7 +33,7 @@ public:
     ~Explorer() override;
 
     // The folder a window starts in: the given one, else "lastFolder", else home, if it exists.
-    static QUrl startURL(const std::optional<QUrl>& initialURL);
+    static QUrl startURL(const Settings& settings, const std::optional<QUrl>& initialURL);
 
     QWidget* widget() const override { return const_cast<Explorer*>(this); }
     TabList& tabs() override { return tabList; }

@@ -1,6 +1,7 @@
 #include "window/ExplorerKeyboard.h"
 
 #include "chrome/ExplorerChrome.h"
+#include "core/Services.h"
 #include "core/WindowCommands.h"
 #include "core/WindowListing.h"
 #include "fileops/ExplorerFileOps.h"
@@ -157,7 +158,7 @@ void ExplorerKeyboard::focusSearch() {
 
 void ExplorerKeyboard::escapeFileArea() {
     if (hooks.dismissQuickLook && hooks.dismissQuickLook()) return;
-    FileClipboard::shared().clearCut();
+    w.services().clipboard().clearCut();
     w.commands().run(QStringLiteral("clearSearch"));
 }
 

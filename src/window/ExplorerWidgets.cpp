@@ -49,7 +49,7 @@ QHBoxLayout* row(QWidget* owner, int left, int spacing) {
 
 } // namespace
 
-ExplorerWidgets::ExplorerWidgets(QMainWindow* window) {
+ExplorerWidgets::ExplorerWidgets(QMainWindow* window, Settings& settings) {
     auto* central = new QWidget(window);
     central->setObjectName(QStringLiteral("explorerShell"));
     auto* column = new QVBoxLayout(central);
@@ -60,7 +60,7 @@ ExplorerWidgets::ExplorerWidgets(QMainWindow* window) {
     column->addWidget(buildActionRow(central));
     transferProgress = new TransferProgressEdge(central);
     column->addWidget(transferProgress);
-    column->addWidget(buildSplit(central), 1);
+    column->addWidget(buildSplit(central, settings), 1);
     column->addWidget(buildStatusRow(central));
     window->setCentralWidget(central);
 }
@@ -174,7 +174,7 @@ QWidget* ExplorerWidgets::buildActionRow(QWidget* parent) {
     return owner;
 }
 
-QWidget* ExplorerWidgets::buildSplit(QWidget* parent) {
+QWidget* ExplorerWidgets::buildSplit(QWidget* parent, Settings& settings) {
     split = new ExplorerSidebarSplit(parent);
     navigationPane = new QWidget(split);
     navigationPane->setMinimumWidth(ExplorerSidebarSplit::navigationMinimum);
@@ -193,7 +193,7 @@ QWidget* ExplorerWidgets::buildSplit(QWidget* parent) {
     fileArea->setMinimumWidth(180);
     auto* grid = new QGridLayout(fileArea);
     grid->setContentsMargins(0, 0, 0, 0);
-    table = new FileTable(fileArea);
+    table = new FileTable(settings, fileArea);
     table->setAccessibleName(QStringLiteral("Files"));
     emptyLabel = new QLabel(fileArea);
     emptyLabel->setAlignment(Qt::AlignCenter);

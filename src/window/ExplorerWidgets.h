@@ -6,15 +6,17 @@ class QMainWindow;
 
 namespace orvane {
 
+class Settings;
+
 // Builds the widget tree of one window.
 struct ExplorerWidgets : WindowWidgets {
-    explicit ExplorerWidgets(QMainWindow* window);
+    ExplorerWidgets(QMainWindow* window, Settings& settings);
 
 private:
     QWidget* buildTitleRow(QWidget* parent);
     QWidget* buildNavigationRow(QWidget* parent);
     QWidget* buildActionRow(QWidget* parent);
-    QWidget* buildSplit(QWidget* parent);
+    QWidget* buildSplit(QWidget* parent, Settings& settings);
     QWidget* buildStatusRow(QWidget* parent);
 };
 

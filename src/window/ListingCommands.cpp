@@ -1,7 +1,8 @@
 #include "window/ListingCommands.h"
 
 #include "core/ExplorerEvents.h"
-#include "core/Preferences.h"
+#include "core/Services.h"
+#include "core/Settings.h"
 #include "core/WindowCommands.h"
 #include "core/WindowListing.h"
 #include "views/FileTable.h"
@@ -14,7 +15,7 @@ namespace orvane {
 
 ListingCommands::ListingCommands(Explorer& window) : QObject(&window), w(window) {
     SortState sort = w.listing().sort();
-    sort.groupByType = Preferences::standard()->value(QStringLiteral("sort.groupByType.v1"), false).toBool();
+    sort.groupByType = w.services().settings().groupByType();
     w.listing().setSort(sort);
     w.table()->setSortIndicator(sort.key, sort.ascending);
     connect(w.table(), &FileTable::sortRequested, this, &ListingCommands::setSort);
@@ -77,7 +78,7 @@ void ListingCommands::setSort(const QString& key, bool ascending) {
 void ListingCommands::groupChoice(bool group) {
     SortState sort = w.listing().sort();
     sort.groupByType = group;
-    Preferences::standard()->setValue(QStringLiteral("sort.groupByType.v1"), group);
+    w.services().settings().setGroupByType(group);
     w.listing().setSort(sort);
     emit w.events().listingChanged();
 }

@@ -3,7 +3,8 @@
 #include "chrome/ExplorerMenus.h"
 #include "core/Job.h"
 #include "core/Jobs.h"
-#include "core/Preferences.h"
+#include "core/Services.h"
+#include "core/Settings.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
@@ -177,7 +178,7 @@ private slots:
     void sidebarWidthIsClamped() {
         QFETCH(int, stored);
         QFETCH(int, width);
-        Preferences::standard()->setValue(QStringLiteral("sidebar.width.v2"), stored);
+        w->services().settings().setSidebarWidth(stored);
         QCOMPARE((*w->findChild<ExplorerChrome*>()).sidebarWidth(), width);
     }
 };

@@ -1,5 +1,6 @@
 #include "core/PinnedStore.h"
-#include "core/NotificationCenter.h"
+#include "core/Services.h"
+#include "core/Settings.h"
 #include "core/WindowCommands.h"
 #include "navigation/NavigationPane.h"
 #include "navigation/PlacesTable.h"
@@ -34,13 +35,12 @@ class PinnedStoreTest : public QObject {
     Q_OBJECT
     std::unique_ptr<TempTree> tree;
     QString settingsFile;
+    std::unique_ptr<Settings> settings;
 
-    std::unique_ptr<PinnedStore> store() {
-        return std::make_unique<PinnedStore>(std::make_unique<QSettings>(settingsFile, QSettings::IniFormat));
-    }
+    std::unique_ptr<PinnedStore> store() { return std::make_unique<PinnedStore>(*settings); }
     // A store over pins A, B, C with the default seeds removed.
     std::unique_ptr<PinnedStore> storeABC() {
-        QSettings(settingsFile, QSettings::IniFormat).setValue(PinnedStore::defaultsKey, QStringList());
+        QSettings(settingsFile, QSettings::IniFormat).setValue(Settings::pinsKey, QStringList());
         auto s = store();
         for (const char* n : {"A", "B", "C"})
             s->pin(local(tree->path(QLatin1String(n))));
@@ -54,6 +54,7 @@ private slots:
             tree->folder(QLatin1String(n));
         tree->file("plain.txt");
         settingsFile = tree->path("prefs.ini");
+        settings = std::make_unique<Settings>(settingsFile);
     }
 
     void seedsOnceAndAnEmptiedListStaysEmpty() {
@@ -87,7 +88,7 @@ private slots:
         QFETCH(bool, changes);
         QVERIFY(QFile::link(tree->path("A"), tree->path("linkToA")));
         auto s = storeABC();
-        QSignalSpy posted(&NotificationCenter::shared(), &NotificationCenter::posted);
+        QSignalSpy posted(settings.get(), &Settings::pinsChanged);
         QCOMPARE(s->pin(local(tree->path(target))), changes);
         QCOMPARE(posted.count(), changes ? 1 : 0);
         QCOMPARE(s->urls().size(), changes ? 4 : 3);
@@ -114,7 +115,7 @@ private slots:
         QFETCH(bool, changes);
         QFETCH(QStringList, order);
         auto s = storeABC();
-        QSignalSpy posted(&NotificationCenter::shared(), &NotificationCenter::posted);
+        QSignalSpy posted(settings.get(), &Settings::pinsChanged);
         QCOMPARE(s->move(local(tree->path(pin)), slot), changes);
         QCOMPARE(posted.count(), changes ? 1 : 0);
         QCOMPARE(names(*s), order);
@@ -153,7 +154,7 @@ private slots:
     }
 
     void replaceFollowsRenamesAndDescendants() {
-        QSettings(settingsFile, QSettings::IniFormat).setValue(PinnedStore::defaultsKey, QStringList());
+        QSettings(settingsFile, QSettings::IniFormat).setValue(Settings::pinsKey, QStringList());
         auto s = store();
         for (const char* n : {"Project-old", "Project/Assets", "Project"})
             QVERIFY(s->pin(local(tree->path(QLatin1String(n)))));
@@ -167,7 +168,7 @@ private slots:
 
     // A pin is kept by its exact bytes across a reload from the preferences file and a rename.
     void namesThatAreNotUtf8() {
-        QSettings(settingsFile, QSettings::IniFormat).setValue(PinnedStore::defaultsKey, QStringList());
+        QSettings(settingsFile, QSettings::IniFormat).setValue(Settings::pinsKey, QStringList());
         const QString stray = tree->rawFile("pin\xFF/x").section(u'/', 0, -2);
         const QString lookalike = tree->rawFile("pin\xEF\xBF\xBD/x").section(u'/', 0, -2);
         QVERIFY(store()->pin(local(stray)));
@@ -201,19 +202,19 @@ private slots:
 
     void corruptValuesLoseOnlyThemselves() {
         QSettings raw(settingsFile, QSettings::IniFormat);
-        raw.setValue(PinnedStore::defaultsKey,
+        raw.setValue(Settings::pinsKey,
                      QStringList{tree->path("A"), QString(), QStringLiteral("relative/x"), tree->path("A"),
                                  QStringLiteral("android://bad url %%"), tree->path("B") + u'/'});
         raw.sync();
         QCOMPARE(names(*store()), QStringList({"A", "B"}));
-        raw.setValue(PinnedStore::defaultsKey, 42);
+        raw.setValue(Settings::pinsKey, 42);
         raw.sync();
         QVERIFY(store()->urls().isEmpty());
     }
 
-    // A pin made in one window reaches every other open window through the notification.
+    // A pin made in one window reaches every other open window through the settings' signal.
     void aPinInOneWindowShowsInAnother() {
-        AppDelegate app;
+        AppDelegate app(new Services(settingsFile));
         Explorer* one = app.newWindow(local(tree->path()));
         Explorer* two = app.newWindow(local(tree->path("C")));
         // Counts A's rows alone: the Locations rows follow whatever other programs mount meanwhile.

@@ -1,6 +1,6 @@
 #include "navigation/PlacesTable.h"
-#include "core/NotificationCenter.h"
 #include "core/PinnedStore.h"
+#include "core/Settings.h"
 #include "navigation/SidebarLocations.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
@@ -21,6 +21,7 @@ class PlacesTableTest : public QObject {
     Q_OBJECT
     std::unique_ptr<TempTree> tree;
     QString settingsFile;
+    std::unique_ptr<Settings> settings;
     std::unique_ptr<PinnedStore> store;
     std::unique_ptr<PlacesTable> table;
 
@@ -38,7 +39,7 @@ class PlacesTableTest : public QObject {
         return list;
     }
     QStringList storedPins() const {
-        return QSettings(settingsFile, QSettings::IniFormat).value(PinnedStore::defaultsKey).toStringList();
+        return QSettings(settingsFile, QSettings::IniFormat).value(Settings::pinsKey).toStringList();
     }
     QPoint lowerHalf(int row) const { return table->rowRect(row).center() + QPoint(0, 6); }
 
@@ -48,9 +49,9 @@ private slots:
         for (const char* f : {"A/inner", "B", "C"})
             tree->folder(QLatin1String(f));
         settingsFile = tree->path("prefs.ini");
-        QSettings(settingsFile, QSettings::IniFormat).setValue(PinnedStore::defaultsKey, QStringList());
-        store =
-            std::make_unique<PinnedStore>(std::make_unique<QSettings>(settingsFile, QSettings::IniFormat));
+        QSettings(settingsFile, QSettings::IniFormat).setValue(Settings::pinsKey, QStringList());
+        settings = std::make_unique<Settings>(settingsFile);
+        store = std::make_unique<PinnedStore>(*settings);
         for (const char* f : {"A", "B", "C"})
             store->pin(local(QLatin1String(f)));
         table = std::make_unique<PlacesTable>(*store);
@@ -126,7 +127,7 @@ private slots:
         const QStringList before = storedPins();
         int posted = 0;
         QObject guard;
-        connect(&NotificationCenter::shared(), &NotificationCenter::posted, &guard, [&posted] { ++posted; });
+        connect(settings.get(), &Settings::pinsChanged, &guard, [&posted] { ++posted; });
         const QString b = tree->path("B");
         QVERIFY(!table->proposePinDrop(b, table->rowRect(rowOf("B")).center() - QPoint(0, 6)));
         QVERIFY(!table->dropPin(b, lowerHalf(rowOf("B"))));                  // just behind its own row
@@ -146,7 +147,7 @@ private slots:
 
     // Another window's pane over the same preferences sees the order change, and can drop too.
     void pinsMoveAcrossWindowsInOneStore() {
-        PinnedStore otherStore(std::make_unique<QSettings>(settingsFile, QSettings::IniFormat));
+        PinnedStore otherStore(*settings);
         PlacesTable other(otherStore);
         other.resize(280, 900);
         QVERIFY(table->dropPin(tree->path("C"), table->rowRect(rowOf("A")).center() - QPoint(0, 6)));

@@ -4,7 +4,7 @@
 #include "core/EntryText.h"
 #include "core/InlineRename.h"
 #include "core/PinnedStore.h"
-#include "core/Preferences.h"
+#include "core/Services.h"
 #include "fileops/ExplorerFileOps.h"
 #include "kit/EditablePathBox.h"
 #include "phone/AndroidContent.h"
@@ -258,8 +258,7 @@ private slots:
         selectNames(*w, {"Camera"});
         QVERIFY(run("pinAction")); // by the folder's own address, not its row's identity
         const PhoneItem camera = browser()->selectedItems().value(0);
-        QVERIFY(PinnedStore(Preferences::pins())
-                    .contains(PhoneLocation::url(browser()->state().chainTo(camera))));
+        QVERIFY(w->services().pins().contains(PhoneLocation::url(browser()->state().chainTo(camera))));
 
         selectNames(*w, {"Camera", "notes.txt"});
         QVERIFY(run("propertiesAction"));

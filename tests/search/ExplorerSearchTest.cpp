@@ -1,6 +1,8 @@
 // The window's search engine: the debounce, the generation that silences late runs, results that
 // stream while a walk goes on, and the whole-computer scope against a private plocate index.
 #include "search/ExplorerSearch.h"
+#include "core/Job.h"
+#include "core/Jobs.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 
@@ -98,12 +100,15 @@ private slots:
         QCOMPARE(first.completions + second.completions, 0);
     }
 
-    // A cancel right after start, and one while a walk runs: neither completion ever comes, though
-    // a later search in the same engine does.
+    // A cancel right after start, and one of the listed job while a walk runs: neither completion ever
+    // comes, though a later search in the same engine does, and no job is left over.
     void cancelledRunsStaySilent() {
         for (int i = 0; i < 300; ++i)
             tree->file(QStringLiteral("big/f%1/g%1/item%1.txt").arg(i));
+        Jobs jobs;
+        QObject window;
         ExplorerSearch search;
+        search.listIn(jobs, &window);
         Outcome cancelledAtOnce, cancelledRunning, later;
         search.start(QStringLiteral("item"), tree->path(), false, false, recordInto(cancelledAtOnce));
         search.cancel();
@@ -111,13 +116,14 @@ private slots:
         int batches = 0;
         search.start(QStringLiteral("item"), tree->path(), false, false, recordInto(cancelledRunning),
                      [&](std::vector<Entry>, FolderWalk::Progress) {
-                         if (++batches == 1) search.cancel();
+                         if (++batches == 1 && jobs.running().size() == 1) jobs.running().front()->cancel();
                      });
         QTRY_VERIFY(batches > 0);
         search.start(QStringLiteral("notes"), tree->path(), false, false, recordInto(later));
         QTRY_COMPARE(later.completions, 1);
         QCOMPARE(batches, 1);
         QCOMPARE(cancelledAtOnce.completions + cancelledRunning.completions, 0);
+        QVERIFY(jobs.running().isEmpty() && !jobs.holds(&window));
     }
 
     void resultsStreamBeforeTheEnd() {

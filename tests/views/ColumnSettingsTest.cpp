@@ -1,4 +1,5 @@
 #include "views/ColumnSettings.h"
+#include "core/Settings.h"
 #include "support/TestEnvironment.h"
 
 #include <QSettings>
@@ -12,7 +13,8 @@ class ColumnSettingsTest : public QObject {
     std::unique_ptr<QTemporaryDir> dir;
 
     // A fresh reader of the same file, as the next launch would have.
-    std::unique_ptr<QSettings> open() const {
+    std::unique_ptr<Settings> open() const { return std::make_unique<Settings>(dir->filePath("prefs.ini")); }
+    std::unique_ptr<QSettings> raw() const {
         return std::make_unique<QSettings>(dir->filePath("prefs.ini"), QSettings::IniFormat);
     }
 
@@ -42,14 +44,14 @@ private slots:
         QFETCH(bool, introduced);
         QFETCH(QStringList, expected);
         {
-            auto settings = open();
-            if (stored.isValid()) settings->setValue(ColumnSettings::visibleKey, stored);
-            if (introduced) settings->setValue(ColumnSettings::dimensionsIntroducedKey, true);
+            auto settings = raw();
+            if (stored.isValid()) settings->setValue(Settings::visibleColumnsKey, stored);
+            if (introduced) settings->setValue(Settings::dimensionsIntroducedKey, true);
         }
         auto settings = open();
         ColumnSettings columns(*settings);
         QCOMPARE(columns.visibleColumns(), expected);
-        QVERIFY(settings->value(ColumnSettings::dimensionsIntroducedKey).toBool());
+        QVERIFY(raw()->value(Settings::dimensionsIntroducedKey).toBool());
     }
 
     void migrationRunsOnceAndHidingSticks() {
@@ -64,7 +66,7 @@ private slots:
             auto settings = open();
             ColumnSettings columns(*settings);
             QVERIFY(!columns.isVisible("dimensions"));
-            QCOMPARE(settings->value(ColumnSettings::visibleKey).toStringList(),
+            QCOMPARE(raw()->value(Settings::visibleColumnsKey).toStringList(),
                      (QStringList{"name", "modified", "kind", "size"}));
         }
     }
@@ -77,21 +79,21 @@ private slots:
         QVERIFY(columns.toggle("modified"));
         const QStringList expected{"name", "modified", "dimensions", "kind", "size", "created"};
         QCOMPARE(columns.visibleColumns(), expected);
-        QCOMPARE(open()->value(ColumnSettings::visibleKey).toStringList(), expected);
+        QCOMPARE(raw()->value(Settings::visibleColumnsKey).toStringList(), expected);
     }
 
     void refusesNameAndUnknownKeys() {
         auto settings = open();
         ColumnSettings columns(*settings);
-        const QStringList before = settings->value(ColumnSettings::visibleKey).toStringList();
-        settings->remove(ColumnSettings::visibleKey);
+        const QStringList before = raw()->value(Settings::visibleColumnsKey).toStringList();
+        raw()->remove(Settings::visibleColumnsKey);
         QVERIFY(!columns.toggle("name"));
         QVERIFY(!columns.setVisible("name", false));
         QVERIFY(!columns.toggle("added"));
         QVERIFY(!columns.toggle(QString()));
         QVERIFY(columns.isVisible("name"));
         QCOMPARE(columns.visibleColumns(), before);
-        QVERIFY(!settings->contains(ColumnSettings::visibleKey)); // nothing was written
+        QVERIFY(!raw()->contains(Settings::visibleColumnsKey)); // nothing was written
     }
 
     void headerStateSurvivesAFreshRead() {

@@ -1,4 +1,5 @@
 #include "views/ExplorerIconView.h"
+#include "core/Settings.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "views/EntryTableModel.h"
@@ -10,8 +11,8 @@
 #include <QAccessibleActionInterface>
 #include <QMimeData>
 #include <QScrollBar>
-#include <QSettings>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QVBoxLayout>
 
 using namespace orvane;
@@ -32,6 +33,8 @@ class ExplorerIconViewTest : public QObject {
     Q_OBJECT
     std::unique_ptr<TempTree> tree;
     std::unique_ptr<EntryTableModel> model;
+    std::unique_ptr<QTemporaryDir> prefsDir;
+    std::unique_ptr<Settings> settings;
     std::unique_ptr<FileTable> table;
     std::unique_ptr<KeyCatcher> window;
     ExplorerIconView* view = nullptr;
@@ -55,10 +58,11 @@ class ExplorerIconViewTest : public QObject {
 
 private slots:
     void init() {
-        QSettings().clear();
         tree = std::make_unique<TempTree>();
+        prefsDir = std::make_unique<QTemporaryDir>();
+        settings = std::make_unique<Settings>(prefsDir->filePath("prefs.ini"));
         model = std::make_unique<EntryTableModel>();
-        table = std::make_unique<FileTable>();
+        table = std::make_unique<FileTable>(*settings);
         table->setModel(model.get());
         window = std::make_unique<KeyCatcher>();
         view = new ExplorerIconView(window.get());

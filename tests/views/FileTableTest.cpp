@@ -1,4 +1,5 @@
 #include "views/FileTable.h"
+#include "core/Settings.h"
 #include "kit/ExplorerFont.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
@@ -9,8 +10,8 @@
 
 #include <QContextMenuEvent>
 #include <QMenu>
-#include <QSettings>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 
 using namespace orvane;
 using namespace orvane::test;
@@ -22,10 +23,12 @@ class FileTableTest : public QObject {
     std::unique_ptr<TempTree> tree;
     std::vector<Entry> entries;
     std::unique_ptr<EntryTableModel> model;
+    std::unique_ptr<QTemporaryDir> prefsDir;
+    std::unique_ptr<Settings> settings;
     std::unique_ptr<FileTable> table;
 
     void makeTable() {
-        table = std::make_unique<FileTable>();
+        table = std::make_unique<FileTable>(*settings);
         table->setModel(model.get());
         table->resize(1000, 400);
         table->show();
@@ -56,8 +59,9 @@ class FileTableTest : public QObject {
 
 private slots:
     void init() {
-        QSettings().clear();
         tree = std::make_unique<TempTree>();
+        prefsDir = std::make_unique<QTemporaryDir>();
+        settings = std::make_unique<Settings>(prefsDir->filePath("prefs.ini"));
         entries.clear();
         for (const char* name : {"alpha.txt", "beta.txt", "gamma.txt", "delta.txt", "epsilon.txt"})
             entries.push_back(Entry::fromPath(tree->file(name, name)));

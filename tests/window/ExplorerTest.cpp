@@ -1,5 +1,6 @@
 #include "window/Explorer.h"
-#include "core/Preferences.h"
+#include "core/Services.h"
+#include "core/Settings.h"
 #include "kit/EditablePathBox.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
@@ -13,6 +14,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QTableView>
+#include <QTemporaryDir>
 #include <QToolButton>
 
 using namespace orvane;
@@ -36,6 +38,7 @@ QUrl url(const QString& path) {
 class ExplorerTest : public QObject {
     Q_OBJECT
     std::unique_ptr<TempTree> tree;
+    std::unique_ptr<QTemporaryDir> prefsDir;
     std::unique_ptr<AppDelegate> app;
 
 private slots:
@@ -45,8 +48,8 @@ private slots:
         tree->file("b.txt", "bb");
         tree->folder("Sub/Deeper");
         tree->folder("Other");
-        app = std::make_unique<AppDelegate>();
-        Preferences::standard()->remove(QStringLiteral("lastFolder"));
+        prefsDir = std::make_unique<QTemporaryDir>();
+        app = std::make_unique<AppDelegate>(new Services(prefsDir->filePath("prefs.ini")));
     }
     void cleanup() {
         app.reset();
@@ -63,12 +66,12 @@ private slots:
     void startFolderFallsBackToHome() {
         QFETCH(QString, stored);
         QFETCH(bool, expectStored);
-        if (!stored.isEmpty())
-            Preferences::standard()->setValue(QStringLiteral("lastFolder"), tree->path(stored));
-        const QUrl start = Explorer::startURL(std::nullopt);
+        Settings& settings = app->services().settings();
+        if (!stored.isEmpty()) settings.setLastFolder(tree->path(stored));
+        const QUrl start = Explorer::startURL(settings, std::nullopt);
         QCOMPARE(start.toLocalFile(), expectStored ? tree->path(stored) : QDir::homePath());
-        QCOMPARE(Explorer::startURL(url(tree->path("Other"))).toLocalFile(), tree->path("Other"));
-        QCOMPARE(Explorer::startURL(url(tree->path("nowhere"))).toLocalFile(), QDir::homePath());
+        QCOMPARE(Explorer::startURL(settings, url(tree->path("Other"))).toLocalFile(), tree->path("Other"));
+        QCOMPARE(Explorer::startURL(settings, url(tree->path("nowhere"))).toLocalFile(), QDir::homePath());
     }
 
     void historyBackForwardAndBranching() {
@@ -86,8 +89,7 @@ private slots:
         QCOMPARE(w->tabs().current().history.size(), 3);
         w->forward(); // ignored at the end
         QCOMPARE(w->current().toLocalFile(), tree->path("Other"));
-        QCOMPARE(Preferences::standard()->value(QStringLiteral("lastFolder")).toString(),
-                 tree->path("Other"));
+        QCOMPARE(app->services().settings().lastFolder(), tree->path("Other"));
     }
 
     void missingFoldersAreReportedAndNothingMoves() {
