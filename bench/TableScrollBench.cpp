@@ -1,5 +1,6 @@
 #include "BenchCommand.h"
 #include "SyntheticEntries.h"
+#include "core/Settings.h"
 
 #include "views/EntryTableModel.h"
 #include "views/ExplorerRowDelegate.h"
@@ -9,6 +10,7 @@
 #include <QElapsedTimer>
 #include <QPainter>
 #include <QScrollBar>
+#include <QTemporaryDir>
 #include <atomic>
 #include <malloc.h>
 
@@ -80,7 +82,9 @@ int tableScroll(const QStringList& args) {
     std::vector<Entry> entries = bench::syntheticEntries(count);
     EntryTableModel model;
     model.setEntries(std::move(entries));
-    FileTable table;
+    QTemporaryDir scratch;
+    Settings settings(scratch.filePath(QStringLiteral("bench.ini")));
+    FileTable table(settings);
     table.setModel(&model);
     table.resize(1100, 800);
     table.show();
