@@ -1,6 +1,7 @@
 #include "chrome/ShortcutGuideWindow.h"
 #include "chrome/ExplorerChrome.h"
 
+#include "support/AccessibleTree.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
@@ -77,6 +78,7 @@ private slots:
             QVERIFY2(showsAll(label), qPrintable(label->text()));
             QVERIFY2(label->geometry().right() < scroll->viewport()->width(), qPrintable(label->text()));
         }
+        QCOMPARE(accessibilityFaults(guide), QStringList());
     }
 
     // A row whose command has not arrived yet says so, and stops saying so once it is there.
