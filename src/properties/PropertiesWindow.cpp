@@ -66,7 +66,8 @@ QString windowStyle() {
 #propertiesPanel QScrollArea, #propertiesPage { background: transparent; border: none; }
 #propertiesDivider { background: rgba(255, 255, 255, 20); }
 #propertiesTabs QTabBar::tab { min-width: 98px; max-width: 98px; padding: 4px 0; margin-right: 2px;
-  border-radius: 6px; border: 1px solid transparent; background: rgba(255, 255, 255, 12); }
+  border-radius: 6px; border: 1px solid transparent; background: rgba(255, 255, 255, 12);
+  color: rgb(240, 240, 240); }
 #propertiesTabs QTabBar::tab:selected { background: rgba(166, 161, 255, 70); }
 #propertiesTabs QTabBar:focus QTabBar::tab:selected { border: 1px solid rgba(166, 161, 255, 160); }
 QPushButton#propertiesClose { background: rgba(166, 161, 255, 60); color: rgb(240, 240, 240);
