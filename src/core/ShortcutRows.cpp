@@ -1,6 +1,14 @@
 #include "core/ShortcutRows.h"
 
+#include "platform/Platform.h"
+
 namespace orvane {
+
+namespace {
+QString word(PlatformWord which) {
+    return Platform::instance().word(which);
+}
+} // namespace
 
 const std::vector<ShortcutRow>& explorerShortcutRows() {
     static const std::vector<ShortcutRow> rows = {
@@ -58,8 +66,7 @@ const std::vector<ShortcutRow>& explorerShortcutRows() {
          QStringLiteral("undoAction")},
         {QStringLiteral("Shift + drag / Ctrl + drag"), QStringLiteral("Move / copy dropped files"),
          QStringLiteral("dropFiles")},
-        {QStringLiteral("Alt + drag"), QStringLiteral("Create a macOS alias shortcut"),
-         QStringLiteral("makeAlias")},
+        {QStringLiteral("Alt + drag"), word(PlatformWord::MakeAlias), QStringLiteral("makeAlias")},
         {QStringLiteral("VIEWS & PANES"), {}},
         {QStringLiteral("Alt + P"), QStringLiteral("Toggle Preview"), QStringLiteral("togglePreview")},
         {QStringLiteral("Alt + Shift + P"), QStringLiteral("Toggle Details pane"),
@@ -73,19 +80,22 @@ const std::vector<ShortcutRow>& explorerShortcutRows() {
          QStringLiteral("expandToCurrentFolder")},
         {QStringLiteral("← / → · keypad − / +"), QStringLiteral("Collapse / expand a navigation folder"),
          QStringLiteral("expandToCurrentFolder")},
-        {QStringLiteral("Space"), QStringLiteral("Quick Look (unless choosing individual items)"),
+        {QStringLiteral("Space"),
+         word(PlatformWord::QuickLook) + QStringLiteral(" (unless choosing individual items)"),
          QStringLiteral("quickLook")},
         {QStringLiteral("Ctrl + Shift + H"), QStringLiteral("Toggle hidden items"),
          QStringLiteral("toggleHidden")},
-        {QStringLiteral("Escape"), QStringLiteral("Cancel path editing, clear filter or dismiss Quick Look")},
+        {QStringLiteral("Escape"),
+         QStringLiteral("Cancel path editing, clear filter or dismiss ") + word(PlatformWord::QuickLook)},
         {QStringLiteral("F1"), QStringLiteral("This guide"), QStringLiteral("helpAction")},
     };
     return rows;
 }
 
 QString shortcutGuideNote() {
-    return QStringLiteral("On Mac: Alt = Option (⌥). Command also works for Ctrl.\n"
-                          "F-keys may require Fn. Shortcuts act inside Orvane.");
+    const QString modifiers = word(PlatformWord::ModifierNote);
+    const QString rest = QStringLiteral("F-keys may require Fn. Shortcuts act inside Orvane.");
+    return modifiers.isEmpty() ? rest : modifiers + u'\n' + rest;
 }
 
 // ---------------------------------------------------------------- reading the key

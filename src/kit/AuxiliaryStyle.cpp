@@ -38,6 +38,7 @@ void AuxiliaryStyle::paintRim(QPainter& painter, const QRect& rect) {
 QString AuxiliaryStyle::styleSheet() {
     return QStringLiteral(R"(
 #auxiliaryWindow { background: rgb(30, 31, 40); color: rgb(240, 240, 240); }
+#auxiliaryWindow QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
 #auxiliaryWindow QLabel { color: rgb(240, 240, 240); background: transparent; }
 #auxiliaryWindow QLabel#qt_msgbox_label { font-weight: bold; min-width: 300px; }
 #auxiliaryWindow QLabel#qt_msgbox_informativelabel { color: rgb(189, 189, 189); min-width: 340px; }

@@ -33,6 +33,7 @@ void Palette::apply(QApplication& app) {
 QString Palette::styleSheet() {
     return QStringLiteral(R"(
 #explorerShell { background: rgb(22, 23, 31); }
+QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
 #titleRow { background: rgb(38, 27, 33); }
 #navigationRow, #actionRow { background: rgba(255, 255, 255, 6); border-bottom: 1px solid rgba(255, 255, 255, 10); }
 #navigationPane { background: rgba(0, 0, 0, 40); }

@@ -117,12 +117,8 @@ void PlacesTable::layoutDisclosures() {
         }
         QToolButton* button = disclosures[used++];
         const bool open = model->isExpanded(row);
-        const QString text = (open ? QStringLiteral("Collapse ") : QStringLiteral("Expand ")) +
-                             model->snapshot().places[row].title;
-        const QRect r = rowRect(row);
-        const int x = SidebarRowPainter::indent(model->snapshot().depths[row], r.width()) +
-                      SidebarRowPainter::disclosureInset;
-        button->setGeometry(x, r.center().y() - 8, SidebarRowPainter::disclosureWidth, 18);
+        const QString text = disclosureText(row);
+        button->setGeometry(disclosureRect(row));
         button->setProperty("row", row);
         button->setIcon(symbolIcon(open ? QStringLiteral("chevron.down") : QStringLiteral("chevron.right"),
                                    Palette::muted()));
@@ -149,6 +145,20 @@ QRect PlacesTable::rowRect(int row) const {
     if (row < 0 || size_t(row) + 1 >= tops.size()) return {};
     return QRect(0, tops[size_t(row)] - verticalScrollBar()->value(), viewport()->width(),
                  tops[size_t(row) + 1] - tops[size_t(row)]);
+}
+
+QString PlacesTable::disclosureText(int row) const {
+    if (!model->snapshot().inRange(row)) return {};
+    return (model->isExpanded(row) ? QStringLiteral("Collapse ") : QStringLiteral("Expand ")) +
+           model->snapshot().places[row].title;
+}
+
+QRect PlacesTable::disclosureRect(int row) const {
+    const QRect r = rowRect(row);
+    if (r.isNull()) return {};
+    const int x = SidebarRowPainter::indent(model->snapshot().depths[row], r.width()) +
+                  SidebarRowPainter::disclosureInset;
+    return QRect(x, r.center().y() - 8, SidebarRowPainter::disclosureWidth, 18);
 }
 
 QAbstractButton* PlacesTable::disclosureButton(int row) const {

@@ -59,6 +59,9 @@ public:
     int rowAt(const QPoint& viewportPos) const;
     QRect rowRect(int row) const;
     QAbstractButton* disclosureButton(int row) const;
+    // "Expand A" or "Collapse A": the name and tool tip of the row's disclosure, and where it sits.
+    QString disclosureText(int row) const;
+    QRect disclosureRect(int row) const;
     void scrollToRow(int row);
 
     // Hooks for folder colours: a coloured folder icon (null for none), and the colour submenu.

@@ -20,10 +20,18 @@ public:
     QAccessibleInterface* parent() const override {
         return table ? QAccessible::queryAccessibleInterface(table.data()) : nullptr;
     }
-    QAccessibleInterface* child(int) const override { return nullptr; }
-    int childCount() const override { return 0; }
-    int indexOfChild(const QAccessibleInterface*) const override { return -1; }
-    QAccessibleInterface* childAt(int, int) const override { return nullptr; }
+    // A row that opens has one child: its disclosure.
+    QAccessibleInterface* child(int index) const override {
+        return index == 0 && childCount() == 1 ? pane()->disclosure(row) : nullptr;
+    }
+    int childCount() const override { return isValid() && table->tree().canExpand(row) ? 1 : 0; }
+    int indexOfChild(const QAccessibleInterface* item) const override {
+        return item && childCount() == 1 && item == pane()->disclosure(row) ? 0 : -1;
+    }
+    QAccessibleInterface* childAt(int x, int y) const override {
+        QAccessibleInterface* button = child(0);
+        return button && button->rect().contains(x, y) ? button : nullptr;
+    }
     void setText(QAccessible::Text, const QString&) override {}
     QStringList keyBindingsForAction(const QString&) const override { return {}; }
     int index() const { return row; }
@@ -79,6 +87,66 @@ public:
     }
 
 private:
+    PlacesTableAccessible* pane() const {
+        return static_cast<PlacesTableAccessible*>(QAccessible::queryAccessibleInterface(table.data()));
+    }
+
+    QPointer<PlacesTable> table;
+    int row;
+};
+
+// The chevron before a row that opens, as a button of its own: "Expand A", pressed to open or close.
+class PlacesDisclosureAccessible : public QAccessibleInterface, public QAccessibleActionInterface {
+public:
+    PlacesDisclosureAccessible(PlacesTable* table, int row) : table(table), row(row) {}
+
+    bool isValid() const override { return table && table->tree().canExpand(row); }
+    QObject* object() const override { return nullptr; }
+    QWindow* window() const override { return table ? table->window()->windowHandle() : nullptr; }
+    QAccessibleInterface* parent() const override {
+        QAccessibleInterface* pane = table ? QAccessible::queryAccessibleInterface(table.data()) : nullptr;
+        return pane ? pane->child(row) : nullptr;
+    }
+    QAccessibleInterface* child(int) const override { return nullptr; }
+    int childCount() const override { return 0; }
+    int indexOfChild(const QAccessibleInterface*) const override { return -1; }
+    QAccessibleInterface* childAt(int, int) const override { return nullptr; }
+    void setText(QAccessible::Text, const QString&) override {}
+    QStringList keyBindingsForAction(const QString&) const override { return {}; }
+    QAccessible::Role role() const override { return QAccessible::PushButton; }
+
+    QString text(QAccessible::Text kind) const override {
+        if (!isValid() || (kind != QAccessible::Name && kind != QAccessible::Description)) return {};
+        return table->disclosureText(row);
+    }
+    QRect rect() const override {
+        if (!isValid()) return {};
+        const QRect frame = table->disclosureRect(row);
+        return QRect(table->viewport()->mapToGlobal(frame.topLeft()), frame.size());
+    }
+    QAccessible::State state() const override {
+        QAccessible::State state;
+        state.invalid = !isValid();
+        if (state.invalid) return state;
+        state.expandable = true;
+        state.expanded = table->tree().isExpanded(row);
+        state.collapsed = !state.expanded;
+        state.offscreen = !table->viewport()->rect().intersects(table->rowRect(row));
+        return state;
+    }
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface*>(this)
+                                                    : nullptr;
+    }
+    QStringList actionNames() const override {
+        return isValid() ? QStringList{pressAction()} : QStringList();
+    }
+    void doAction(const QString& name) override {
+        if (isValid() && name == pressAction())
+            table->tree().setExpanded(row, !table->tree().isExpanded(row));
+    }
+
+private:
     QPointer<PlacesTable> table;
     int row;
 };
@@ -97,6 +165,8 @@ PlacesTableAccessible::PlacesTableAccessible(PlacesTable* table)
 
 PlacesTableAccessible::~PlacesTableAccessible() {
     for (const QAccessible::Id id : std::as_const(rows))
+        QAccessible::deleteAccessibleInterface(id);
+    for (const QAccessible::Id id : std::as_const(disclosures))
         QAccessible::deleteAccessibleInterface(id);
 }
 
@@ -123,6 +193,14 @@ QAccessibleInterface* PlacesTableAccessible::child(int index) const {
     auto* row = new PlacesRowAccessible(table(), index);
     rows.insert(index, QAccessible::registerAccessibleInterface(row));
     return row;
+}
+
+QAccessibleInterface* PlacesTableAccessible::disclosure(int row) const {
+    const auto found = disclosures.constFind(row);
+    if (found != disclosures.constEnd()) return QAccessible::accessibleInterface(*found);
+    auto* button = new PlacesDisclosureAccessible(table(), row);
+    disclosures.insert(row, QAccessible::registerAccessibleInterface(button));
+    return button;
 }
 
 int PlacesTableAccessible::indexOfChild(const QAccessibleInterface* child) const {

@@ -118,6 +118,13 @@ QString LinuxPlatform::word(PlatformWord word) const {
         return QStringLiteral("this computer");
     case PlatformWord::FilesCopiedToComputer:
         return QStringLiteral("Files copied to this computer");
+    case PlatformWord::FullDiskAccess:
+    case PlatformWord::ModifierNote:
+        return {};
+    case PlatformWord::MakeAlias:
+        return QStringLiteral("Create a symbolic link");
+    case PlatformWord::QuickLook:
+        return QStringLiteral("Quick Preview");
     }
     return {};
 }

@@ -128,6 +128,14 @@ QString MacPlatform::word(PlatformWord word) const {
         return QStringLiteral("this Mac");
     case PlatformWord::FilesCopiedToComputer:
         return QStringLiteral("Files copied to Mac");
+    case PlatformWord::FullDiskAccess:
+        return QStringLiteral("Full Disk Access…");
+    case PlatformWord::ModifierNote:
+        return QStringLiteral("On Mac: Alt = Option (⌥). Command also works for Ctrl.");
+    case PlatformWord::MakeAlias:
+        return QStringLiteral("Create a macOS alias shortcut");
+    case PlatformWord::QuickLook:
+        return QStringLiteral("Quick Look");
     }
     return {};
 }

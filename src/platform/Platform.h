@@ -8,6 +8,7 @@ namespace orvane {
 
 // Texts that name the host system itself; everything else in the program is verbatim.
 // ThisComputer starts a title ("This Mac"), ThisComputerInText stands inside one ("this Mac").
+// An empty word is a thing the host does not have (FullDiskAccess, ModifierNote): leave it out.
 enum class PlatformWord {
     RootVolume,
     ShowInFileManager,
@@ -16,7 +17,11 @@ enum class PlatformWord {
     PropertiesNote,
     ThisComputer,
     ThisComputerInText,
-    FilesCopiedToComputer
+    FilesCopiedToComputer,
+    FullDiskAccess,
+    ModifierNote,
+    MakeAlias,
+    QuickLook
 };
 
 // What one stat-like request tells about an item, before it becomes an Entry.

@@ -2,6 +2,7 @@
 
 #include "core/Entry.h"
 #include "kit/BusySpinner.h"
+#include "kit/LiveStatusLabel.h"
 #include "kit/Palette.h"
 #include "kit/Symbols.h"
 #include "platform/PhysicalKeys.h"
@@ -10,7 +11,6 @@
 #include "views/FileIcons.h"
 
 #include <QApplication>
-#include <QButtonGroup>
 #include <QCloseEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -20,7 +20,7 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QStackedWidget>
-#include <QToolButton>
+#include <QTabBar>
 #include <QVBoxLayout>
 
 namespace orvane {
@@ -42,8 +42,9 @@ QFont sized(const QFont& base, int pixels, QFont::Weight weight = QFont::Normal)
     return font;
 }
 
-QLabel* textLabel(const QString& text, const QColor& color, int pixels, QWidget* parent) {
-    auto* label = new QLabel(text, parent);
+template <typename Label = QLabel>
+Label* textLabel(const QString& text, const QColor& color, int pixels, QWidget* parent) {
+    auto* label = new Label(text, parent);
     label->setFont(sized(label->font(), pixels));
     QPalette colors = label->palette();
     colors.setColor(QPalette::WindowText, color);
@@ -64,10 +65,11 @@ QString windowStyle() {
   border-radius: 10px; }
 #propertiesPanel QScrollArea, #propertiesPage { background: transparent; border: none; }
 #propertiesDivider { background: rgba(255, 255, 255, 20); }
-#propertiesTabs QToolButton { min-width: 98px; max-width: 98px; padding: 4px 0; border-radius: 6px;
-  background: rgba(255, 255, 255, 12); }
-#propertiesTabs QToolButton:checked { background: rgba(166, 161, 255, 70); }
-#propertiesTabs QToolButton:focus { border: 1px solid rgba(166, 161, 255, 160); }
+#propertiesTabs QTabBar::tab { min-width: 98px; max-width: 98px; padding: 4px 0; margin-right: 2px;
+  border-radius: 6px; border: 1px solid transparent; background: rgba(255, 255, 255, 12);
+  color: rgb(240, 240, 240); }
+#propertiesTabs QTabBar::tab:selected { background: rgba(166, 161, 255, 70); }
+#propertiesTabs QTabBar:focus QTabBar::tab:selected { border: 1px solid rgba(166, 161, 255, 160); }
 QPushButton#propertiesClose { background: rgba(166, 161, 255, 60); color: rgb(240, 240, 240);
   border: 1px solid rgba(166, 161, 255, 120); border-radius: 6px; padding: 5px 18px; }
 QPushButton#propertiesClose:hover { background: rgba(166, 161, 255, 90); }
@@ -136,20 +138,17 @@ QWidget* PropertiesWindow::buildTabs() {
     strip->setObjectName(QStringLiteral("propertiesTabs"));
     auto* line = new QHBoxLayout(strip);
     line->setContentsMargins(0, 0, 0, 0);
-    line->setSpacing(2);
-    tabs = new QButtonGroup(this);
-    for (const QString& label : {QStringLiteral("General"), QStringLiteral("Details")}) {
-        auto* button = new QToolButton(strip);
-        button->setText(label);
-        button->setAccessibleName(label);
-        button->setCheckable(true);
-        button->setFocusPolicy(Qt::StrongFocus);
-        tabs->addButton(button, tabs->buttons().size());
-        line->addWidget(button);
-    }
+    // A tab list, so a reader says "General, page tab, 1 of 2" and the arrows move between pages.
+    tabs = new QTabBar(strip);
+    tabs->setAccessibleName(QStringLiteral("Pages"));
+    tabs->setDrawBase(false);
+    tabs->setExpanding(false);
+    tabs->setFocusPolicy(Qt::StrongFocus);
+    tabs->addTab(QStringLiteral("General"));
+    tabs->addTab(QStringLiteral("Details"));
+    line->addWidget(tabs);
     line->addStretch(1);
-    tabs->button(0)->setChecked(true);
-    connect(tabs, &QButtonGroup::idClicked, this, &PropertiesWindow::selectTab);
+    connect(tabs, &QTabBar::currentChanged, this, [this](int page) { pages->setCurrentIndex(page); });
     return strip;
 }
 
@@ -188,7 +187,6 @@ QWidget* PropertiesWindow::buildPanel() {
     QLabel* note =
         textLabel(Platform::instance().word(PlatformWord::PropertiesNote), Palette::muted(), 11, panel);
     note->setWordWrap(true);
-    note->setAccessibleName(QStringLiteral("Note"));
     pages->addWidget(buildPage(details, note));
     box->addWidget(pages);
     return panel;
@@ -231,8 +229,8 @@ void PropertiesWindow::addRow(QGridLayout* grid, int line, const Row& row) {
     field->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     field->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     field->setTextFormat(Qt::PlainText);
-    field->setAccessibleName(row.label);
     field->setToolTip(row.first);
+    // The row's title labels the value through the buddy; the value is read as its own text.
     label->setBuddy(field);
     grid->addWidget(label, line, 0, Qt::AlignTop);
     grid->addWidget(field, line, 1);
@@ -245,8 +243,9 @@ QWidget* PropertiesWindow::buildFoot() {
     line->setContentsMargins(0, 0, 0, 0);
     line->setSpacing(8);
     progress = new BusySpinner(foot);
-    status = textLabel(QStringLiteral("Calculating folder size…"), Palette::muted(), 12, foot);
-    status->setAccessibleName(QStringLiteral("Scan status"));
+    status =
+        textLabel<LiveStatusLabel>(QStringLiteral("Calculating folder size…"), Palette::muted(), 12, foot);
+    status->setAccessibleDescription(QStringLiteral("Scan status"));
     closeButton = new QPushButton(QStringLiteral("Close"), foot);
     closeButton->setObjectName(QStringLiteral("propertiesClose"));
     closeButton->setAccessibleName(QStringLiteral("Close"));
@@ -290,7 +289,7 @@ void PropertiesWindow::set(const QString& key, const QString& text) {
 
 void PropertiesWindow::setStatus(const QString& text) {
     if (status->text() == text) return;
-    status->setText(text);
+    status->announce(text);
     emit scanStatusChanged(text);
 }
 
@@ -318,9 +317,9 @@ void PropertiesWindow::applySize(const PropertiesSizeSummary& summary, bool fini
 }
 
 void PropertiesWindow::selectTab(int page) {
+    tabs->setCurrentIndex(page);
     pages->setCurrentIndex(page);
-    tabs->button(page)->setChecked(true);
-    tabs->button(page)->setFocus(Qt::TabFocusReason);
+    tabs->setFocus(Qt::TabFocusReason);
 }
 
 bool PropertiesWindow::handleTabShortcut(QKeyEvent* event) {

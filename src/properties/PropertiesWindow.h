@@ -8,17 +8,18 @@
 #include <memory>
 #include <vector>
 
-class QButtonGroup;
 class QGridLayout;
 class QKeyEvent;
 class QLabel;
 class QPushButton;
 class QScrollArea;
 class QStackedWidget;
+class QTabBar;
 
 namespace orvane {
 
 class BusySpinner;
+class LiveStatusLabel;
 class PropertiesReader;
 
 // A window of its own for the items of one Properties command: placeholders at once, then the
@@ -72,10 +73,10 @@ private:
     QHash<QString, QLabel*> fields;
     QLabel* icon = nullptr;
     QLabel* title = nullptr;
-    QButtonGroup* tabs = nullptr;
+    QTabBar* tabs = nullptr;
     QStackedWidget* pages = nullptr;
     BusySpinner* progress = nullptr;
-    QLabel* status = nullptr;
+    LiveStatusLabel* status = nullptr;
     QPushButton* closeButton = nullptr;
     bool windowClosed = false;
 };

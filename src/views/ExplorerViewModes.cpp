@@ -19,7 +19,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMouseEvent>
 #include <QSlider>
+#include <QStyleOptionSlider>
 #include <QWheelEvent>
 
 namespace orvane {
@@ -97,9 +99,13 @@ void ExplorerViewModes::buildSlider() {
     slider->setAccessibleName(tr("File view and icon size"));
     const int at = row->indexOf(count) + 1;
     row->insertSpacing(at, 14);
-    row->insertWidget(at + 1, symbol("list.bullet", tr("Details")));
+    fewest = symbol("list.bullet", tr("Details"));
+    largest = symbol("square.grid.2x2", tr("Largest icons"));
+    row->insertWidget(at + 1, fewest);
     row->insertWidget(at + 2, slider);
-    row->insertWidget(at + 3, symbol("square.grid.2x2", tr("Largest icons")));
+    row->insertWidget(at + 3, largest);
+    for (QWidget* part : std::initializer_list<QWidget*>{slider, fewest, largest})
+        part->installEventFilter(this);
     connect(slider, &QSlider::valueChanged, this, &ExplorerViewModes::changeViewSize);
 }
 
@@ -170,10 +176,40 @@ bool ExplorerViewModes::handleViewSizeWheel(QWheelEvent* event) {
     return true;
 }
 
+// A click on the track goes to the step under the pointer, and one on an end's icon to that end,
+// rather than the style's one step at a time or nothing.
+bool ExplorerViewModes::clickSlider(QObject* watched, QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) return false;
+    if (watched == fewest || watched == largest) {
+        slider->setValue(watched == fewest ? slider->minimum() : slider->maximum());
+        return true;
+    }
+    QStyleOptionSlider option;
+    option.initFrom(slider);
+    option.orientation = slider->orientation();
+    option.minimum = slider->minimum();
+    option.maximum = slider->maximum();
+    option.sliderPosition = slider->sliderPosition();
+    option.sliderValue = slider->value();
+    option.tickPosition = slider->tickPosition();
+    option.subControls = QStyle::SC_All;
+    QStyle* style = slider->style();
+    const QRect handle = style->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider);
+    if (handle.contains(event->position().toPoint())) return false; // a drag of the knob
+    const QRect groove = style->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderGroove, slider);
+    const int span = groove.width() - handle.width();
+    const int x = event->position().toPoint().x() - groove.x() - handle.width() / 2;
+    slider->setValue(QStyle::sliderValueFromPosition(slider->minimum(), slider->maximum(), x, span));
+    return true;
+}
+
 bool ExplorerViewModes::eventFilter(QObject* watched, QEvent* event) {
     // Compared by address: events still come while the window is torn down, past its own type.
     if (watched == viewport && event->type() == QEvent::Wheel)
         return handleViewSizeWheel(static_cast<QWheelEvent*>(event));
+    if (slider && event->type() == QEvent::MouseButtonPress &&
+        (watched == slider || watched == fewest || watched == largest))
+        return clickSlider(watched, static_cast<QMouseEvent*>(event));
     return false;
 }
 

@@ -3,6 +3,7 @@
 #include <QObject>
 
 class QLabel;
+class QMouseEvent;
 class QSlider;
 class QWheelEvent;
 
@@ -48,10 +49,13 @@ private:
     void syncIconView();
     void updateViewSizeSlider();
     void showContextMenu(const QPoint& globalPos);
+    bool clickSlider(QObject* watched, QMouseEvent* event);
 
     BrowserWindow& w;
     ExplorerIconView* icons;
     QSlider* slider = nullptr;
+    QLabel* fewest = nullptr;  // the Details icon before the slider
+    QLabel* largest = nullptr; // the largest icons' after it
     QObject* viewport = nullptr;
     double extraLarge;
 };

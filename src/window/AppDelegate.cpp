@@ -7,6 +7,7 @@
 #include "core/WindowCommands.h"
 #include "fileops/FileClipboard.h"
 #include "kit/ExplorerAlert.h"
+#include "platform/Platform.h"
 #include "system/ExternalOpenRequests.h"
 #include "views/FileIcons.h"
 #include "views/FileTable.h"
@@ -165,7 +166,8 @@ void AppDelegate::makeMenu(QMenuBar* bar, Explorer* window) {
     QAction* defaults = appMenu->addAction(QStringLiteral("Default File Browser…"));
     defaults->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Comma));
     defaults->setEnabled(false);
-    appMenu->addAction(QStringLiteral("Full Disk Access…"))->setEnabled(false);
+    if (const QString access = Platform::instance().word(PlatformWord::FullDiskAccess); !access.isEmpty())
+        appMenu->addAction(access)->setEnabled(false);
     appMenu->addSeparator();
     appMenu->addAction(QStringLiteral("Quit Orvane"), QKeySequence(Qt::CTRL | Qt::Key_Q), this,
                        &AppDelegate::requestQuit);

@@ -1,14 +1,19 @@
 #include "kit/ExplorerAlert.h"
 
 #include "fileops/ExplorerFileOps.h"
+#include "kit/AuxiliaryStyle.h"
+#include "support/AccessibleTree.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
 #include "window/AppDelegate.h"
 #include "window/Explorer.h"
 
+#include <QInputDialog>
 #include <QLineEdit>
+#include <QProxyStyle>
 #include <QPushButton>
+#include <QStyleFactory>
 #include <QTimer>
 
 using namespace orvane;
@@ -25,6 +30,8 @@ struct Seen {
     bool hasSymbol = false;
     QPoint offCentre;
     QString defaultButton;
+    QStringList accessibilityFaults;
+    bool stockIcons = false;
 };
 
 Seen look(QMessageBox* box, const QWidget* window) {
@@ -36,6 +43,9 @@ Seen look(QMessageBox* box, const QWidget* window) {
     seen.hasSymbol = !box->iconPixmap().isNull();
     seen.offCentre = box->frameGeometry().center() - window->frameGeometry().center();
     seen.defaultButton = box->defaultButton() ? box->defaultButton()->text() : QString();
+    seen.accessibilityFaults = accessibilityFaults(box);
+    for (const QAbstractButton* b : box->buttons())
+        seen.stockIcons |= !b->icon().isNull();
     return seen;
 }
 
@@ -49,6 +59,17 @@ void inspectNextDialog(Seen& seen, const QWidget* window) {
             if (b->text() == QLatin1String("Cancel")) b->click();
     });
 }
+
+// A desktop whose theme puts its stock icons on dialog buttons, as GNOME's and KDE's do.
+class StockIconStyle : public QProxyStyle {
+public:
+    StockIconStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* answer) const override {
+        if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 1;
+        return QProxyStyle::styleHint(hint, option, widget, answer);
+    }
+};
 
 } // namespace
 
@@ -111,6 +132,25 @@ private slots:
         QVERIFY2(seen.offCentre.manhattanLength() <= 4,
                  qPrintable(QStringLiteral("%1,%2").arg(seen.offCentre.x()).arg(seen.offCentre.y())));
         QCOMPARE(seen.defaultButton, defaultButton);
+        QCOMPARE(seen.accessibilityFaults, QStringList());
+        QVERIFY(!seen.stockIcons);
+    }
+
+    // The desktop theme's icons belong to other programs; our dialogs' buttons are words alone.
+    void noStockIconsOnDialogButtons() {
+        QApplication::setStyle(new StockIconStyle);
+        ExplorerAlert alert(ExplorerAlert::Kind::Error, QStringLiteral("Cannot rename"), QString(), w);
+        alert.addButton(QMessageBox::Cancel);
+        QInputDialog ask(w);
+        AuxiliaryStyle::apply(&ask);
+        ask.setTextValue(QStringLiteral("name"));
+        ask.show();
+        QList<QAbstractButton*> buttons = alert.buttons();
+        buttons += ask.findChildren<QAbstractButton*>();
+        QCOMPARE(buttons.size(), 4);
+        for (const QAbstractButton* button : buttons)
+            QVERIFY2(button->icon().isNull(), qPrintable(button->text()));
+        QApplication::setStyle(QStringLiteral("Fusion"));
     }
 };
 

@@ -113,9 +113,21 @@ private slots:
         QCOMPARE(pane->indexOfChild(a), rowOf("A"));
         QVERIFY(a->state().collapsed && !a->state().selected);
         QCOMPARE(pane->childAt(a->rect().center().x(), a->rect().center().y()), a);
-        a->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+        // The disclosure is a button of the row's own, named and pressed as the chevron is clicked.
+        QCOMPARE(a->childCount(), 1);
+        QAccessibleInterface* disclosure = a->child(0);
+        QCOMPARE(disclosure->role(), QAccessible::PushButton);
+        QCOMPARE(disclosure->text(QAccessible::Name), QStringLiteral("Expand A"));
+        QCOMPARE(disclosure->parent(), a);
+        QCOMPARE(a->indexOfChild(disclosure), 0);
+        QCOMPARE(disclosure->rect(),
+                 QRect(table->viewport()->mapToGlobal(table->disclosureButton(rowOf("A"))->pos()),
+                       table->disclosureButton(rowOf("A"))->size()));
+        disclosure->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
         QCOMPARE(rowOf("inner"), rowOf("A") + 1);
         QVERIFY(a->state().expanded);
+        QCOMPARE(disclosure->text(QAccessible::Name), QStringLiteral("Collapse A"));
+        QCOMPARE(disclosure->text(QAccessible::Description), QStringLiteral("Collapse A"));
         QSignalSpy open(table.get(), &PlacesTable::openRequested);
         pane->child(rowOf("inner"))->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
         QCOMPARE(open.size(), 1);

@@ -2,12 +2,16 @@
 #include "core/WindowCommands.h"
 #include "properties/PropertiesCommands.h"
 #include "properties/PropertiesReader.h"
+#include "support/AccessibleTree.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
 #include "window/AppDelegate.h"
 #include "window/Explorer.h"
 
+#include <QAccessible>
+#include <QAccessibleActionInterface>
+#include <QLabel>
 #include <QRegularExpression>
 #include <QSignalSpy>
 
@@ -174,6 +178,39 @@ private slots:
         QTEST(window.currentPage(), "page");
         QTEST(closed.count() == 1, "closes");
         QTEST(window.isHidden(), "closes");
+    }
+
+    // A reader hears each value with its row as the label, the status as it moves, and a tab list.
+    void everyValueIsReadable() {
+        PropertiesWindow window(local(tree, {"small"}));
+        window.setAttribute(Qt::WA_DeleteOnClose, false);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        window.beginReading();
+        QTRY_COMPARE(window.scanStatus(), QString("Properties are read-only"));
+        QCOMPARE(test::accessibilityFaults(&window), QStringList());
+        QAccessibleInterface* size = nullptr;
+        for (QLabel* label : window.findChildren<QLabel*>())
+            if (label->text() == "5 bytes") size = QAccessible::queryAccessibleInterface(label);
+        QVERIFY(size);
+        QCOMPARE(size->text(QAccessible::Name), QString("5 bytes"));
+        const auto labels = size->relations(QAccessible::Label);
+        QCOMPARE(labels.size(), 1);
+        QCOMPARE(labels.first().first->text(QAccessible::Name), QString("Size"));
+        QAccessibleInterface* statusBar = nullptr;
+        QAccessibleInterface* tabList = nullptr;
+        for (QWidget* child : window.findChildren<QWidget*>()) {
+            QAccessibleInterface* item = QAccessible::queryAccessibleInterface(child);
+            if (item->role() == QAccessible::StatusBar) statusBar = item;
+            if (item->role() == QAccessible::PageTabList) tabList = item;
+        }
+        QVERIFY(statusBar && tabList);
+        QCOMPARE(statusBar->text(QAccessible::Name), QString("Properties are read-only"));
+        QCOMPARE(tabList->child(0)->text(QAccessible::Name), QString("General"));
+        QCOMPARE(tabList->child(1)->role(), QAccessible::PageTab);
+        QCOMPARE(tabList->child(1)->text(QAccessible::Name), QString("Details"));
+        tabList->child(1)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QCOMPARE(window.currentPage(), 1);
     }
 
     // The window's command: a new window each time, for the selection or else the current folder.

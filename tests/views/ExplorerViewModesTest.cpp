@@ -11,9 +11,11 @@
 #include "window/AppDelegate.h"
 #include "window/Explorer.h"
 
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QSlider>
+#include <QStyleOptionSlider>
 #include <QWheelEvent>
 
 using namespace orvane;
@@ -98,6 +100,38 @@ private slots:
         // And back from the menu to the slider.
         w->commands().run(QStringLiteral("setViewMode"), 7);
         QCOMPARE(slider->value(), 3);
+    }
+
+    // The track goes to the step clicked, and each end's icon to its end.
+    void clicksOnTheTrackAndItsIcons_data() {
+        QTest::addColumn<QString>("target"); // empty: the track
+        QTest::addColumn<int>("step");
+        QTest::newRow("track, far step") << "" << 7;
+        QTest::newRow("track, first step") << "" << 0;
+        QTest::newRow("Details icon") << "Details" << 0;
+        QTest::newRow("largest icon") << "Largest icons" << 9;
+    }
+    void clicksOnTheTrackAndItsIcons() {
+        QFETCH(QString, target);
+        QFETCH(int, step);
+        slider->setValue(step == 0 ? 5 : 1);
+        QWidget* clicked = slider;
+        QPoint at;
+        if (target.isEmpty()) {
+            QStyleOptionSlider option;
+            option.initFrom(slider);
+            const int handle = slider->style()->pixelMetric(QStyle::PM_SliderLength, &option, slider);
+            at = QPoint(handle / 2 + QStyle::sliderPositionFromValue(0, 9, step, slider->width() - handle),
+                        slider->height() / 2);
+        } else {
+            for (QLabel* label : slider->parentWidget()->findChildren<QLabel*>())
+                if (label->accessibleName() == target) clicked = label;
+            QVERIFY(clicked != slider);
+            at = clicked->rect().center();
+        }
+        QTest::mouseClick(clicked, Qt::LeftButton, {}, at);
+        QCOMPARE(slider->value(), step);
+        QCOMPARE(modes->mode(), step == 0 ? 6 : 1);
     }
 
     void largestStepGivesTheLargestIcons() {
