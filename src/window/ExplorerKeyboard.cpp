@@ -156,7 +156,6 @@ void ExplorerKeyboard::focusSearch() {
 // ---------------------------------------------------------------- Escape and the context menu
 
 void ExplorerKeyboard::escapeFileArea() {
-    if (hooks.dismissQuickLook && hooks.dismissQuickLook()) return;
     FileClipboard::shared().clearCut();
     w.commands().run(QStringLiteral("clearSearch"));
 }
