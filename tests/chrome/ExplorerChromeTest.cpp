@@ -7,6 +7,7 @@
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
+#include "support/WindowFixture.h"
 #include "views/FileTable.h"
 #include "window/AppDelegate.h"
 #include "window/Explorer.h"
@@ -34,24 +35,19 @@ QString enabledButtons(const Explorer& w) {
 
 } // namespace
 
-class ExplorerChromeTest : public QObject {
+class ExplorerChromeTest : public QObject, WindowFixture {
     Q_OBJECT
-    TempTree tree;
-    std::unique_ptr<AppDelegate> app;
-    Explorer* w = nullptr;
 
 private slots:
-    void initTestCase() {
-        tree.sizedFile("one.txt", 1500);
-        tree.sizedFile("two.txt", 2500);
-        tree.folder("Folder");
-    }
     void init() {
         QGuiApplication::clipboard()->clear();
-        app = std::make_unique<AppDelegate>();
-        w = app->newWindow(QUrl::fromLocalFile(tree.path()));
+        startProgram();
+        tree->sizedFile("one.txt", 1500);
+        tree->sizedFile("two.txt", 2500);
+        tree->folder("Folder");
+        openWindow();
     }
-    void cleanup() { app.reset(); }
+    void cleanup() { stopProgram(); }
 
     void toolbarFollowsTheSelection_data() {
         QTest::addColumn<QStringList>("selection");
@@ -76,7 +72,7 @@ private slots:
 
     void pasteFollowsTheClipboard() {
         auto* data = new QMimeData;
-        data->setUrls({QUrl::fromLocalFile(tree.path("one.txt"))});
+        data->setUrls({QUrl::fromLocalFile(tree->path("one.txt"))});
         QGuiApplication::clipboard()->setMimeData(data);
         QTRY_VERIFY(w->widgets().action("paste")->isEnabled());
         QGuiApplication::clipboard()->setText(QStringLiteral("just text"));
@@ -133,7 +129,7 @@ private slots:
         QVERIFY((*w->findChild<ExplorerChrome*>()).detailsVisible);
         QVERIFY(w->widgets().detailsPane->isVisibleTo(w));
         QVERIFY(w->widgets().detailsPane->width() >= 260 || w->widgets().detailsPane->minimumWidth() >= 260);
-        QCOMPARE(w->widgets().detailsPane->title(), QFileInfo(tree.path()).fileName());
+        QCOMPARE(w->widgets().detailsPane->title(), QFileInfo(tree->path()).fileName());
         selectNames(*w, {"one.txt", "two.txt"});
         QCOMPARE(w->widgets().detailsPane->title(), QStringLiteral("2 items selected"));
         QCOMPARE(w->widgets().detailsPane->meta(), QStringLiteral("Files total\n4 KB"));
@@ -149,7 +145,7 @@ private slots:
         selectNames(*w, {"one.txt", "two.txt"});
         (*w->findChild<ExplorerChrome*>()).copyPathAction();
         QCOMPARE(QGuiApplication::clipboard()->text(),
-                 QStringLiteral("\"%1\"\n\"%2\"").arg(tree.path("one.txt"), tree.path("two.txt")));
+                 QStringLiteral("\"%1\"\n\"%2\"").arg(tree->path("one.txt"), tree->path("two.txt")));
     }
 
     void columnChoicesReachTheNextWindow() {
@@ -157,7 +153,7 @@ private slots:
         w->table()->toggleColumn(QStringLiteral("dimensions"));
         w->table()->toggleColumn(QStringLiteral("created"));
         w->table()->toggleColumn(QStringLiteral("name"));
-        Explorer* second = app->newWindow(QUrl::fromLocalFile(tree.path()));
+        Explorer* second = app->newWindow(QUrl::fromLocalFile(tree->path()));
         QVERIFY(!second->table()->isColumnVisible(QStringLiteral("dimensions")));
         QVERIFY(second->table()->isColumnVisible(QStringLiteral("created")));
         QVERIFY(second->table()->isColumnVisible(QStringLiteral("name")));

@@ -9,6 +9,7 @@
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
+#include "support/WindowFixture.h"
 #include "views/FileTable.h"
 #include "window/AppDelegate.h"
 #include "window/Explorer.h"
@@ -75,11 +76,8 @@ QStringList listed(const QString& operation) {
 
 Q_DECLARE_METATYPE(orvane::test::Key)
 
-class ExplorerShortcutsTest : public QObject {
+class ExplorerShortcutsTest : public QObject, WindowFixture {
     Q_OBJECT
-    std::unique_ptr<TempTree> tree;
-    std::unique_ptr<AppDelegate> app;
-    Explorer* w = nullptr;
     QStringList called;
     PhoneStandIn phone; // outlives the windows that hold it
 
@@ -119,21 +117,17 @@ class ExplorerShortcutsTest : public QObject {
 
 private slots:
     void init() {
-        tree = std::make_unique<TempTree>();
+        startProgram();
         for (const char* name : {"a.txt", "b.txt", "c.txt", "d.txt", "e.txt", "f.txt"})
             tree->file(name, "x");
         tree->folder("Sub");
-        app = std::make_unique<AppDelegate>();
-        w = app->newWindow(QUrl::fromLocalFile(tree->path()));
+        openWindow();
         QVERIFY(QTest::qWaitForWindowActive(w));
         w->table()->setFocus();
         called.clear();
         phone.calls.clear();
     }
-    void cleanup() {
-        app.reset();
-        tree.reset();
-    }
+    void cleanup() { stopProgram(); }
 
     void readingTheKeyUsesItsPlace_data() {
         QTest::addColumn<PhysicalKey>("physical");
