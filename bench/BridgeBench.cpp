@@ -1,6 +1,7 @@
 #include "BenchCommand.h"
 
 #include "phone/PhoneBridge.h"
+#include "phone/PhoneProtocol.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -83,17 +84,15 @@ int transfers(const QTemporaryDir& dir, qint64 size) {
         const QString copied = dir.filePath(QStringLiteral("copy-%1.bin").arg(round));
         copy = std::min(copy, timeShell(QStringLiteral("cp '%1' '%2'").arg(source, copied)));
         QFile::remove(copied);
-        put = std::min(put, timed({QStringLiteral("put"), QStringLiteral("65537"),
-                                   QStringLiteral("4294967295"), source}));
-        const PhoneReply listing = wait({QStringLiteral("65537"), QStringLiteral("4294967295")});
+        put = std::min(put, timed(PhoneProtocol::put(65537, PhoneProtocol::rootHandle, {source})));
+        const PhoneReply listing = wait(PhoneProtocol::list(65537, PhoneProtocol::rootHandle));
         quint32 id = 0;
         for (const PhoneItem& item : listing.items.value_or(QList<PhoneItem>()))
             id = item.name == QLatin1String("big.bin") ? item.id : id;
         const QString back = dir.filePath(QStringLiteral("back-%1.bin").arg(round));
-        get = std::min(get, timed({QStringLiteral("get"), QString::number(id), back}));
+        get = std::min(get, timed(PhoneProtocol::get({{id, back}})));
         QFile::remove(back);
-        if (wait({QStringLiteral("delete"), QString::number(id)}).error || put < 0 || get < 0 || copy < 0)
-            return 1;
+        if (wait(PhoneProtocol::remove(id)).error || put < 0 || get < 0 || copy < 0) return 1;
     }
     const double mib = double(size) / double(1 << 20);
     benchOut() << "file MiB " << mib << "\nplain copy MB/s " << mib / (copy / 1000) << "\nput MB/s "

@@ -2,6 +2,7 @@
 
 #include "Download.h"
 #include "ProgressThrottle.h"
+#include "phone/PhoneProtocol.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -12,15 +13,18 @@
 namespace orvane {
 
 namespace {
+namespace Verb = PhoneProtocol::Verb;
+namespace F = PhoneProtocol::Field;
+
 ReplyLine failure(const std::string& text) {
-    return ReplyLine().add("error", text);
+    return ReplyLine().add(F::error, text);
 }
 
 ReplyLine outcome(const std::string& error) {
     return error.empty() ? ReplyLine() : failure(error);
 }
 
-const std::string badRequest = "Bad request.";
+const std::string badRequest = PhoneProtocol::Error::badRequest;
 
 // Handles and storage numbers travel as decimal strings.
 bool number(const QString& text, uint32_t& out) {
@@ -52,9 +56,9 @@ bool parseRequest(const QByteArray& line, QStringList& args) {
 
 // The word a fault plan names a request by.
 QString verbOf(const QStringList& args) {
-    if (args.isEmpty()) return QStringLiteral("storages");
+    if (args.isEmpty()) return QLatin1String(Verb::storages);
     uint32_t ignored;
-    return number(args[0], ignored) ? QStringLiteral("list") : args[0];
+    return number(args[0], ignored) ? QLatin1String(Verb::list) : args[0];
 }
 
 ReplyLine itemsReply(const std::string& error, const std::vector<PhoneObject>& objects, bool twice) {
@@ -63,14 +67,14 @@ ReplyLine itemsReply(const std::string& error, const std::vector<PhoneObject>& o
     for (size_t i = 0; i < objects.size() * (twice ? 2 : 1); ++i) {
         const PhoneObject& o = objects[i % objects.size()];
         ReplyLine item;
-        item.add("id", uint64_t(o.id)).add("storage", uint64_t(o.storage)).add("name", o.name);
-        item.add("folder", o.folder).add("size", o.size);
-        if (o.modified) item.add("modified", *o.modified);
+        item.add(F::id, uint64_t(o.id)).add(F::storage, uint64_t(o.storage)).add(F::name, o.name);
+        item.add(F::folder, o.folder).add(F::size, o.size);
+        if (o.modified) item.add(F::modified, *o.modified);
         if (items.size() > 1) items += ',';
         items += item.text();
     }
     items += ']';
-    return ReplyLine().addRaw("items", items);
+    return ReplyLine().addRaw(F::items, items);
 }
 } // namespace
 
@@ -138,9 +142,9 @@ ReplyLine BridgeServer::answer(const QStringList& args) {
         return itemsReply(phone.list(storage, parent, objects), objects, faults.repeatItems);
     }
     const QString& verb = args[0];
-    if (verb == QLatin1String("scan") && args.size() == 1) return outcome(phone.scan());
-    if (verb == QLatin1String("get") || verb == QLatin1String("put")) return transfer(args);
-    if (verb == QLatin1String("info") || verb == QLatin1String("thumb")) return inspect(args);
+    if (verb == QLatin1String(Verb::scan) && args.size() == 1) return outcome(phone.scan());
+    if (verb == QLatin1String(Verb::get) || verb == QLatin1String(Verb::put)) return transfer(args);
+    if (verb == QLatin1String(Verb::info) || verb == QLatin1String(Verb::thumb)) return inspect(args);
     return edit(args);
 }
 
@@ -156,7 +160,7 @@ bool BridgeServer::transferGoesOn() {
 // go one after another and the first error ends the request, as separate requests would, without a
 // round trip each; a malformed request moves nothing.
 ReplyLine BridgeServer::transfer(const QStringList& args) {
-    const bool get = args[0] == QLatin1String("get");
+    const bool get = args[0] == QLatin1String(Verb::get);
     const qsizetype first = get ? 1 : 3, step = get ? 2 : 1;
     uint32_t storage = 0, parent = 0, id;
     if (args.size() < first + step || (args.size() - first) % step != 0) return failure(badRequest);
@@ -201,17 +205,17 @@ TransferProgress BridgeServer::progressTo(ProgressThrottle& throttle) {
 ReplyLine BridgeServer::edit(const QStringList& args) {
     const QString& verb = args[0];
     uint32_t id, storage, parent;
-    if (verb == QLatin1String("mkdir") && args.size() == 4 && number(args[1], storage) &&
+    if (verb == QLatin1String(Verb::mkdir) && args.size() == 4 && number(args[1], storage) &&
         number(args[2], parent)) {
         uint32_t created = 0;
         const std::string error = phone.makeFolder(storage, parent, utf8(args[3]), created);
-        return error.empty() ? ReplyLine().add("id", uint64_t(created)) : failure(error);
+        return error.empty() ? ReplyLine().add(F::id, uint64_t(created)) : failure(error);
     }
-    if (verb == QLatin1String("delete") && args.size() == 2 && number(args[1], id))
+    if (verb == QLatin1String(Verb::remove) && args.size() == 2 && number(args[1], id))
         return outcome(phone.remove(id));
-    if (verb == QLatin1String("rename") && args.size() == 3 && number(args[1], id))
+    if (verb == QLatin1String(Verb::rename) && args.size() == 3 && number(args[1], id))
         return outcome(phone.rename(id, utf8(args[2])));
-    if (verb == QLatin1String("move") && args.size() == 4 && number(args[1], id) &&
+    if (verb == QLatin1String(Verb::move) && args.size() == 4 && number(args[1], id) &&
         number(args[2], storage) && number(args[3], parent))
         return outcome(phone.move(id, storage, parent));
     return failure(badRequest);
@@ -219,17 +223,17 @@ ReplyLine BridgeServer::edit(const QStringList& args) {
 
 ReplyLine BridgeServer::inspect(const QStringList& args) {
     uint32_t id;
-    if (args.size() == 3 && args[0] == QLatin1String("thumb") && number(args[1], id))
+    if (args.size() == 3 && args[0] == QLatin1String(Verb::thumb) && number(args[1], id))
         return outcome(phone.thumbnail(id, utf8(args[2])));
-    if (args.size() != 2 || args[0] != QLatin1String("info") || !number(args[1], id))
+    if (args.size() != 2 || args[0] != QLatin1String(Verb::info) || !number(args[1], id))
         return failure(badRequest);
     PhoneObjectInfo info;
     const std::string error = phone.info(id, info);
     if (!error.empty()) return failure(error);
     ReplyLine reply;
-    if (info.width) reply.add("width", uint64_t(*info.width));
-    if (info.height) reply.add("height", uint64_t(*info.height));
-    if (info.created) reply.add("created", *info.created);
+    if (info.width) reply.add(F::width, uint64_t(*info.width));
+    if (info.height) reply.add(F::height, uint64_t(*info.height));
+    if (info.created) reply.add(F::created, *info.created);
     return reply;
 }
 
@@ -237,8 +241,8 @@ void BridgeServer::decorate(ReplyLine& reply, const QByteArray& line) const {
     if (faults.extraKeys)
         reply.addRaw("bridge", R"({"simulated":true,"answers":[1,"two",null]})")
             .add("sequence", uint64_t(served));
-    if (faults.nullProgress) reply.addNull("progress");
-    if (faults.echo) reply.add("name", std::string_view(line.constData(), size_t(line.size())));
+    if (faults.nullProgress) reply.addNull(F::progress);
+    if (faults.echo) reply.add(F::name, std::string_view(line.constData(), size_t(line.size())));
 }
 
 bool BridgeServer::writeLine(std::string line) {
@@ -259,7 +263,7 @@ bool BridgeServer::writeLine(std::string line) {
 }
 
 void BridgeServer::writeProgress(double fraction) {
-    writeLine(ReplyLine().add("progress", fraction).text());
+    writeLine(ReplyLine().add(F::progress, fraction).text());
 }
 
 // Never answers; being told to stop still ends it at once.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "phone/PhoneProtocol.h"
+
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -9,7 +11,7 @@
 namespace orvane {
 
 // The handle MTP uses for the root of a storage.
-constexpr uint32_t rootHandle = 0xFFFFFFFFu;
+constexpr uint32_t rootHandle = PhoneProtocol::rootHandle;
 
 // One object of a listing, as the bridge reports it.
 struct PhoneObject {

@@ -2,6 +2,7 @@
 
 #include "phone/PhoneBridge.h"
 #include "phone/PhoneBrowserState.h"
+#include "phone/PhoneProtocol.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -13,9 +14,6 @@
 namespace orvane {
 
 namespace {
-QString number(quint32 value) {
-    return QString::number(value);
-}
 
 // Every item below `root`, hidden ones too, with the bytes of each file.
 QMap<QString, QByteArray> localTree(const QString& root) {
@@ -80,7 +78,7 @@ PhoneReply PhoneParityBattery::request(const QStringList& args, QList<double>* p
 }
 
 std::optional<PhoneItem> PhoneParityBattery::find(quint32 parent, const QString& name, QString* error) {
-    const PhoneReply listing = request({number(storage), number(parent)});
+    const PhoneReply listing = request(PhoneProtocol::list(storage, parent));
     if (error) *error = listing.error.value_or(QString());
     for (const PhoneItem& item : listing.items.value_or(QList<PhoneItem>()))
         if (item.name == name) return item;
@@ -88,7 +86,7 @@ std::optional<PhoneItem> PhoneParityBattery::find(quint32 parent, const QString&
 }
 
 std::optional<quint32> PhoneParityBattery::makeFolder(quint32 parent, const QString& name) {
-    const PhoneReply reply = request({QStringLiteral("mkdir"), number(storage), number(parent), name});
+    const PhoneReply reply = request(PhoneProtocol::mkdir(storage, parent, name));
     if (reply.error || !reply.id) {
         check(QStringLiteral("mkdir of \"%1\" answers an id").arg(name), false,
               reply.error.value_or(QString()));
@@ -106,7 +104,7 @@ int PhoneParityBattery::run() {
                storages.error.value_or(QString())))
         return 1;
     storage = roots.first().storage;
-    check(QStringLiteral("scan finds the phone"), !request({QStringLiteral("scan")}).error);
+    check(QStringLiteral("scan finds the phone"), !request(PhoneProtocol::scan()).error);
     const QString name =
         QStringLiteral("Orvane-parity-") + QUuid::createUuid().toString(QUuid::WithoutBraces);
     const std::optional<quint32> made = makeFolder(phoneRootHandle, name);
@@ -139,12 +137,11 @@ void PhoneParityBattery::roundTrip(const QString& label, const QString& name, co
     }
     file.close();
     QList<double> progress;
-    const PhoneReply put =
-        request({QStringLiteral("put"), number(storage), number(scratch), sent}, &progress);
+    const PhoneReply put = request(PhoneProtocol::put(storage, scratch, {sent}), &progress);
     QString error = put.error.value_or(QString());
     const std::optional<PhoneItem> item = put.error ? std::nullopt : find(scratch, name, &error);
     const QString back = local.filePath(QStringLiteral("back-") + QUuid::createUuid().toString(QUuid::Id128));
-    const PhoneReply get = item ? request({QStringLiteral("get"), number(item->id), back}) : PhoneReply();
+    const PhoneReply get = item ? request(PhoneProtocol::get({{item->id, back}})) : PhoneReply();
     if (get.error) error = *get.error;
     QFile copy(back);
     const bool same = item && !get.error && item->size == quint64(content.size()) &&
@@ -157,27 +154,26 @@ void PhoneParityBattery::folders() {
     const std::optional<quint32> empty = makeFolder(scratch, QStringLiteral("Empty folder"));
     if (!empty) return;
     const std::optional<PhoneItem> listed = find(scratch, QStringLiteral("Empty folder"));
-    const PhoneReply inside = request({number(storage), number(*empty)});
+    const PhoneReply inside = request(PhoneProtocol::list(storage, *empty));
     check(QStringLiteral("an empty folder survives and lists as empty"),
           listed && listed->folder && listed->id == *empty && !inside.error && inside.items &&
               inside.items->isEmpty(),
           inside.error.value_or(QString()));
-    const PhoneReply renamed =
-        request({QStringLiteral("rename"), number(*empty), QStringLiteral("Renamed folder")});
+    const PhoneReply renamed = request(PhoneProtocol::rename(*empty, QStringLiteral("Renamed folder")));
     const std::optional<PhoneItem> after = find(scratch, QStringLiteral("Renamed folder"));
     check(QStringLiteral("rename keeps the handle"), !renamed.error && after && after->id == *empty,
           renamed.error.value_or(QString()));
     if (bigFile) {
-        const QString id = number(bigFile->id);
-        const PhoneReply moved = request({QStringLiteral("move"), id, number(storage), number(*empty)});
-        const PhoneReply named = request({QStringLiteral("rename"), id, QStringLiteral("moved.bin")});
+        const quint32 id = bigFile->id;
+        const PhoneReply moved = request(PhoneProtocol::move(id, storage, *empty));
+        const PhoneReply named = request(PhoneProtocol::rename(id, QStringLiteral("moved.bin")));
         const std::optional<PhoneItem> there = find(*empty, QStringLiteral("moved.bin"));
         check(QStringLiteral("move keeps the handle for a rename after it"),
               !moved.error && !named.error && there && there->id == bigFile->id &&
                   there->size == bigFile->size,
               moved.error.value_or(named.error.value_or(QString())));
     }
-    const PhoneReply removed = request({QStringLiteral("delete"), number(*empty)});
+    const PhoneReply removed = request(PhoneProtocol::remove(*empty));
     QString error;
     const bool gone = !find(scratch, QStringLiteral("Renamed folder"), &error) && error.isEmpty();
     check(QStringLiteral("delete takes a folder with its contents"), !removed.error && gone,
@@ -188,7 +184,7 @@ void PhoneParityBattery::thumbnail() {
     if (!arabicFile) return;
     const QString target =
         local.filePath(QUuid::createUuid().toString(QUuid::Id128) + QStringLiteral(".jpg"));
-    const PhoneReply reply = request({QStringLiteral("thumb"), number(arabicFile->id), target});
+    const PhoneReply reply = request(PhoneProtocol::thumb(arabicFile->id, target));
     check(QStringLiteral("a file without a thumbnail gives the exact literal"),
           reply.error == std::optional<QString>(QStringLiteral("No thumbnail available from phone.")),
           reply.error.value_or(QStringLiteral("no error")));
@@ -221,7 +217,7 @@ std::optional<QString> PhoneParityBattery::transfer(
 void PhoneParityBattery::browsing() {
     makeFolder(scratch, QStringLiteral("Zulu"));
     const QString alpha = makeLocal(QStringLiteral("browse/Alpha.txt"), "alpha");
-    request({QStringLiteral("put"), number(storage), number(scratch), alpha});
+    request(PhoneProtocol::put(storage, scratch, {alpha}));
     PhoneBrowserState state;
     state.setHistory({scratchItem});
     QEventLoop loop;
@@ -260,7 +256,7 @@ void PhoneParityBattery::transfers() {
           !sent && !got && localTree(back + QStringLiteral("/Trip")) == localTree(QFile::decodeName(trip)),
           sent.value_or(got.value_or(QStringLiteral("trees differ"))));
 
-    const PhoneReply before = request({number(storage), number(scratch)});
+    const PhoneReply before = request(PhoneProtocol::list(storage, scratch));
     const std::optional<QString> again =
         transfer([&](PhoneTransfer& t, auto done) { t.upload({trip}, scratchItem, done); });
     const QString link = local.filePath(QStringLiteral("linked/Linked"));
@@ -268,7 +264,7 @@ void PhoneParityBattery::transfers() {
     QFile::link(QStringLiteral("/"), link + QStringLiteral("/root"));
     const std::optional<QString> linked = transfer(
         [&](PhoneTransfer& t, auto done) { t.upload({QFile::encodeName(link)}, scratchItem, done); });
-    const PhoneReply after = request({number(storage), number(scratch)});
+    const PhoneReply after = request(PhoneProtocol::list(storage, scratch));
     check(QStringLiteral("refused sends leave the phone as it was"),
           again == PhoneTransfer::existsText() &&
               linked == QStringLiteral("Unsupported or inaccessible source: root") &&
@@ -291,10 +287,8 @@ void PhoneParityBattery::transfers() {
 void PhoneParityBattery::fileOperations() {
     const std::optional<quint32> into = makeFolder(scratch, QStringLiteral("Ops target"));
     if (!into) return;
-    request({QStringLiteral("put"), number(storage), number(scratch),
-             makeLocal(QStringLiteral("ops/ops.txt"), "ops")});
-    request(
-        {QStringLiteral("put"), number(storage), number(*into), makeLocal(QStringLiteral("ops/Zulu"), "z")});
+    request(PhoneProtocol::put(storage, scratch, {makeLocal(QStringLiteral("ops/ops.txt"), "ops")}));
+    request(PhoneProtocol::put(storage, *into, {makeLocal(QStringLiteral("ops/Zulu"), "z")}));
     PhoneBrowserState state;
     state.setHistory({scratchItem});
     state.reload();
@@ -339,8 +333,8 @@ void PhoneParityBattery::fileOperations() {
 }
 
 void PhoneParityBattery::removeScratch() {
-    const PhoneReply removed = request({QStringLiteral("delete"), number(scratch)});
-    const PhoneReply listing = request({number(storage), number(phoneRootHandle)});
+    const PhoneReply removed = request(PhoneProtocol::remove(scratch));
+    const PhoneReply listing = request(PhoneProtocol::list(storage, phoneRootHandle));
     bool gone = !listing.error;
     for (const PhoneItem& item : listing.items.value_or(QList<PhoneItem>()))
         gone = gone && item.id != scratch;

@@ -1,6 +1,7 @@
 #include "chrome/ExplorerChrome.h"
 #include "core/Job.h"
 #include "core/Jobs.h"
+#include "core/ShortcutRows.h"
 #include "kit/CommandBinding.h"
 #include "kit/TransferProgressEdge.h"
 #include "kit/WindowWidgets.h"
@@ -158,7 +159,8 @@ void ExplorerChrome::updateLocation() {
 
 void ExplorerChrome::updateActionState() {
     // Before the states go round: a place of another kind may retitle the button as they do.
-    w.widgets().action("trash")->setToolTip(QStringLiteral("Move to Trash · Delete"));
+    w.widgets().action("trash")->setToolTip(toolTipWithKey(
+        QStringLiteral("Move to Trash"), QStringLiteral("trashAction"), PhysicalKey::ForwardDelete));
     w.commands().refresh();
     // The New menu holds commands; a place that answers none of them (a phone tab) greys it.
     w.widgets().action("new")->setEnabled(ActionState::create(w.selectionFacts()) &&

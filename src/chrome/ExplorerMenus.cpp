@@ -23,11 +23,12 @@ QAction* item(QMenu* menu, BrowserWindow* w, const char* name, const QString& ti
     return CommandBinding::addTo(w->commands(), menu, QLatin1String(name), arg, title);
 }
 
-// The context menu's own enabled rule, within what the command allows.
+// The context menu's own rule narrows what the command allows, never widens it: an item that
+// could be chosen must also run.
 QAction* contextItem(QMenu* menu, BrowserWindow* w, const char* name, bool allowed,
                      const QString& title = {}) {
     QAction* action = item(menu, w, name, title);
-    action->setEnabled(allowed && w->commands().contains(QLatin1String(name)));
+    action->setEnabled(allowed && w->commands().isEnabled(QLatin1String(name)));
     return action;
 }
 
@@ -94,14 +95,14 @@ void ExplorerMenus::fillContextMenu(QMenu* menu, BrowserWindow* w) {
     contextItem(menu, w, "openNewTabSelected", M::openInNewTab(f), QStringLiteral("Open in new tab"));
     item(menu, w, "pinAction");
     menu->addSeparator();
-    contextItem(menu, w, "cutAction", M::cut(f), QStringLiteral("Cut"));
-    contextItem(menu, w, "copyAction", M::copy(f), QStringLiteral("Copy"));
-    contextItem(menu, w, "pasteAction", ActionState::paste(f), QStringLiteral("Paste"));
+    item(menu, w, "cutAction", QStringLiteral("Cut"));
+    item(menu, w, "copyAction", QStringLiteral("Copy"));
+    item(menu, w, "pasteAction", QStringLiteral("Paste"));
     item(menu, w, "copyPathAction", QStringLiteral("Copy as path"));
     contextItem(menu, w, "compressAction", M::compress(f), QStringLiteral("Compress"));
     menu->addSeparator();
-    contextItem(menu, w, "renameAction", M::rename(f), QStringLiteral("Rename"));
-    contextItem(menu, w, "trashAction", M::trash(f), QStringLiteral("Move to Trash"));
+    item(menu, w, "renameAction", QStringLiteral("Rename"));
+    item(menu, w, "trashAction", QStringLiteral("Move to Trash"));
     item(menu, w, "newFolder", QStringLiteral("New folder"));
     menu->addSeparator();
     item(menu, w, "propertiesAction", QStringLiteral("Properties"));

@@ -1,4 +1,5 @@
 #include "chrome/ExplorerTabStrip.h"
+#include "core/ShortcutRows.h"
 
 #include "chrome/TabAccessibility.h"
 #include "kit/AccessibleName.h"
@@ -21,13 +22,13 @@ namespace {
 
 constexpr int buttonHeight = 28;
 
-QToolButton* stripButton(QWidget* parent, const char* symbol, const char* tip, int width) {
+QToolButton* stripButton(QWidget* parent, const char* symbol, const QString& tip, int width) {
     auto* button = new QToolButton(parent);
     button->setIcon(symbolIcon(QLatin1String(symbol)));
     button->setIconSize(QSize(14, 14));
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::NoFocus);
-    button->setToolTip(QString::fromUtf8(tip));
+    button->setToolTip(tip);
     button->setFixedSize(width, buttonHeight);
     AccessibleName::name(button);
     return button;
@@ -44,7 +45,9 @@ ExplorerTabStrip::ExplorerTabStrip(QWidget* parent)
       overflowControls(new QWidget(this)),
       backButton(stripButton(overflowControls, "chevron.left", "Scroll tabs left", 24)),
       forwardButton(stripButton(overflowControls, "chevron.right", "Scroll tabs right", 24)),
-      plusButton(stripButton(this, "plus", "New tab · Ctrl+T", buttonHeight)),
+      plusButton(stripButton(
+          this, "plus", toolTipWithKey(QStringLiteral("New tab"), QStringLiteral("newTab"), PhysicalKey::T),
+          buttonHeight)),
       scrollAnimation(new QVariantAnimation(this)), folderIcon(symbolIcon(QStringLiteral("folder"))) {
     setObjectName(QStringLiteral("tabStrip"));
     clip->setObjectName(QStringLiteral("tabViewport"));

@@ -37,7 +37,6 @@ public:
     void scrollTabsRight() { scrollTabs(+1); }
 
     QList<ExplorerTabView*> orderedTabViews() const;
-    ExplorerTabView* tabView(const QUuid& id) const { return tabViews.value(id); }
     const TabStripLayout& tabLayout() const { return layoutNow; }
     // The left edge of the visible part of the document, in document coordinates.
     qreal scrollOrigin() const { return origin; }

@@ -1,4 +1,5 @@
 #include "chrome/ExplorerTabView.h"
+#include "core/ShortcutRows.h"
 
 #include "chrome/TabStripLayout.h"
 #include "kit/Palette.h"
@@ -64,7 +65,8 @@ ExplorerTabView::ExplorerTabView(const QUuid& tabID, QWidget* parent)
     closer->setFixedSize(closeSize, closeSize);
     closer->setIconSize(QSize(12, 12));
     closer->setIcon(closeIcon);
-    closer->setToolTip(QStringLiteral("Close tab · Ctrl+W"));
+    closer->setToolTip(
+        toolTipWithKey(QStringLiteral("Close tab"), QStringLiteral("closeTab"), PhysicalKey::W));
     closer->setStyleSheet(QStringLiteral("QToolButton { padding: 0; margin: 3px; border-radius: 10px; }"
                                          "QToolButton:hover { background: rgba(255, 255, 255, 30); }"
                                          "QToolButton:pressed { background: rgba(255, 255, 255, 45); }"));

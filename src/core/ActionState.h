@@ -47,8 +47,7 @@ inline QString pinButtonTitle(const SelectionFacts& f) {
                                                           : QStringLiteral("Pin folder");
 }
 
-// The context menu differs from the toolbar in a few places: Copy ignores busy, Rename and Trash ignore it
-// too.
+// Where the context menu asks more than the command's own rule.
 namespace Menu {
 inline bool open(const SelectionFacts& f) {
     return f.count > 0;
@@ -56,20 +55,8 @@ inline bool open(const SelectionFacts& f) {
 inline bool openInNewTab(const SelectionFacts& f) {
     return f.singlePlainFolder;
 }
-inline bool cut(const SelectionFacts& f) {
-    return f.count > 0 && !f.busy;
-}
-inline bool copy(const SelectionFacts& f) {
-    return f.count > 0;
-}
 inline bool compress(const SelectionFacts& f) {
     return f.count > 0 && !f.busy;
-}
-inline bool rename(const SelectionFacts& f) {
-    return f.count == 1;
-}
-inline bool trash(const SelectionFacts& f) {
-    return f.count > 0;
 }
 } // namespace Menu
 } // namespace ActionState

@@ -14,8 +14,6 @@ struct KeyHooks {
     std::function<bool(PhysicalKey key)> sidebarKey;
     // The view modes: the file list shown in place of the table, or null in Details.
     std::function<QWidget*()> iconFileList;
-    // A floating preview: closes a visible one and answers whether there was one.
-    std::function<bool()> dismissQuickLook;
 };
 
 } // namespace orvane

@@ -112,10 +112,6 @@ void ExplorerFileOps::registerOperations() {
                      [this] { cancelPendingRename(); });
 }
 
-bool ExplorerFileOps::transferRunning() const {
-    return engine->running();
-}
-
 // ---------------------------------------------------------------- clipboard and transfers
 
 void ExplorerFileOps::copyAction() {

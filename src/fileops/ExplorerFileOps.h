@@ -56,8 +56,6 @@ public:
     void trashAction();
     void permanentlyDeleteAction();
 
-    bool transferRunning() const;
-
 signals:
     // A transfer or deletion ended and the window has caught up with it.
     void jobFinished();

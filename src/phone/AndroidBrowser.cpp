@@ -371,7 +371,7 @@ void AndroidBrowser::fillContextMenu(QMenu* menu) {
     const bool free = !phone.busy();
     auto add = [this, menu](const char* name, const QString& title, bool allowed) {
         QAction* action = CommandBinding::addTo(w.commands(), menu, QLatin1String(name), {}, title);
-        action->setEnabled(allowed && w.commands().contains(QLatin1String(name)));
+        action->setEnabled(allowed && w.commands().isEnabled(QLatin1String(name)));
     };
     if (chosen.isEmpty()) {
         add("pasteAction", QStringLiteral("Paste"), canPasteFiles());

@@ -2,6 +2,7 @@
 
 #include "phone/PhoneBridge.h"
 #include "phone/PhoneLocation.h"
+#include "phone/PhoneProtocol.h"
 
 #include <QUrl>
 #include <memory>
@@ -25,9 +26,9 @@ QStringList pathNames(const QString& path) {
 
 void step(std::shared_ptr<Walk> walk) {
     if (walk->chain.size() == walk->names.size()) return walk->done({walk->chain, {}});
-    QStringList request;
-    if (!walk->chain.isEmpty())
-        request = {QString::number(walk->chain.last().storage), QString::number(walk->chain.last().id)};
+    const QList<PhoneItem>& chain = walk->chain;
+    const QStringList request = chain.isEmpty() ? PhoneProtocol::storages()
+                                                : PhoneProtocol::list(chain.last().storage, chain.last().id);
     PhoneBridge::run(request, nullptr, [walk](const PhoneReply& reply) {
         if (reply.error) return walk->done({std::nullopt, *reply.error});
         const QString& wanted = walk->names.at(walk->chain.size());

@@ -1,6 +1,7 @@
 #include "phone/PhoneBridge.h"
 
 #include "phone/BridgeProcess.h"
+#include "phone/PhoneProtocol.h"
 #include "phone/UnfinishedPuts.h"
 
 #include <QCoreApplication>
@@ -134,7 +135,7 @@ PhoneReply BridgeQueue::serve(const Request& request) {
     }
     PhoneReply reply = PhoneReply::failure(PhoneBridge::unavailableText());
     if (!process) return reply;
-    const bool put = request.args.value(0) == QLatin1String("put");
+    const bool put = request.args.value(0) == QLatin1String(PhoneProtocol::Verb::put);
     if (put) unfinished.sending(request.args);
     if (!exchange(request, reply))
         process.reset(); // terminates the child
@@ -160,8 +161,7 @@ void BridgeQueue::clearUp(const Request& request) {
 // The watchdog is one limit for the whole request. Transfers run as long as they take while they move;
 // one that sends no progress for the stall limit is hung, and ending the bridge ends it.
 bool BridgeQueue::exchange(const Request& request, PhoneReply& reply) {
-    const QString verb = request.args.value(0);
-    const bool transfer = verb == QLatin1String("get") || verb == QLatin1String("put");
+    const bool transfer = PhoneProtocol::isTransfer(request.args);
     BridgeProcess::Deadline deadline =
         std::chrono::steady_clock::now() + (transfer ? request.stall : request.limit);
     QByteArray line = QJsonDocument(QJsonArray::fromStringList(request.args)).toJson(QJsonDocument::Compact);
@@ -190,6 +190,43 @@ void PhoneBridge::run(const QStringList& args, Progress progress, Done done) {
     request.progress = std::move(progress);
     request.done = std::move(done);
     bridgeQueue().submit(std::move(request));
+}
+
+void PhoneBridge::scan(Done done) {
+    run(PhoneProtocol::scan(), nullptr, std::move(done));
+}
+
+void PhoneBridge::list(quint32 storage, quint32 parent, Done done) {
+    run(PhoneProtocol::list(storage, parent), nullptr, std::move(done));
+}
+
+void PhoneBridge::get(const QList<std::pair<quint32, QString>>& files, Progress progress, Done done) {
+    run(PhoneProtocol::get(files), std::move(progress), std::move(done));
+}
+
+void PhoneBridge::put(quint32 storage, quint32 parent, const QStringList& paths, Progress progress,
+                      Done done) {
+    run(PhoneProtocol::put(storage, parent, paths), std::move(progress), std::move(done));
+}
+
+void PhoneBridge::mkdir(quint32 storage, quint32 parent, const QString& name, Done done) {
+    run(PhoneProtocol::mkdir(storage, parent, name), nullptr, std::move(done));
+}
+
+void PhoneBridge::rename(quint32 id, const QString& name, Done done) {
+    run(PhoneProtocol::rename(id, name), nullptr, std::move(done));
+}
+
+void PhoneBridge::move(quint32 id, quint32 storage, quint32 parent, Done done) {
+    run(PhoneProtocol::move(id, storage, parent), nullptr, std::move(done));
+}
+
+void PhoneBridge::remove(quint32 id, Done done) {
+    run(PhoneProtocol::remove(id), nullptr, std::move(done));
+}
+
+void PhoneBridge::info(quint32 id, Done done) {
+    run(PhoneProtocol::info(id), nullptr, std::move(done));
 }
 
 void PhoneBridge::restart() {

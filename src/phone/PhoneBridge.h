@@ -2,6 +2,7 @@
 
 #include "phone/PhoneReply.h"
 
+#include <QList>
 #include <QStringList>
 #include <chrono>
 #include <functional>
@@ -21,6 +22,17 @@ public:
     // Returns at once. `progress` (optional) runs for each progress line and `done` exactly once
     // after them, both on the main thread.
     static void run(const QStringList& args, Progress progress, Done done);
+    // One call a request of the protocol, each as `run`.
+    static void scan(Done done);
+    static void list(quint32 storage, quint32 parent, Done done);
+    // Each pair is a handle and the local path it is written to.
+    static void get(const QList<std::pair<quint32, QString>>& files, Progress progress, Done done);
+    static void put(quint32 storage, quint32 parent, const QStringList& paths, Progress progress, Done done);
+    static void mkdir(quint32 storage, quint32 parent, const QString& name, Done done);
+    static void rename(quint32 id, const QString& name, Done done);
+    static void move(quint32 id, quint32 storage, quint32 parent, Done done);
+    static void remove(quint32 id, Done done);
+    static void info(quint32 id, Done done);
 
     static QString unavailableText();
     // What the client cleared up on the phone after a bridge that died, said once; a new bridge first

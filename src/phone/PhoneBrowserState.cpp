@@ -2,6 +2,7 @@
 
 #include "phone/PhoneAddress.h"
 #include "phone/PhoneBridge.h"
+#include "phone/PhoneProtocol.h"
 #include "phone/PhoneTransfer.h"
 #include "platform/Platform.h"
 
@@ -59,8 +60,8 @@ void PhoneBrowserState::reload() {
     stale = false;
     lock(QStringLiteral("Reading phone…"));
     reading = true;
-    QStringList request;
-    if (!chain.isEmpty()) request = {QString::number(chain.last().storage), QString::number(chain.last().id)};
+    const QStringList request = chain.isEmpty() ? PhoneProtocol::storages()
+                                                : PhoneProtocol::list(chain.last().storage, chain.last().id);
     PhoneBridge::run(request, nullptr, [self = QPointer(this), asked = generation](const PhoneReply& reply) {
         if (self && self->generation == asked) self->answered(reply);
     });
@@ -124,13 +125,6 @@ QString PhoneBrowserState::heading() const {
     for (const PhoneItem& item : chain)
         names << item.name;
     return names.join(QStringLiteral(" / "));
-}
-
-QString PhoneBrowserState::addressText() const {
-    QStringList names{phoneTitle};
-    for (const PhoneItem& item : chain)
-        names << item.name;
-    return names.join(u'/');
 }
 
 QString PhoneBrowserState::title() const {
@@ -238,7 +232,7 @@ std::optional<QString> PhoneBrowserState::renameRefusal(const QList<PhoneItem>& 
 void PhoneBrowserState::rename(const PhoneItem& item, const QString& name) {
     if (locked || chain.isEmpty() || name == item.name) return;
     if (const std::optional<QString> refusal = renameRefusal(base, item, name)) return unlock(*refusal);
-    mutate({QStringLiteral("rename"), QString::number(item.id), name}, QStringLiteral("Renaming…"));
+    mutate(PhoneProtocol::rename(item.id, name), QStringLiteral("Renaming…"));
 }
 
 QString PhoneBrowserState::freeFolderName(const QList<PhoneItem>& siblings) {
@@ -256,8 +250,8 @@ void PhoneBrowserState::createFolder() {
     const QString name = freeFolderName(base);
     pendingFolder = name;
     const PhoneItem& here = chain.last();
-    mutate({QStringLiteral("mkdir"), QString::number(here.storage), QString::number(here.id), name},
-           QStringLiteral("Creating folder…"), [self = QPointer(this)](const PhoneReply& reply) {
+    mutate(PhoneProtocol::mkdir(here.storage, here.id, name), QStringLiteral("Creating folder…"),
+           [self = QPointer(this)](const PhoneReply& reply) {
                if (reply.error) self->pendingFolder.reset();
            });
 }
@@ -275,12 +269,11 @@ void PhoneBrowserState::deleteNext(QList<PhoneItem> items) {
     }
     const PhoneItem item = items.takeFirst();
     lock(QStringLiteral("Deleting ") + item.name + u'…');
-    PhoneBridge::run({QStringLiteral("delete"), QString::number(item.id)}, nullptr,
-                     [self = QPointer(this), items](const PhoneReply& reply) {
-                         if (!self) return;
-                         if (reply.error) return self->unlock(*reply.error);
-                         self->deleteNext(items);
-                     });
+    PhoneBridge::remove(item.id, [self = QPointer(this), items](const PhoneReply& reply) {
+        if (!self) return;
+        if (reply.error) return self->unlock(*reply.error);
+        self->deleteNext(items);
+    });
 }
 
 QString PhoneBrowserState::intoItselfText() {
@@ -303,18 +296,18 @@ void PhoneBrowserState::moveItems(const QList<PhoneItem>& items, const PhoneItem
         if (item.id == target.id || above) return unlock(intoItselfText());
     }
     lock(QStringLiteral("Checking destination…"));
-    const QStringList listing = {QString::number(target.storage), QString::number(target.id)};
-    PhoneBridge::run(listing, nullptr, [self = QPointer(this), items, target](const PhoneReply& reply) {
-        if (!self) return;
-        if (reply.error) return self->unlock(*reply.error);
-        QSet<QString> there;
-        for (const PhoneItem& item : reply.items.value_or(QList<PhoneItem>()))
-            there.insert(item.name);
-        for (const PhoneItem& item : items)
-            if (there.contains(item.name)) return self->unlock(moveClashText());
-        emit self->transferStarted();
-        self->moveNext(items, target, items.size());
-    });
+    PhoneBridge::list(target.storage, target.id,
+                      [self = QPointer(this), items, target](const PhoneReply& reply) {
+                          if (!self) return;
+                          if (reply.error) return self->unlock(*reply.error);
+                          QSet<QString> there;
+                          for (const PhoneItem& item : reply.items.value_or(QList<PhoneItem>()))
+                              there.insert(item.name);
+                          for (const PhoneItem& item : items)
+                              if (there.contains(item.name)) return self->unlock(moveClashText());
+                          emit self->transferStarted();
+                          self->moveNext(items, target, items.size());
+                      });
 }
 
 void PhoneBrowserState::moveNext(QList<PhoneItem> items, const PhoneItem& target, qsizetype total) {
@@ -326,17 +319,16 @@ void PhoneBrowserState::moveNext(QList<PhoneItem> items, const PhoneItem& target
     }
     const PhoneItem item = items.takeFirst();
     lock(QStringLiteral("Moving ") + item.name + u'…');
-    const QStringList args = {QStringLiteral("move"), QString::number(item.id),
-                              QString::number(target.storage), QString::number(target.id)};
-    PhoneBridge::run(args, nullptr, [self = QPointer(this), items, target, total](const PhoneReply& reply) {
-        if (!self) return;
-        if (reply.error) {
-            emit self->transferFinished();
-            return self->unlock(*reply.error);
-        }
-        emit self->transferProgress(double(total - items.size()) / double(total));
-        self->moveNext(items, target, total);
-    });
+    PhoneBridge::move(item.id, target.storage, target.id,
+                      [self = QPointer(this), items, target, total](const PhoneReply& reply) {
+                          if (!self) return;
+                          if (reply.error) {
+                              emit self->transferFinished();
+                              return self->unlock(*reply.error);
+                          }
+                          emit self->transferProgress(double(total - items.size()) / double(total));
+                          self->moveNext(items, target, total);
+                      });
 }
 
 } // namespace orvane

@@ -46,8 +46,6 @@ public:
 
     // "Android USB / Internal storage / DCIM", the heading.
     QString heading() const;
-    // "Android USB/Internal storage/DCIM", what the address box shows and takes back.
-    QString addressText() const;
     QString title() const;
     QList<PhoneItem> chainTo(const PhoneItem& folder) const;
 

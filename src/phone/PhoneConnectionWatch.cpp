@@ -19,7 +19,7 @@ void PhoneConnectionWatch::start() {
 
 void PhoneConnectionWatch::ask() {
     asking = true;
-    PhoneBridge::run({QStringLiteral("scan")}, nullptr, [self = QPointer(this)](const PhoneReply& reply) {
+    PhoneBridge::scan([self = QPointer(this)](const PhoneReply& reply) {
         if (!self) return;
         self->asking = false;
         self->timer.start();

@@ -4,21 +4,23 @@
 
 namespace orvane {
 
+namespace F = PhoneProtocol::Field;
+
 QString PhoneItem::textKey() const {
     return QString::number(storage) + u':' + QString::number(id);
 }
 
 QJsonObject PhoneItem::toJson() const {
-    QJsonObject object{{QLatin1String("id"), qint64(id)},
-                       {QLatin1String("storage"), qint64(storage)},
-                       {QLatin1String("name"), name},
-                       {QLatin1String("folder"), folder},
-                       {QLatin1String("size"),
+    QJsonObject object{{QLatin1String(F::id), qint64(id)},
+                       {QLatin1String(F::storage), qint64(storage)},
+                       {QLatin1String(F::name), name},
+                       {QLatin1String(F::folder), folder},
+                       {QLatin1String(F::size),
                         size <= quint64(INT64_MAX) ? QJsonValue(qint64(size)) : QJsonValue(double(size))}};
-    if (modified) object.insert(QLatin1String("modified"), *modified);
-    if (created) object.insert(QLatin1String("created"), *created);
-    if (width) object.insert(QLatin1String("width"), qint64(*width));
-    if (height) object.insert(QLatin1String("height"), qint64(*height));
+    if (modified) object.insert(QLatin1String(F::modified), *modified);
+    if (created) object.insert(QLatin1String(F::created), *created);
+    if (width) object.insert(QLatin1String(F::width), qint64(*width));
+    if (height) object.insert(QLatin1String(F::height), qint64(*height));
     return object;
 }
 
@@ -27,15 +29,15 @@ std::optional<PhoneItem> PhoneItem::fromJson(const QJsonValue& value) {
     const QJsonObject object = value.toObject();
     PhoneItem item;
     using namespace PhoneJson;
-    const bool ok = requiredUInt32(object, QLatin1String("id"), item.id) &&
-                    requiredUInt32(object, QLatin1String("storage"), item.storage) &&
-                    requiredString(object, QLatin1String("name"), item.name) &&
-                    requiredBool(object, QLatin1String("folder"), item.folder) &&
-                    requiredUInt64(object, QLatin1String("size"), item.size) &&
-                    optionalDouble(object, QLatin1String("modified"), item.modified) &&
-                    optionalString(object, QLatin1String("created"), item.created) &&
-                    optionalUInt32(object, QLatin1String("width"), item.width) &&
-                    optionalUInt32(object, QLatin1String("height"), item.height);
+    const bool ok = requiredUInt32(object, QLatin1String(F::id), item.id) &&
+                    requiredUInt32(object, QLatin1String(F::storage), item.storage) &&
+                    requiredString(object, QLatin1String(F::name), item.name) &&
+                    requiredBool(object, QLatin1String(F::folder), item.folder) &&
+                    requiredUInt64(object, QLatin1String(F::size), item.size) &&
+                    optionalDouble(object, QLatin1String(F::modified), item.modified) &&
+                    optionalString(object, QLatin1String(F::created), item.created) &&
+                    optionalUInt32(object, QLatin1String(F::width), item.width) &&
+                    optionalUInt32(object, QLatin1String(F::height), item.height);
     return ok ? std::optional<PhoneItem>(std::move(item)) : std::nullopt;
 }
 

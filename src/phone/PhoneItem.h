@@ -1,13 +1,14 @@
 #pragma once
 
+#include "phone/PhoneProtocol.h"
+
 #include <QJsonObject>
 #include <QString>
 #include <optional>
 
 namespace orvane {
 
-// The handle of a storage's root.
-constexpr quint32 phoneRootHandle = 0xFFFFFFFFu;
+constexpr quint32 phoneRootHandle = PhoneProtocol::rootHandle;
 
 // One object on the phone. An object is known by its storage and handle, never by its name.
 struct PhoneItem {

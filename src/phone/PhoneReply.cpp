@@ -7,9 +7,11 @@
 
 namespace orvane {
 
+namespace F = PhoneProtocol::Field;
+
 namespace {
 bool readItems(const QJsonObject& object, std::optional<QList<PhoneItem>>& out) {
-    const QJsonValue value = object.value(QLatin1String("items"));
+    const QJsonValue value = object.value(QLatin1String(F::items));
     if (value.isUndefined() || value.isNull()) return true;
     if (!value.isArray()) return false;
     const QJsonArray array = value.toArray();
@@ -38,14 +40,14 @@ std::optional<PhoneReply> PhoneReply::decode(const QByteArray& line) {
     const QJsonObject object = document.object();
     PhoneReply reply;
     using namespace PhoneJson;
-    const bool ok = optionalString(object, QLatin1String("name"), reply.name) &&
-                    optionalString(object, QLatin1String("error"), reply.error) &&
+    const bool ok = optionalString(object, QLatin1String(F::name), reply.name) &&
+                    optionalString(object, QLatin1String(F::error), reply.error) &&
                     readItems(object, reply.items) &&
-                    optionalDouble(object, QLatin1String("progress"), reply.progress) &&
-                    optionalUInt32(object, QLatin1String("id"), reply.id) &&
-                    optionalUInt32(object, QLatin1String("width"), reply.width) &&
-                    optionalUInt32(object, QLatin1String("height"), reply.height) &&
-                    optionalString(object, QLatin1String("created"), reply.created);
+                    optionalDouble(object, QLatin1String(F::progress), reply.progress) &&
+                    optionalUInt32(object, QLatin1String(F::id), reply.id) &&
+                    optionalUInt32(object, QLatin1String(F::width), reply.width) &&
+                    optionalUInt32(object, QLatin1String(F::height), reply.height) &&
+                    optionalString(object, QLatin1String(F::created), reply.created);
     return ok ? std::optional<PhoneReply>(std::move(reply)) : std::nullopt;
 }
 

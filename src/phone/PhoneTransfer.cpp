@@ -16,14 +16,6 @@
 namespace orvane {
 
 namespace {
-QString number(quint32 value) {
-    return QString::number(value);
-}
-
-QStringList listing(const PhoneItem& folder) {
-    return {number(folder.storage), number(folder.id)};
-}
-
 QString systemText(const QString& what, int code) {
     return what + QStringLiteral(": ") + QString::fromLocal8Bit(std::strerror(code));
 }
@@ -86,19 +78,19 @@ void PhoneTransfer::upload(const QList<QByteArray>& paths, const PhoneItem& pare
 // Every folder level is listed once, and all its names checked, before any of it is sent.
 void PhoneTransfer::sendLevel(const Nodes* nodes, const PhoneItem& parent, Done done) {
     if (nodes->isEmpty()) return done(std::nullopt);
-    PhoneBridge::run(listing(parent), nullptr,
-                     [self = shared_from_this(), nodes, parent, done](const PhoneReply& reply) {
-                         if (reply.error) return done(reply.error);
-                         QSet<QString> taken;
-                         for (const PhoneItem& item : reply.items.value_or(QList<PhoneItem>()))
-                             taken.insert(item.name);
-                         for (const UploadNode& node : *nodes) {
-                             // Two sources of one name would collide on the phone half-way through.
-                             if (taken.contains(node.name)) return done(existsText());
-                             taken.insert(node.name);
-                         }
-                         self->sendNext(nodes, 0, parent, done);
-                     });
+    PhoneBridge::list(parent.storage, parent.id,
+                      [self = shared_from_this(), nodes, parent, done](const PhoneReply& reply) {
+                          if (reply.error) return done(reply.error);
+                          QSet<QString> taken;
+                          for (const PhoneItem& item : reply.items.value_or(QList<PhoneItem>()))
+                              taken.insert(item.name);
+                          for (const UploadNode& node : *nodes) {
+                              // Two sources of one name would collide on the phone half-way through.
+                              if (taken.contains(node.name)) return done(existsText());
+                              taken.insert(node.name);
+                          }
+                          self->sendNext(nodes, 0, parent, done);
+                      });
 }
 
 void PhoneTransfer::sendNext(const Nodes* nodes, qsizetype index, const PhoneItem& parent, Done done) {
@@ -113,8 +105,8 @@ void PhoneTransfer::sendNext(const Nodes* nodes, qsizetype index, const PhoneIte
 }
 
 void PhoneTransfer::sendFolder(const UploadNode& node, const PhoneItem& parent, Done next) {
-    PhoneBridge::run(
-        {QStringLiteral("mkdir"), number(parent.storage), number(parent.id), node.name}, nullptr,
+    PhoneBridge::mkdir(
+        parent.storage, parent.id, node.name,
         [self = shared_from_this(), node = &node, storage = parent.storage, next](const PhoneReply& reply) {
             if (reply.error) return next(reply.error);
             if (!reply.id) return next(QStringLiteral("Folder creation failed"));
@@ -129,15 +121,15 @@ void PhoneTransfer::sendFolder(const UploadNode& node, const PhoneItem& parent, 
 
 // The files that follow one another at `index` go in one "put", which stops at the first error.
 void PhoneTransfer::sendFiles(const Nodes* nodes, qsizetype index, const PhoneItem& parent, Done done) {
-    QStringList request = {QStringLiteral("put"), number(parent.storage), number(parent.id)};
+    QStringList paths;
     qsizetype end = index, bytes = 0;
     for (; end < nodes->size() && !nodes->at(end).folder && end - index < batchFiles; ++end) {
         bytes += nodes->at(end).path.size();
         if (end > index && bytes > batchPathBytes) break;
-        request << QString::fromUtf8(nodes->at(end).path);
+        paths << QString::fromUtf8(nodes->at(end).path);
     }
     if (progress) progress(0);
-    PhoneBridge::run(request, forwarder(),
+    PhoneBridge::put(parent.storage, parent.id, paths, forwarder(),
                      [self = shared_from_this(), nodes, end, parent, done](const PhoneReply& reply) {
                          if (reply.error) return done(reply.error);
                          self->sendNext(nodes, end, parent, done);
@@ -165,8 +157,8 @@ void PhoneTransfer::fetchNext(std::shared_ptr<const QList<PhoneItem>> items, qsi
 }
 
 void PhoneTransfer::fetchFolder(const PhoneItem& item, const QByteArray& destination, Done next) {
-    PhoneBridge::run(
-        listing(item), nullptr,
+    PhoneBridge::list(
+        item.storage, item.id,
         [self = shared_from_this(), name = item.name, destination, next](const PhoneReply& reply) {
             if (reply.error) return next(reply.error);
             if (::mkdir(destination.constData(), 0777) != 0) {
@@ -189,18 +181,18 @@ void PhoneTransfer::fetchFiles(std::shared_ptr<const QList<PhoneItem>> items, qs
         return done(QStringLiteral("Cannot copy ") + items->at(index).name +
                     QStringLiteral(" into a folder whose path isn't valid UTF-8 text."));
     auto staged = std::make_shared<QList<Staged>>();
-    QStringList request = {QStringLiteral("get")};
+    QList<std::pair<quint32, QString>> files;
     for (qsizetype i = index; i < items->size() && staged->size() < batchFiles; ++i) {
         const PhoneItem& item = items->at(i);
         const QByteArray destination = folder + '/' + QFile::encodeName(item.name);
         if (item.folder || !valid(item.name) || (i > index && present(destination))) break;
         const QString unique = QUuid::createUuid().toString(QUuid::WithoutBraces);
         staged->append({item.name, prefix + unique.toLatin1(), destination});
-        request << number(item.id) << *prefixText + unique;
+        files.append({item.id, *prefixText + unique});
     }
     if (progress) progress(0);
-    PhoneBridge::run(
-        request, forwarder(),
+    PhoneBridge::get(
+        files, forwarder(),
         [self = shared_from_this(), items, index, folder, done, staged](const PhoneReply& reply) {
             if (const std::optional<QString> error = settle(*staged, reply.error)) return done(error);
             self->fetchNext(items, index + staged->size(), folder, done);

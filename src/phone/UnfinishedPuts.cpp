@@ -1,4 +1,5 @@
 #include "phone/UnfinishedPuts.h"
+#include "phone/PhoneProtocol.h"
 
 #include <sys/stat.h>
 
@@ -22,7 +23,7 @@ QStringList UnfinishedPuts::clearUp(const Ask& ask) {
         for (const PhoneItem& item : listing.items.value_or(QList<PhoneItem>())) {
             if (item.name != file.name || item.folder || qint64(item.size) >= file.size) continue;
             PhoneReply deleted;
-            if (!ask({QStringLiteral("delete"), QString::number(item.id)}, deleted)) return removed;
+            if (!ask(PhoneProtocol::remove(item.id), deleted)) return removed;
             if (!deleted.error) removed << file.name;
         }
         files.removeLast();

@@ -1,6 +1,7 @@
 #include "search/PhoneSearch.h"
 
 #include "phone/PhoneBridge.h"
+#include "phone/PhoneProtocol.h"
 #include "search/SearchText.h"
 
 #include <QPointer>
@@ -34,8 +35,8 @@ QString keyOf(const QList<PhoneItem>& chain) {
 }
 
 QStringList requestFor(const QList<PhoneItem>& chain) {
-    if (chain.isEmpty()) return {};
-    return {QString::number(chain.last().storage), QString::number(chain.last().id)};
+    if (chain.isEmpty()) return PhoneProtocol::storages();
+    return PhoneProtocol::list(chain.last().storage, chain.last().id);
 }
 } // namespace
 

@@ -20,10 +20,6 @@
 
 namespace orvane {
 
-namespace {
-const QString phoneCommand = QStringLiteral("applyPhoneSearch");
-}
-
 WindowSearch::WindowSearch(BrowserWindow& window) : QObject(window.widget()), w(window) {
     const WindowWidgets& ui = w.widgets();
     ui.searchField->setAccessibleName(QStringLiteral("Search"));
@@ -51,10 +47,7 @@ void WindowSearch::registerCommands() {
     // The listing's filter asks this first; it is enabled whenever the search is not the filter.
     c.add(
         QStringLiteral("searchChanged"), QStringLiteral("Search"), [this] { searchChanged(); },
-        [this] {
-            if (onPhone() && w.commands().contains(phoneCommand)) return true;
-            return searchScope != 0 || showing || showingPhone;
-        });
+        [this] { return searchScope != 0 || showing || showingPhone; });
 }
 
 QString WindowSearch::scopeTitle(int scope, bool phone) {
@@ -117,7 +110,7 @@ void WindowSearch::updateScopeButton() {
 
 void WindowSearch::searchChanged() {
     if (onPhone()) {
-        if (!w.commands().run(phoneCommand)) startPhoneSearch();
+        startPhoneSearch();
         return;
     }
     // Back to the filter: the folder is listed again and narrowed in memory.

@@ -14,9 +14,8 @@ class BrowserWindow;
 // subfolders and whole-computer searches, whose results stand in for the folder's listing while the
 // field holds text. It is a tab content of its own, asked before the local folder, so every refresh
 // of a searching window searches again and navigation (which empties the field) ends it. The first
-// scope, this folder only, stays the listing's filter in memory. On a phone tab the phone browser
-// takes the search over by registering "applyPhoneSearch"; until one does, the deeper scopes walk the
-// phone from the tab's address here and show what they find.
+// scope, this folder only, stays the listing's filter in memory. On a phone tab the deeper scopes
+// walk the phone from the tab's address and show what they find.
 class WindowSearch : public QObject, public TabContent {
     Q_OBJECT
 public:

@@ -107,10 +107,6 @@ void EntryTableModel::replaceInOneLayout(std::vector<Entry> next, const QHash<QS
     emit layoutChanged({}, QAbstractItemModel::VerticalSortHint);
 }
 
-void EntryTableModel::entriesChanged() {
-    if (!rows.empty()) emit dataChanged(index(0, 0), index(int(rows.size()) - 1, columnCount() - 1));
-}
-
 // From the bottom up, so the rows still to visit keep their numbers.
 void EntryTableModel::removeMissing(const QHash<QString, int>& wanted) {
     int last = int(rows.size()) - 1;

@@ -26,8 +26,6 @@ public:
     // Becomes `next`: a few rows coming and going are signalled as ranges, anything larger as one
     // layout change; the model is never reset.
     void setEntries(std::vector<Entry> next) override;
-    // Rows whose entry changed without its identity, re-read by the views.
-    void entriesChanged();
 
 private:
     void removeMissing(const QHash<QString, int>& wanted);

@@ -49,8 +49,6 @@ public:
     std::optional<int> itemAt(const QPoint& point) const;
     void scrollToItem(int index);
 
-    std::optional<int> hoveredIndex() const { return hovered; }
-    std::optional<int> dropTargetIndex() const { return dropTarget; }
     void showDropTarget(std::optional<int> index);
 
     // What a drag out of the canvas carries: file URLs for local items (text/uri-list, so other

@@ -32,10 +32,6 @@ void ExplorerIconView::showDropTarget(std::optional<int> index) {
     fileCanvas->showDropTarget(index);
 }
 
-std::optional<int> ExplorerIconView::dropIndex(const QPoint& windowPoint) const {
-    return fileCanvas->itemAt(fileCanvas->mapFrom(window(), windowPoint));
-}
-
 QRect ExplorerIconView::renamePlacement(int row) const {
     if (row < 0 || row >= fileCanvas->count()) return {};
     const double lineHeight = QFontMetrics(fileCanvas->font()).height() + 6;
@@ -46,10 +42,6 @@ QRect ExplorerIconView::renamePlacement(int row) const {
 
 void ExplorerIconView::makeFileListFirstResponder() {
     fileCanvas->setFocus(Qt::OtherFocusReason);
-}
-
-bool ExplorerIconView::isFileListFocused() const {
-    return fileCanvas->hasFocus() || scroller->hasFocus();
 }
 
 } // namespace orvane

@@ -35,12 +35,9 @@ public:
 
     void scrollToItem(int index);
     void showDropTarget(std::optional<int> index);
-    // The item under a point of the window, for drops.
-    std::optional<int> dropIndex(const QPoint& windowPoint) const;
     // Where the inline name editor of an item goes, in the canvas's coordinates.
     QRect renamePlacement(int row) const;
     void makeFileListFirstResponder();
-    bool isFileListFocused() const;
 
     ExplorerIconCanvas* canvas() const { return fileCanvas; }
     ExplorerIconScrollView* scrollView() const { return scroller; }

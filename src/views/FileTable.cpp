@@ -111,11 +111,6 @@ void FileTable::toggleColumn(const QString& key) {
     applyColumnVisibility(key, columns->isVisible(key));
 }
 
-void FileTable::setColumnVisible(const QString& key, bool visible) {
-    if (columns->isVisible(key) == visible || !columns->setVisible(key, visible)) return;
-    applyColumnVisibility(key, visible);
-}
-
 void FileTable::applyColumnVisibility(const QString& key, bool visible) {
     const int column = explorerColumnIndex(key);
     if (column < 0 || column >= headerView->count()) return;

@@ -39,8 +39,6 @@ public:
     int comfortableWidth() const;
     // Flips a column and saves the visible list; "name" is refused.
     void toggleColumn(const QString& key);
-    // Brings a column to a state without flipping, for a twin table kept in step.
-    void setColumnVisible(const QString& key, bool visible);
     // "Columns": one checkable item per column, then "Size columns to fit". The caller owns it.
     QMenu* columnsMenu(QWidget* parent = nullptr);
     // "Size columns to fit" is offered only while the details view shows.
@@ -59,7 +57,6 @@ public:
     void setKeyboardFocusRow(std::optional<int> row);
     // Set while the window moves the selection from the keyboard, so the focus ring stays.
     bool extendingKeyboardSelection = false;
-    std::optional<int> hoverRow() const { return hoveredRow; }
     // The folder row a drag would drop into, marked as chosen while the drag is over it.
     void setDropRow(std::optional<int> row);
     std::optional<int> dropRow() const { return dropTargetRow; }
@@ -81,7 +78,6 @@ public:
     // Rows of cut items, drawn faint.
     std::function<bool(int row)> isCutRow;
 
-    ExplorerHeaderView* explorerHeader() const { return headerView; }
     ExplorerRowDelegate* rowDelegate() const { return delegate; }
 
 signals:

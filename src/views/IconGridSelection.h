@@ -43,8 +43,6 @@ public:
     // Selects the next item whose name starts with what was typed; answers it, or nothing.
     std::optional<int> typeSelect(const QString& text, double seconds,
                                   const std::function<QString(int)>& nameAt);
-    void clearTypePrefix() { typePrefix.clear(); }
-    QString currentTypePrefix() const { return typePrefix; }
 
     // A button press on `item` (nothing on a gap). Answers whether the press keeps a multiple selection
     // for a drag, to be narrowed on release.

@@ -74,10 +74,6 @@ void AppDelegate::drainExternalRequests() {
     external->drain();
 }
 
-void AppDelegate::openExternalPlan(const ExternalOpenPlan& plan, bool activate) {
-    external->open(plan, activate);
-}
-
 void AppDelegate::installModalShortcuts() {
     if (!modalKeyMonitor) modalKeyMonitor = std::make_unique<ModalShortcuts>();
 }

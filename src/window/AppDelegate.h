@@ -16,7 +16,6 @@ class QMessageBox;
 namespace orvane {
 
 class Explorer;
-struct ExternalOpenPlan;
 class ExternalOpenRequests;
 class ModalShortcuts;
 
@@ -45,7 +44,6 @@ public:
     bool launched() const override { return didFinishLaunching; }
     Services& services() override { return *shared; }
     void drainExternalRequests();
-    void openExternalPlan(const ExternalOpenPlan& plan, bool activate);
     bool anyWindowBusy() const;
     bool shouldTerminateAfterLastWindowClosed() const;
     // Asked on every quit; refuses with an alert while something still runs.

@@ -157,7 +157,6 @@ void ExplorerKeyboard::focusSearch() {
 // ---------------------------------------------------------------- Escape and the context menu
 
 void ExplorerKeyboard::escapeFileArea() {
-    if (hooks.dismissQuickLook && hooks.dismissQuickLook()) return;
     w.services().clipboard().clearCut();
     w.commands().run(QStringLiteral("clearSearch"));
 }

@@ -4,6 +4,7 @@
 #include "chrome/ExplorerSidebarSplit.h"
 #include "chrome/ExplorerTabStrip.h"
 #include "chrome/TitleRow.h"
+#include "core/ShortcutRows.h"
 #include "kit/AccessibleName.h"
 #include "kit/EditablePathBox.h"
 #include "kit/Palette.h"
@@ -25,19 +26,24 @@ namespace orvane {
 
 namespace {
 
-QToolButton* symbolButton(QWidget* parent, const char* symbol, const char* tip, const char* title = nullptr) {
+QToolButton* symbolButton(QWidget* parent, const char* symbol, const QString& tip,
+                          const char* title = nullptr) {
     auto* button = new QToolButton(parent);
     button->setIcon(symbolIcon(QLatin1String(symbol)));
     button->setIconSize(QSize(16, 16));
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::NoFocus);
-    if (tip) button->setToolTip(QString::fromUtf8(tip));
+    if (!tip.isEmpty()) button->setToolTip(tip);
     if (title) {
         button->setText(QString::fromUtf8(title));
         button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     }
     AccessibleName::name(button);
     return button;
+}
+
+QString keyTip(const char* title, const char* command, PhysicalKey key) {
+    return toolTipWithKey(QLatin1String(title), QLatin1String(command), key);
 }
 
 QHBoxLayout* row(QWidget* owner, int left, int spacing) {
@@ -93,19 +99,28 @@ QWidget* ExplorerWidgets::buildNavigationRow(QWidget* parent) {
     owner->setObjectName(QStringLiteral("navigationRow"));
     owner->setFixedHeight(48);
     QHBoxLayout* layout = row(owner, 10, 4);
-    backButton = symbolButton(owner, "arrow.left", "Back · Alt+Left");
-    forwardButton = symbolButton(owner, "arrow.right", "Forward · Alt+Right");
-    upButton = symbolButton(owner, "arrow.up", "Up one level · Alt+Up");
-    refreshButton = symbolButton(owner, "arrow.clockwise", "Refresh · F5");
+    using P = PhysicalKey;
+    backButton = symbolButton(owner, "arrow.left",
+                              toolTipWithKey(QStringLiteral("Back"), QStringLiteral("back"), P::Left));
+    forwardButton = symbolButton(
+        owner, "arrow.right", toolTipWithKey(QStringLiteral("Forward"), QStringLiteral("forward"), P::Right));
+    upButton = symbolButton(owner, "arrow.up",
+                            toolTipWithKey(QStringLiteral("Up one level"), QStringLiteral("up"), P::Up));
+    refreshButton =
+        symbolButton(owner, "arrow.clockwise",
+                     toolTipWithKey(QStringLiteral("Refresh"), QStringLiteral("refreshAction"), P::F5));
     for (QToolButton* b : {backButton, forwardButton, upButton, refreshButton})
         layout->addWidget(b);
     layout->addSpacing(6);
     pathBox = new EditablePathBox(owner);
     pathBox->setObjectName(QStringLiteral("pathBox"));
     pathBox->setFixedHeight(34);
-    pathBox->addressField()->setPlaceholderText(QStringLiteral("Enter a folder path · Ctrl+L"));
+    pathBox->addressField()->setPlaceholderText(
+        toolTipWithKey(QStringLiteral("Enter a folder path"), QStringLiteral("focusAddress"), P::L));
     pathBox->addressField()->setAccessibleName(QStringLiteral("Folder path"));
-    editAddressButton = symbolButton(owner, "chevron.down", "Edit address · Ctrl+L");
+    editAddressButton =
+        symbolButton(owner, "chevron.down",
+                     toolTipWithKey(QStringLiteral("Edit address"), QStringLiteral("focusAddress"), P::L));
     layout->addWidget(pathBox, 1);
     layout->addWidget(editAddressButton);
     layout->addSpacing(6);
@@ -137,21 +152,23 @@ QWidget* ExplorerWidgets::buildActionRow(QWidget* parent) {
     const struct {
         const char* key;
         const char* symbol;
-        const char* tip;
+        QString tip;
         const char* title;
         bool separatorBefore;
     } buttons[] = {
-        {"new", "plus.circle", "New folder · Ctrl+Shift+N", "New  ⌄", false},
-        {"cut", "scissors", "Cut · Ctrl+X", nullptr, true},
-        {"copy", "square.on.square", "Copy · Ctrl+C", nullptr, false},
-        {"paste", "doc.on.clipboard", "Paste · Ctrl+V", nullptr, false},
-        {"rename", "character.cursor.ibeam", "Rename · F2", nullptr, false},
-        {"trash", "trash", "Move to Trash · Delete", nullptr, false},
-        {"sort", "arrow.up.arrow.down", nullptr, "Sort  ⌄", true},
-        {"view", "list.bullet", nullptr, "View  ⌄", false},
-        {"more", "ellipsis", "More options", nullptr, false},
-        {"send", "arrow.up.doc", nullptr, "Send files", true},
-        {"save", "arrow.down.doc", nullptr, "Copy to Mac", false},
+        {"new", "plus.circle", keyTip("New folder", "newFolder", PhysicalKey::N), "New  ⌄", false},
+        {"cut", "scissors", keyTip("Cut", "cutAction", PhysicalKey::X), nullptr, true},
+        {"copy", "square.on.square", keyTip("Copy", "copyAction", PhysicalKey::C), nullptr, false},
+        {"paste", "doc.on.clipboard", keyTip("Paste", "pasteAction", PhysicalKey::V), nullptr, false},
+        {"rename", "character.cursor.ibeam", keyTip("Rename", "renameAction", PhysicalKey::F2), nullptr,
+         false},
+        {"trash", "trash", keyTip("Move to Trash", "trashAction", PhysicalKey::ForwardDelete), nullptr,
+         false},
+        {"sort", "arrow.up.arrow.down", {}, "Sort  ⌄", true},
+        {"view", "list.bullet", {}, "View  ⌄", false},
+        {"more", "ellipsis", QStringLiteral("More options"), nullptr, false},
+        {"send", "arrow.up.doc", {}, "Send files", true},
+        {"save", "arrow.down.doc", {}, "Copy to Mac", false},
     };
     for (const auto& b : buttons) {
         if (b.separatorBefore) layout->addSpacing(14);

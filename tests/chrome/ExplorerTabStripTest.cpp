@@ -4,6 +4,7 @@
 #include "chrome/TitleRow.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
+#include "support/WindowFixture.h"
 #include "window/AppDelegate.h"
 #include "window/Explorer.h"
 
@@ -15,6 +16,7 @@
 
 using namespace orvane;
 using orvane::test::TempTree;
+using orvane::test::WindowFixture;
 
 namespace {
 
@@ -32,11 +34,8 @@ ExplorerTabView* activeView(const ExplorerTabStrip& strip) {
 
 } // namespace
 
-class ExplorerTabStripTest : public QObject {
+class ExplorerTabStripTest : public QObject, WindowFixture {
     Q_OBJECT
-    TempTree tree;
-    std::unique_ptr<AppDelegate> app;
-    Explorer* w = nullptr;
 
     ExplorerTabStrip& strip() const { return *w->widgets().tabStrip; }
     void openTabs(int count) {
@@ -45,16 +44,14 @@ class ExplorerTabStripTest : public QObject {
     }
 
 private slots:
-    void initTestCase() {
-        tree.folder("Alpha");
-        tree.folder("Beta");
-    }
     void init() {
-        app = std::make_unique<AppDelegate>();
-        w = app->newWindow(QUrl::fromLocalFile(tree.path()));
+        startProgram();
+        tree->folder("Alpha");
+        tree->folder("Beta");
+        openWindow();
         QCOMPARE(w->width(), 1250);
     }
-    void cleanup() { app.reset(); }
+    void cleanup() { stopProgram(); }
 
     void widthsInAWindow_data() {
         QTest::addColumn<int>("count");
@@ -121,10 +118,10 @@ private slots:
         QCOMPARE(w->tabs().active(), 0);
         QVERIFY(before[0]->activeTab());
         QVERIFY(!before[2]->activeTab());
-        w->navigate(QUrl::fromLocalFile(tree.path("Alpha")));
+        w->navigate(QUrl::fromLocalFile(tree->path("Alpha")));
         QCOMPARE(strip().orderedTabViews(), before);
         QCOMPARE(before[0]->name(), QStringLiteral("Alpha"));
-        QCOMPARE(before[0]->toolTip(), tree.path("Alpha"));
+        QCOMPARE(before[0]->toolTip(), tree->path("Alpha"));
         QCOMPARE(before[0]->closeButton()->accessibleName(), QStringLiteral("Close Alpha"));
         QCOMPARE(before[1]->tabID(), w->tabs().all()[1].id);
     }

@@ -5,6 +5,7 @@
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
+#include "support/WindowFixture.h"
 #include "window/AppDelegate.h"
 #include "window/Explorer.h"
 #include "window/ExplorerShortcuts.h"
@@ -35,11 +36,8 @@ int countOf(const ShortcutGuideWindow* guide, const QString& text) {
 
 } // namespace
 
-class ShortcutGuideWindowTest : public QObject {
+class ShortcutGuideWindowTest : public QObject, WindowFixture {
     Q_OBJECT
-    std::unique_ptr<TempTree> tree;
-    std::unique_ptr<AppDelegate> app;
-    Explorer* w = nullptr;
 
     QPointer<ShortcutGuideWindow> openGuide() {
         w->commands().run(QStringLiteral("helpAction"));
@@ -50,17 +48,13 @@ class ShortcutGuideWindowTest : public QObject {
 
 private slots:
     void init() {
-        tree = std::make_unique<TempTree>();
-        app = std::make_unique<AppDelegate>();
-        w = app->newWindow(QUrl::fromLocalFile(tree->path()));
+        startProgram();
+        openWindow();
         // Inside the offscreen screen (800 by 600), so the guide can sit in the middle of the window.
         w->setGeometry(10, 5, 780, 590);
         QVERIFY(QTest::qWaitForWindowExposed(w));
     }
-    void cleanup() {
-        app.reset();
-        tree.reset();
-    }
+    void cleanup() { stopProgram(); }
 
     // At its default size every line reads whole, without a sideways scroll bar, and the guide
     // stands over the middle of its window.

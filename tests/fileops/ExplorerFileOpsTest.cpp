@@ -8,6 +8,7 @@
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
+#include "support/WindowFixture.h"
 #include "views/ExplorerColumns.h"
 #include "views/ExplorerIconCanvas.h"
 #include "views/ExplorerIconView.h"
@@ -33,11 +34,8 @@ using namespace orvane::test;
 
 Q_DECLARE_METATYPE(orvane::test::Key)
 
-class ExplorerFileOpsTest : public QObject {
+class ExplorerFileOpsTest : public QObject, WindowFixture {
     Q_OBJECT
-    std::unique_ptr<TempTree> tree;
-    std::unique_ptr<AppDelegate> app;
-    Explorer* w = nullptr;
     ExplorerFileOps* ops() { return dynamic_cast<ExplorerFileOps*>(w->inlineRename()); }
 
     // The window in front with the table focused, as after a click into it.
@@ -77,18 +75,13 @@ class ExplorerFileOpsTest : public QObject {
 
 private slots:
     void init() {
-        tree = std::make_unique<TempTree>();
+        startProgram();
         tree->file("hello.txt", "hello");
         tree->file("ملاحظات.txt", "notes");
         tree->folder("Box/Inner");
-        app = std::make_unique<AppDelegate>();
-        w = app->newWindow(QUrl::fromLocalFile(tree->path()));
-        QTRY_VERIFY(!w->entries().empty());
+        openWindow();
     }
-    void cleanup() {
-        app.reset();
-        tree.reset();
-    }
+    void cleanup() { stopProgram(); }
 
     // The window is held through the process-wide list of jobs: its edge follows, and neither the
     // window nor the program may end until the paste has.

@@ -4,6 +4,7 @@
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
+#include "support/WindowFixture.h"
 #include "views/FileTable.h"
 #include "window/AppDelegate.h"
 #include "window/Explorer.h"
@@ -13,26 +14,19 @@
 using namespace orvane;
 using namespace orvane::test;
 
-class FileDragTest : public QObject {
+class FileDragTest : public QObject, WindowFixture {
     Q_OBJECT
-    std::unique_ptr<TempTree> tree;
-    std::unique_ptr<AppDelegate> app;
-    Explorer* w = nullptr;
 
 private slots:
     void init() {
-        tree = std::make_unique<TempTree>();
+        startProgram();
         tree->file(QStringLiteral("a.txt"));
         tree->file(QStringLiteral("b.txt"));
         tree->rawFile("bad\xff.txt");
-        app = std::make_unique<AppDelegate>();
-        w = app->newWindow(QUrl::fromLocalFile(tree->path()));
+        openWindow();
         QTRY_COMPARE(w->entries().size(), size_t(3));
     }
-    void cleanup() {
-        app.reset();
-        tree.reset();
-    }
+    void cleanup() { stopProgram(); }
 
     // A drag carries exactly the selection, each name by its exact bytes; nothing selected, no drag.
     void aDragCarriesTheSelection() {

@@ -6,6 +6,7 @@
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
+#include "support/WindowFixture.h"
 #include "window/AppDelegate.h"
 #include "window/Explorer.h"
 
@@ -73,28 +74,20 @@ public:
 
 } // namespace
 
-class ExplorerAlertTest : public QObject {
+class ExplorerAlertTest : public QObject, WindowFixture {
     Q_OBJECT
-    std::unique_ptr<TempTree> tree;
-    std::unique_ptr<AppDelegate> app;
-    Explorer* w = nullptr;
 
 private slots:
     void init() {
-        tree = std::make_unique<TempTree>();
+        startProgram();
         tree->file("hello.txt", "hello");
-        app = std::make_unique<AppDelegate>();
-        w = app->newWindow(QUrl::fromLocalFile(tree->path()));
+        openWindow();
         w->resize(900, 600);
         w->move(100, 80);
         w->show();
         QVERIFY(QTest::qWaitForWindowExposed(w));
-        QTRY_VERIFY(!w->entries().empty());
     }
-    void cleanup() {
-        app.reset();
-        tree.reset();
-    }
+    void cleanup() { stopProgram(); }
 
     // Confirmations and errors are the program's own dark, frameless boxes over their window, with
     // its symbol rather than the system's question mark; Return never deletes anything.

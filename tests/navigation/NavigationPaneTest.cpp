@@ -4,6 +4,7 @@
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
+#include "support/WindowFixture.h"
 #include "window/AppDelegate.h"
 #include "window/Explorer.h"
 
@@ -12,13 +13,11 @@
 
 using namespace orvane;
 using orvane::test::TempTree;
+using orvane::test::WindowFixture;
 
 // The pane inside a window: it follows every navigation and never navigates on its own.
-class NavigationPaneTest : public QObject {
+class NavigationPaneTest : public QObject, WindowFixture {
     Q_OBJECT
-    std::unique_ptr<TempTree> tree;
-    std::unique_ptr<AppDelegate> app;
-    Explorer* w = nullptr;
 
     PlacesTable& table() const { return *w->findChild<PlacesTable*>(); }
     QString selected() const {
@@ -34,13 +33,12 @@ class NavigationPaneTest : public QObject {
 
 private slots:
     void init() {
-        tree = std::make_unique<TempTree>();
+        startProgram();
         tree->folder("Project/Sources/Deep");
-        app = std::make_unique<AppDelegate>();
-        w = app->newWindow(QUrl::fromLocalFile(QDir::homePath()));
+        openWindow(QDir::homePath());
         QVERIFY(w->findChild<NavigationPane*>()->pins().pin(QUrl::fromLocalFile(tree->path("Project"))));
     }
-    void cleanup() { app.reset(); }
+    void cleanup() { stopProgram(); }
 
     void selectionFollowsTheWindow() {
         QCOMPARE(selected(), QDir::homePath()); // Home comes first

@@ -282,7 +282,7 @@ private slots:
         QCOMPARE(readAll(onPhone(QStringLiteral("DCIM/Camera/notes.txt"))), QByteArray("notes"));
 
         QMimeData files;
-        files.setUrls({QUrl::fromLocalFile(local->file(QStringLiteral("song.mp3"), "la"))});
+        files.setUrls({QUrl::fromLocalFile(tree->file(QStringLiteral("song.mp3"), "la"))});
         QVERIFY(drop(background(), files));
         QTRY_VERIFY(idle() && names().contains(QStringLiteral("song.mp3")));
         QCOMPARE(readAll(onPhone(QStringLiteral("DCIM/song.mp3"))), QByteArray("la"));

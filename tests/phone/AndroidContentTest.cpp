@@ -81,7 +81,7 @@ private slots:
         phone->file(QStringLiteral("Internal storage/DCIM/Camera/IMG_2.jpg"), "two");
         phone->file(QStringLiteral("Internal storage/DCIM/notes.txt"), "notes");
         phone->folder(QStringLiteral("SD card"));
-        local->file(QStringLiteral("here/existing.txt"), "mine");
+        tree->file(QStringLiteral("here/existing.txt"), "mine");
         openWindow();
     }
     void cleanup() { closeWindow(); }
@@ -112,7 +112,7 @@ private slots:
         QVERIFY(w->commands().run(QStringLiteral("up")));
         QTRY_VERIFY(settled() && names().contains(QStringLiteral("SD card")));
         QVERIFY(!enabled("up"));
-        w->navigate(QUrl::fromLocalFile(local->path(QStringLiteral("here"))));
+        w->navigate(QUrl::fromLocalFile(tree->path(QStringLiteral("here"))));
         QVERIFY(pane.tree().selectedRow() != phoneRow);
     }
 
@@ -137,7 +137,7 @@ private slots:
         QVERIFY(w->commands().run(QStringLiteral("openNewTabSelected")));
         QTRY_VERIFY(settled() && names().contains(QStringLiteral("IMG_1.jpg")));
         QCOMPARE(w->tabs().count(), 2);
-        w->navigate(QUrl::fromLocalFile(local->path(QStringLiteral("here"))));
+        w->navigate(QUrl::fromLocalFile(tree->path(QStringLiteral("here"))));
         QVERIFY(w->widgets().action("save")->isHidden());
         selectNames(*w, {"existing.txt"});
         QVERIFY(enabled("copyAction") && enabled("renameAction"));
@@ -151,9 +151,9 @@ private slots:
         type(QStringLiteral("Android USB/Internal storage/Nope"));
         QCOMPARE(status(), QStringLiteral("Folder not found: Nope"));
         QCOMPARE(names(), (QStringList{"IMG_1.jpg", "IMG_2.jpg"})); // it stays where it was
-        w->widgets().pathBox->addressField()->setText(local->path(QStringLiteral("here")));
+        w->widgets().pathBox->addressField()->setText(tree->path(QStringLiteral("here")));
         w->addressGo();
-        QCOMPARE(w->current(), QUrl::fromLocalFile(local->path(QStringLiteral("here"))));
+        QCOMPARE(w->current(), QUrl::fromLocalFile(tree->path(QStringLiteral("here"))));
     }
 
     // A failed listing empties the list and says why; Refresh then reads again.
@@ -172,14 +172,14 @@ private slots:
     // "Send files…" and "Copy to Computer…" through their dialogs, holding the window meanwhile.
     void sendAndCopyBackThroughTheDialogs() {
         type(QStringLiteral("Android USB/Internal storage/DCIM"));
-        local->file(QStringLiteral("out/Trip/photo.jpg"), pattern(300000, 4));
-        local->folder(QStringLiteral("out/Trip/Empty"));
-        local->file(QStringLiteral("out/ملاحظة.txt"), "arabic");
+        tree->file(QStringLiteral("out/Trip/photo.jpg"), pattern(300000, 4));
+        tree->folder(QStringLiteral("out/Trip/Empty"));
+        tree->file(QStringLiteral("out/ملاحظة.txt"), "arabic");
         QSignalSpy busy(&w->events(), &ExplorerEvents::busyChanged);
         QVERIFY(w->commands().run(QStringLiteral("sendToAndroid")));
         SendFilesDialog* send = dialog<SendFilesDialog>();
         QVERIFY(send);
-        send->setDirectory(local->path(QStringLiteral("out")));
+        send->setDirectory(tree->path(QStringLiteral("out")));
         send->selectFile(QStringLiteral("\"Trip\" \"ملاحظة.txt\""));
         press(send, QStringLiteral("Send"));
         QTRY_VERIFY(settled() && names().contains(QStringLiteral("Trip")));
@@ -192,7 +192,7 @@ private slots:
         // The same names again are refused before the dialog's choice moves anything.
         QVERIFY(w->commands().run(QStringLiteral("sendToAndroid")));
         send = dialog<SendFilesDialog>();
-        send->setDirectory(local->path(QStringLiteral("out")));
+        send->setDirectory(tree->path(QStringLiteral("out")));
         send->selectFile(QStringLiteral("Trip"));
         press(send, QStringLiteral("Send"));
         QCOMPARE(status(), QStringLiteral("A file with that name already exists. Rename it before sending."));
@@ -202,7 +202,7 @@ private slots:
         QFileDialog* save = dialog<QFileDialog>();
         QVERIFY(save && save->labelText(QFileDialog::Accept) == QStringLiteral("Copy here"));
         save->setOption(QFileDialog::DontUseNativeDialog);
-        const QString into = local->folder(QStringLiteral("back"));
+        const QString into = tree->folder(QStringLiteral("back"));
         save->setDirectory(into); // "Copy here" takes the folder the dialog shows
         press(save, QStringLiteral("Copy here"));
         QTRY_COMPARE(status(), Platform::instance().word(PlatformWord::FilesCopiedToComputer));
@@ -216,8 +216,8 @@ private slots:
     void phoneItemsDropOnALocalWindow() {
         type(QStringLiteral("Android USB/Internal storage/DCIM"));
         QList<PhoneItem> items = browser()->itemsOf(w->entries());
-        w->navigate(QUrl::fromLocalFile(local->path(QStringLiteral("here"))));
-        local->folder(QStringLiteral("here/Inbox"));
+        w->navigate(QUrl::fromLocalFile(tree->path(QStringLiteral("here"))));
+        tree->folder(QStringLiteral("here/Inbox"));
         QTRY_VERIFY(names().contains(QStringLiteral("Inbox")));
         QMimeData data;
         PhoneClipboard::write(items, data);
@@ -226,19 +226,19 @@ private slots:
         QVERIFY(dropAt(onInbox, data));
         QVERIFY(w->busy());
         QTRY_VERIFY(!w->busy());
-        QCOMPARE(readAll(local->path(QStringLiteral("here/Inbox/Camera/IMG_2.jpg"))), QByteArray("two"));
-        QCOMPARE(readAll(local->path(QStringLiteral("here/Inbox/notes.txt"))), QByteArray("notes"));
+        QCOMPARE(readAll(tree->path(QStringLiteral("here/Inbox/Camera/IMG_2.jpg"))), QByteArray("two"));
+        QCOMPARE(readAll(tree->path(QStringLiteral("here/Inbox/notes.txt"))), QByteArray("notes"));
         QCOMPARE(takeAlert(*w), QString());
 
-        local->file(QStringLiteral("here/notes.txt"), "mine too");
+        tree->file(QStringLiteral("here/notes.txt"), "mine too");
         QVERIFY(dropAt(QPoint(5, w->table()->viewport()->height() - 5), data));
         QTRY_VERIFY(!w->busy());
         QCOMPARE(takeAlert(*w),
                  QStringLiteral("Copy from phone|notes.txt already exists. Nothing was overwritten."));
-        QCOMPARE(readAll(local->path(QStringLiteral("here/notes.txt"))), QByteArray("mine too"));
+        QCOMPARE(readAll(tree->path(QStringLiteral("here/notes.txt"))), QByteArray("mine too"));
 
         QMimeData files; // not phone items: not this drop's business
-        files.setUrls({QUrl::fromLocalFile(local->path(QStringLiteral("here/existing.txt")))});
+        files.setUrls({QUrl::fromLocalFile(tree->path(QStringLiteral("here/existing.txt")))});
         QVERIFY(!dropAt(onInbox, files));
     }
 };

@@ -6,6 +6,7 @@
 #include "phone/BridgeHarness.h"
 #include "phone/PhoneBrowserState.h"
 #include "support/TempTree.h"
+#include "support/WindowFixture.h"
 #include "window/AppDelegate.h"
 #include "window/Explorer.h"
 
@@ -17,26 +18,21 @@
 namespace orvane::test {
 
 // A real window over the real bridge and a phone simulated in a temporary folder. The test makes
-// the phone's items, then opens the window on the local folder "here".
-class PhoneWindowFixture : public QObject {
+// the phone's items, then opens the window on the local folder "here" of `tree`.
+class PhoneWindowFixture : public QObject, protected WindowFixture {
 protected:
     std::unique_ptr<TempTree> phone;
-    std::unique_ptr<TempTree> local;
-    std::unique_ptr<AppDelegate> app;
-    Explorer* w = nullptr;
 
     void makeTrees() {
+        startProgram();
         phone = std::make_unique<TempTree>();
-        local = std::make_unique<TempTree>();
     }
     void openWindow() {
         simulate(phone->path());
-        app = std::make_unique<AppDelegate>();
-        w = app->newWindow(QUrl::fromLocalFile(local->folder(QStringLiteral("here"))));
+        WindowFixture::openWindow(tree->folder(QStringLiteral("here")));
     }
     void closeWindow() {
-        app.reset();
-        local.reset();
+        stopProgram();
         phone.reset();
     }
 

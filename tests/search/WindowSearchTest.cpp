@@ -6,6 +6,7 @@
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
+#include "support/WindowFixture.h"
 #include "views/FileTable.h"
 #include "window/AppDelegate.h"
 #include "window/Explorer.h"
@@ -17,11 +18,8 @@
 using namespace orvane;
 using namespace orvane::test;
 
-class WindowSearchTest : public QObject {
+class WindowSearchTest : public QObject, WindowFixture {
     Q_OBJECT
-    std::unique_ptr<TempTree> tree;
-    std::unique_ptr<AppDelegate> app;
-    Explorer* w = nullptr;
     WindowSearch* search = nullptr;
 
     QStringList names() const {
@@ -38,21 +36,17 @@ class WindowSearchTest : public QObject {
 
 private slots:
     void init() {
-        tree = std::make_unique<TempTree>();
+        startProgram();
         tree->file(QStringLiteral("Top notes.txt"));
         tree->file(QStringLiteral("Work/2024/Quarterly Notes.md"));
         tree->file(QStringLiteral("Work/plan.txt"));
         tree->file(QStringLiteral(".hidden/notes inside.txt"));
-        app = std::make_unique<AppDelegate>();
-        w = app->newWindow(QUrl::fromLocalFile(tree->path()));
+        openWindow();
         search = w->findChild<WindowSearch*>();
         QVERIFY(search);
         QTRY_COMPARE(int(w->entries().size()), 2);
     }
-    void cleanup() {
-        app.reset();
-        tree.reset();
-    }
+    void cleanup() { stopProgram(); }
 
     void subfoldersFindNestedNames() {
         w->commands().run(QStringLiteral("changeSearchScope"), 1);

@@ -6,6 +6,7 @@
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
+#include "support/WindowFixture.h"
 #include "window/AppDelegate.h"
 #include "window/Explorer.h"
 
@@ -33,26 +34,20 @@ QStringList selectedNames(const Explorer& window) {
 }
 } // namespace
 
-class ExternalOpenRequestsTest : public QObject {
+class ExternalOpenRequestsTest : public QObject, WindowFixture {
     Q_OBJECT
-    std::unique_ptr<TempTree> tree;
-    std::unique_ptr<AppDelegate> app;
 
     QUrl at(const QString& relative = {}) const { return QUrl::fromLocalFile(tree->path(relative)); }
 
 private slots:
     void init() {
-        tree = std::make_unique<TempTree>();
+        startProgram();
         tree->file(QStringLiteral("Docs/a.txt"));
         tree->file(QStringLiteral("Docs/.hidden.txt"));
         tree->folder(QStringLiteral("Other"));
-        app = std::make_unique<AppDelegate>();
         app->didFinishLaunching = true;
     }
-    void cleanup() {
-        app.reset();
-        tree.reset();
-    }
+    void cleanup() { stopProgram(); }
 
     // A tab that already shows the folder, by any spelling, is brought forward; nothing new opens.
     void anOpenFolderIsFoundInAnyWindow() {

@@ -2,6 +2,7 @@
 #include "platform/NativePath.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
+#include "support/WindowFixture.h"
 #include "window/AppDelegate.h"
 #include "window/Explorer.h"
 
@@ -16,6 +17,7 @@
 
 using namespace orvane;
 using orvane::test::TempTree;
+using orvane::test::WindowFixture;
 
 namespace {
 // Listens as a running instance would, answers every message and notes what it heard.
@@ -28,10 +30,8 @@ my $c = IO::Socket::UNIX->new(Type => SOCK_STREAM(), Peer => $ARGV[0]) or die "$
 print $c "$ARGV[1]\n\n"; my $a = <$c>; print $a // "";)";
 } // namespace
 
-class InstanceChannelTest : public QObject {
+class InstanceChannelTest : public QObject, WindowFixture {
     Q_OBJECT
-    std::unique_ptr<TempTree> tree;
-    std::unique_ptr<AppDelegate> app;
     // Another user of this machine, `nobody`, running a program of theirs.
     QProcess* neighbour(const QStringList& command) {
         auto* process = new QProcess(app.get());
@@ -55,9 +55,8 @@ class InstanceChannelTest : public QObject {
 
 private slots:
     void init() {
-        tree = std::make_unique<TempTree>();
+        startProgram();
         tree->folder(QStringLiteral("Docs"));
-        app = std::make_unique<AppDelegate>();
         app->didFinishLaunching = true;
     }
     void cleanup() {
@@ -65,8 +64,7 @@ private slots:
             process->kill();
             process->waitForFinished();
         }
-        app.reset();
-        tree.reset();
+        stopProgram();
         qputenv("XDG_RUNTIME_DIR", runtime);
         qunsetenv("TMPDIR");
     }

@@ -5,6 +5,7 @@
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
+#include "support/WindowFixture.h"
 #include "views/ExplorerIconCanvas.h"
 #include "views/ExplorerIconView.h"
 #include "views/FileTable.h"
@@ -46,32 +47,27 @@ void wheel(QWidget* target, int delta, Qt::KeyboardModifiers modifiers) {
 }
 } // namespace
 
-class ExplorerViewModesTest : public QObject {
+class ExplorerViewModesTest : public QObject, WindowFixture {
     Q_OBJECT
-    TempTree tree;
-    std::unique_ptr<AppDelegate> app;
-    Explorer* w = nullptr;
     ExplorerViewModes* modes = nullptr;
     QSlider* slider = nullptr;
 
     ExplorerIconCanvas* canvas() const { return modes->iconView()->canvas(); }
 
 private slots:
-    void initTestCase() {
-        for (const char* name : {"apple.txt", "banana.txt", "cherry.txt", "damson.txt"})
-            tree.file(QLatin1String(name), "x");
-        tree.folder("Folder");
-    }
     void init() {
-        app = std::make_unique<AppDelegate>();
-        w = app->newWindow(QUrl::fromLocalFile(tree.path()));
+        startProgram();
+        for (const char* name : {"apple.txt", "banana.txt", "cherry.txt", "damson.txt"})
+            tree->file(QLatin1String(name), "x");
+        tree->folder("Folder");
+        openWindow();
         QVERIFY(QTest::qWaitForWindowExposed(w));
         QTRY_COMPARE(w->entries().size(), size_t(5));
         modes = w->findChild<ExplorerViewModes*>();
         slider = w->findChild<QSlider*>(QStringLiteral("viewSizeSlider"));
         QVERIFY(modes && slider);
     }
-    void cleanup() { app.reset(); }
+    void cleanup() { stopProgram(); }
 
     void menuSliderAndModeStayInStep_data() {
         QTest::addColumn<int>("position");
@@ -167,7 +163,7 @@ private slots:
         QCOMPARE(modes->mode(), 7);
         QVERIFY(modes->iconView()->isVisible());
         QTRY_COMPARE(canvas()->count(), 5);
-        Explorer* other = app->newWindow(QUrl::fromLocalFile(tree.path()));
+        Explorer* other = app->newWindow(QUrl::fromLocalFile(tree->path()));
         QCOMPARE(other->findChild<ExplorerViewModes*>()->mode(), 6);
     }
 

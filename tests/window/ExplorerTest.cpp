@@ -1,10 +1,12 @@
 #include "window/Explorer.h"
+#include "core/Preferences.h"
 #include "core/Services.h"
 #include "core/Settings.h"
 #include "kit/EditablePathBox.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
+#include "support/WindowFixture.h"
 #include "views/FileTable.h"
 #include "window/AppDelegate.h"
 
@@ -35,26 +37,19 @@ QUrl url(const QString& path) {
 
 } // namespace
 
-class ExplorerTest : public QObject {
+class ExplorerTest : public QObject, WindowFixture {
     Q_OBJECT
-    std::unique_ptr<TempTree> tree;
-    std::unique_ptr<QTemporaryDir> prefsDir;
-    std::unique_ptr<AppDelegate> app;
 
 private slots:
     void init() {
-        tree = std::make_unique<TempTree>();
+        startProgram();
         tree->file("a.txt", "a");
         tree->file("b.txt", "bb");
         tree->folder("Sub/Deeper");
         tree->folder("Other");
-        prefsDir = std::make_unique<QTemporaryDir>();
-        app = std::make_unique<AppDelegate>(new Services(prefsDir->filePath("prefs.ini")));
+        Preferences::standard()->remove(QStringLiteral("lastFolder"));
     }
-    void cleanup() {
-        app.reset();
-        tree.reset();
-    }
+    void cleanup() { stopProgram(); }
 
     void startFolderFallsBackToHome_data() {
         QTest::addColumn<QString>("stored");

@@ -10,6 +10,7 @@
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
+#include "support/WindowFixture.h"
 #include "views/ExplorerColumns.h"
 #include "views/FileTable.h"
 #include "window/AppDelegate.h"
@@ -52,26 +53,17 @@ QStringList namelessControls(QWidget* window) {
 
 } // namespace
 
-class ExplorerWidgetsTest : public QObject {
+class ExplorerWidgetsTest : public QObject, WindowFixture {
     Q_OBJECT
-    std::unique_ptr<TempTree> tree;
-    std::unique_ptr<AppDelegate> app;
-    Explorer* w = nullptr;
 
 private slots:
     void init() {
-        tree = std::make_unique<TempTree>();
+        startProgram();
         tree->file("a.txt", "a");
         tree->folder("Sub");
-        app = std::make_unique<AppDelegate>();
-        w = app->newWindow(QUrl::fromLocalFile(tree->path()));
-        QVERIFY(QTest::qWaitForWindowExposed(w));
-        QTRY_VERIFY(!w->entries().empty());
+        openWindow({}, true);
     }
-    void cleanup() {
-        app.reset();
-        tree.reset();
-    }
+    void cleanup() { stopProgram(); }
 
     // Every control of the window has a name of its own, not only a tool tip, in every state the
     // window shows: two tabs, the details pane, the address field and the rename editor.

@@ -4,6 +4,7 @@
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
+#include "support/WindowFixture.h"
 #include "views/FileTable.h"
 #include "window/AppDelegate.h"
 #include "window/Explorer.h"
@@ -16,11 +17,8 @@
 using namespace orvane;
 using namespace orvane::test;
 
-class LocalFolderContentTest : public QObject {
+class LocalFolderContentTest : public QObject, WindowFixture {
     Q_OBJECT
-    std::unique_ptr<TempTree> tree;
-    std::unique_ptr<AppDelegate> app;
-    Explorer* w = nullptr;
 
     bool lists(const QString& name) const {
         return std::any_of(w->entries().begin(), w->entries().end(),
@@ -29,16 +27,12 @@ class LocalFolderContentTest : public QObject {
 
 private slots:
     void init() {
-        tree = std::make_unique<TempTree>();
+        startProgram();
         for (const char* name : {"alpha.txt", "beta.txt", "gamma.txt"})
             tree->file(name, "x");
-        app = std::make_unique<AppDelegate>();
-        w = app->newWindow(QUrl::fromLocalFile(tree->path()));
+        openWindow();
     }
-    void cleanup() {
-        app.reset();
-        tree.reset();
-    }
+    void cleanup() { stopProgram(); }
 
     void aBurstOfChangesIsOneOrTwoRefreshes() {
         QSignalSpy refreshes(&w->events(), &ExplorerEvents::listingChanged);
