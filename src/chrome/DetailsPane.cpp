@@ -70,7 +70,7 @@ DetailsPane::DetailsPane(QWidget* parent) : QWidget(parent) {
 void DetailsPane::showItems(const std::vector<Entry>& items, const QString& currentPath) {
     if (items.size() == 1) {
         const Entry& item = items.front();
-        titleLabel->setText(folderName(item.url()));
+        titleLabel->setText(item.isPhone() ? item.name() : folderName(item.url()));
         pathLabel->setText(item.isPhone() ? item.name() : item.location);
         image->setPixmap(FileIcons::shared().icon(item).pixmap(64, 64));
         QString text =

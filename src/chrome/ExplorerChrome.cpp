@@ -150,7 +150,7 @@ void ExplorerChrome::updateLocation() {
     }
     ui.searchField->setPlaceholderText(QStringLiteral("Search ") + name);
     w.widget()->setWindowTitle(name + QStringLiteral(" — Orvane"));
-    ui.detailsPane->setVisible(detailsVisible && url.isLocalFile());
+    ui.detailsPane->setVisible(detailsVisible);
     ui.split->relayout();
     updateSelectionStatus();
 }
@@ -182,10 +182,13 @@ void ExplorerChrome::updateSelectionStatus() {
 }
 
 void ExplorerChrome::updateDetails() {
-    if (!detailsVisible || !w.current().isLocalFile()) return;
+    if (!detailsVisible) return;
+    const bool local = w.current().isLocalFile();
     std::vector<Entry> items = w.selected();
+    if (items.empty() && !local) return;
     if (items.empty()) items.push_back(Entry::fromUrl(w.current()));
-    w.widgets().detailsPane->showItems(items, w.current().toLocalFile());
+    w.widgets().detailsPane->showItems(items, local ? w.current().toLocalFile()
+                                                    : w.widgets().pathBox->addressField()->text());
 }
 
 // ---------------------------------------------------------------- view commands

@@ -7,6 +7,8 @@
 #include "core/ExplorerEvents.h"
 #include "core/WindowCommands.h"
 #include "core/WindowListing.h"
+#include "phone/AndroidBrowser.h"
+#include "phone/AndroidContent.h"
 #include "phone/PhoneEntry.h"
 #include "phone/PhoneLocation.h"
 #include "platform/Platform.h"
@@ -204,8 +206,9 @@ void WindowSearch::startPhoneSearch() {
                                     QStringLiteral(" folders · ") + QString::number(matches) +
                                     QStringLiteral(" matches"));
     };
-    phone.batch = [this](const QList<PhoneItem>& found, const PhoneSearch::Parents&) {
+    phone.batch = [this](const QList<PhoneItem>& found, const PhoneSearch::Parents& parents) {
         phoneStreamed << found;
+        phoneParents.insert(parents);
         showPhoneResults(phoneStreamed, w.widgets().status->text());
     };
     phone.start(
@@ -220,7 +223,9 @@ void WindowSearch::startPhoneSearch() {
         });
 }
 
+// The tab's browser learns the hits first, so each row is a phone item it can open, copy and rename.
 void WindowSearch::showPhoneResults(const QList<PhoneItem>& results, const QString& status) {
+    if (AndroidBrowser* browser = phoneBrowser()) browser->showFound(results, phoneParents);
     std::vector<Entry> entries;
     entries.reserve(size_t(results.size()));
     for (const PhoneItem& item : results)
@@ -235,6 +240,12 @@ void WindowSearch::endPhoneSearch() {
     phoneStreamed.clear();
     phoneParents.clear();
     showingPhone = false;
+    if (AndroidBrowser* browser = phoneBrowser()) browser->showFound({}, {});
+}
+
+AndroidBrowser* WindowSearch::phoneBrowser() const {
+    const auto* phones = dynamic_cast<const AndroidContent*>(w.contentFor(w.current()));
+    return phones ? phones->active() : nullptr;
 }
 
 QUrl WindowSearch::parent(const QUrl& url) const {

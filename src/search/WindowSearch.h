@@ -8,6 +8,7 @@
 
 namespace orvane {
 
+class AndroidBrowser;
 class BrowserWindow;
 
 // The window's search beyond the listing: the scope button and its menu, and the folder-and-
@@ -46,6 +47,7 @@ private:
     void startPhoneSearch();
     void showPhoneResults(const QList<PhoneItem>& results, const QString& status);
     void endPhoneSearch();
+    AndroidBrowser* phoneBrowser() const;
     void updateScopeButton();
     bool onPhone() const;
 

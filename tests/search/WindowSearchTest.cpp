@@ -1,6 +1,8 @@
 // The search field of a real window: scopes, the scope button's words, the results standing in for
 // the listing, and the way back to the folder.
 #include "search/WindowSearch.h"
+#include "chrome/DetailsPane.h"
+#include "kit/EditablePathBox.h"
 #include "phone/BridgeHarness.h"
 #include "phone/PhoneLocation.h"
 #include "support/TempTree.h"
@@ -161,6 +163,26 @@ private slots:
             search->phoneResultChain(w->entries().front().location.section(u'/', 3, 4).replace(u'/', u':'));
         QCOMPARE(chain.size(), 2);
         QCOMPARE(chain.last().name, QStringLiteral("DCIM"));
+
+        // A hit is an item like any other: copied, described, and a folder hit opens that folder.
+        selectNames(*w, {"Photo 1.jpg"});
+        QVERIFY(w->commands().isEnabled(QStringLiteral("saveFromAndroid")));
+        QVERIFY(w->commands().isEnabled(QStringLiteral("renameAction")));
+        w->commands().run(QStringLiteral("toggleDetails"));
+        QCOMPARE(w->widgets().detailsPane->title(), QStringLiteral("Photo 1.jpg"));
+        w->commands().run(QStringLiteral("toggleDetails"));
+        type(QStringLiteral("music"));
+        QTRY_COMPARE(names(), QStringList{"Music"});
+        QTRY_VERIFY(status().startsWith(QStringLiteral("1 results")));
+        selectNames(*w, {"Music"});
+        QVERIFY(w->commands().run(QStringLiteral("openSelected")));
+        QTRY_COMPARE(names(), QStringList{"photo song.mp3"});
+        QCOMPARE(w->widgets().pathBox->addressField()->text(),
+                 QStringLiteral("Android USB/Internal storage/Music"));
+        QVERIFY(w->navigate(PhoneLocation::url({root})));
+        QTRY_COMPARE(names(), (QStringList{"DCIM", "Music"}));
+        type(QStringLiteral("PHOTO"));
+        QTRY_COMPARE(status(), QStringLiteral("2 results · Folder + subfolders"));
         QTest::mouseClick(w->widgets().clearSearchButton, Qt::LeftButton);
         QTRY_COMPARE(names(), (QStringList{"DCIM", "Music"}));
         QTRY_COMPARE(status(), QStringLiteral("2 items • Double-click a folder to open it"));
