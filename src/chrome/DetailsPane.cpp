@@ -67,7 +67,8 @@ DetailsPane::DetailsPane(QWidget* parent) : QWidget(parent) {
     column->addWidget(scroll, 1);
 }
 
-void DetailsPane::showItems(const std::vector<Entry>& items, const QString& currentPath) {
+void DetailsPane::showItems(const std::vector<Entry>& items, const QString& currentPath,
+                            const QString& folder) {
     if (items.size() == 1) {
         const Entry& item = items.front();
         titleLabel->setText(item.isPhone() ? item.name() : folderName(item.url()));
@@ -76,6 +77,7 @@ void DetailsPane::showItems(const std::vector<Entry>& items, const QString& curr
         QString text =
             QStringLiteral("Type\n") + item.kind + QStringLiteral("\n\nModified\n") + dateText(item.modified);
         if (!item.directory) text += QStringLiteral("\n\nSize\n") + byteCountText(item.size);
+        if (!folder.isEmpty()) text += QStringLiteral("\n\nFolder\n") + folder;
         metaLabel->setText(text);
         return;
     }

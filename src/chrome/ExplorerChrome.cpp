@@ -18,6 +18,7 @@
 #include "core/WindowCommands.h"
 #include "fileops/FileClipboard.h"
 #include "kit/EditablePathBox.h"
+#include "views/ExplorerColumns.h"
 #include "views/FileTable.h"
 
 #include <QClipboard>
@@ -187,8 +188,16 @@ void ExplorerChrome::updateDetails() {
     std::vector<Entry> items = w.selected();
     if (items.empty() && !local) return;
     if (items.empty()) items.push_back(Entry::fromUrl(w.current()));
-    w.widgets().detailsPane->showItems(items, local ? w.current().toLocalFile()
-                                                    : w.widgets().pathBox->addressField()->text());
+    // While search results show, one of them is told by the folder it lies in.
+    QString folder;
+    const int column = explorerColumnIndex(QStringLiteral("folder"));
+    const QModelIndexList rows = w.table()->selectionModel()->selectedRows(column);
+    if (rows.size() == 1 && w.table()->isColumnVisible(QStringLiteral("folder")))
+        folder = rows.front().data().toString();
+    if (folder.isEmpty() && rows.size() == 1 && w.table()->isColumnVisible(QStringLiteral("folder")))
+        folder = folderName(w.current());
+    w.widgets().detailsPane->showItems(
+        items, local ? w.current().toLocalFile() : w.widgets().pathBox->addressField()->text(), folder);
 }
 
 // ---------------------------------------------------------------- view commands

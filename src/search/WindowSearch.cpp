@@ -12,6 +12,8 @@
 #include "phone/PhoneEntry.h"
 #include "phone/PhoneLocation.h"
 #include "platform/Platform.h"
+#include "views/EntryTableModel.h"
+#include "views/FileTable.h"
 
 #include <QDir>
 #include <QLabel>
@@ -137,6 +139,7 @@ void WindowSearch::startScopedSearch() {
         QStringLiteral("Search — ") +
         (computer ? Platform::instance().word(PlatformWord::ThisComputer) : folderName(w.current())));
     ui.clearSearchButton->show();
+    showFolderColumn(computer ? QString() : w.current().toLocalFile());
     streamed.clear();
     w.listing().setQuery(QString());
     w.listing().clear();
@@ -182,7 +185,14 @@ void WindowSearch::leave() {
     streamed.clear();
     if (!showing) return;
     showing = false;
+    w.table()->setFolderColumn(false);
     w.widget()->setWindowTitle(folderName(w.current()) + QStringLiteral(" — Orvane"));
+}
+
+// Names found far apart look alike: each row says where it lies, beneath the folder searched.
+void WindowSearch::showFolderColumn(const QString& base) {
+    if (auto* rows = qobject_cast<EntryTableModel*>(w.table()->model())) rows->setFolderBase(base);
+    w.table()->setFolderColumn(true);
 }
 
 // ---------------------------------------------------------------- a phone tab without its browser

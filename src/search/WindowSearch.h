@@ -49,6 +49,7 @@ private:
     void endPhoneSearch();
     AndroidBrowser* phoneBrowser() const;
     void updateScopeButton();
+    void showFolderColumn(const QString& base);
     bool onPhone() const;
 
     BrowserWindow& w;

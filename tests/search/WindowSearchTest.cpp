@@ -8,10 +8,12 @@
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
+#include "views/ExplorerColumns.h"
 #include "views/FileTable.h"
 #include "window/AppDelegate.h"
 #include "window/Explorer.h"
 
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QToolButton>
@@ -66,6 +68,21 @@ private slots:
         QCOMPARE(names(), (QStringList{"Quarterly Notes.md", "Top notes.txt"}));
         QCOMPARE(w->entries().front().location, tree->path(QStringLiteral("Work/2024/Quarterly Notes.md")));
         QVERIFY(w->widgets().emptyLabel->isHidden());
+
+        // Each result says where it lies beneath the folder searched, sorts by it, and the details
+        // pane names it; the column goes with the search.
+        const int folder = explorerColumnIndex(QStringLiteral("folder"));
+        QVERIFY(w->table()->columnShown(QStringLiteral("folder")));
+        QCOMPARE(w->table()->model()->index(0, folder).data().toString(), QStringLiteral("Work/2024"));
+        w->commands().run(QStringLiteral("reverseSort"));
+        QTest::mouseClick(w->table()->horizontalHeader()->viewport(), Qt::LeftButton, {},
+                          QPoint(w->table()->horizontalHeader()->sectionViewportPosition(folder) + 20, 10));
+        QCOMPARE(names(), (QStringList{"Top notes.txt", "Quarterly Notes.md"}));
+        selectNames(*w, {"Quarterly Notes.md"});
+        w->commands().run(QStringLiteral("toggleDetails"));
+        QVERIFY(w->widgets().detailsPane->meta().endsWith(QStringLiteral("Folder\nWork/2024")));
+        QTest::mouseClick(w->widgets().clearSearchButton, Qt::LeftButton);
+        QTRY_VERIFY(!w->table()->columnShown(QStringLiteral("folder")));
     }
 
     void nothingFoundSaysSo() {
