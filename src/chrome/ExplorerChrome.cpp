@@ -64,8 +64,18 @@ void ExplorerChrome::followJobs() {
         connect(job, &Job::progressed, edge, [edge](double f) { f == 0 ? edge->begin() : edge->update(f); });
     });
     connect(&w.jobs(), &Jobs::holdingChanged, this, [this, edge](QObject* window, bool held) {
-        if (window == w.widget() && !held) edge->finish();
+        if (window != w.widget()) return;
+        w.widgets().cancelJobButton->setVisible(held);
+        if (!held) edge->finish();
     });
+    w.commands().add(
+        QStringLiteral("cancelJob"), QStringLiteral("Cancel"),
+        [this] {
+            for (Job* job : w.jobs().runningFor(w.widget()))
+                if (job->holdsWindow()) job->cancel();
+        },
+        [this] { return w.busy(); });
+    CommandBinding::bind(w.commands(), w.widgets().cancelJobButton, QStringLiteral("cancelJob"));
 }
 
 void ExplorerChrome::connectButtons() {

@@ -62,9 +62,7 @@ ExplorerFileOps::ExplorerFileOps(BrowserWindow& window)
         if (chosen.size() == 1 && chosen.front().url() == renameClickURL && w.widget()->isActiveWindow())
             w.commands().run(QStringLiteral("renameAction"));
     });
-    connect(engine.get(), &TransferEngine::progress, this, [this](double fraction) {
-        if (running) running->setProgress(fraction);
-    });
+    connect(engine.get(), &TransferEngine::progress, this, &ExplorerFileOps::transferProgress);
     connect(engine.get(), &TransferEngine::finished, this, &ExplorerFileOps::finishTransfer);
     viewport = w.table()->viewport();
     viewport->installEventFilter(this);
@@ -162,7 +160,21 @@ void ExplorerFileOps::transfer(const QStringList& sources, bool moving, const QS
     }
     if (plan.jobs.empty() || !engine->start(plan.jobs, moving)) return;
     running = w.jobs().start(TransferEngine::startText(moving), w.widget());
+    running->setCanceller([this] { engine->cancel(); });
+    transferMoving = moving;
+    transferClock.start();
     w.setStatus(TransferEngine::startText(moving));
+}
+
+// How far, in items and bytes, and once a few seconds tell the pace, how long is left.
+void ExplorerFileOps::transferProgress(double fraction) {
+    if (!running) return;
+    running->setProgress(fraction);
+    const qint64 elapsed = transferClock.elapsed();
+    std::optional<qint64> left;
+    if (fraction >= 0.01 && elapsed >= 2000)
+        left = qint64(double(elapsed) * (1 - fraction) / fraction / 1000);
+    w.setStatus(TransferEngine::progressText(transferMoving, engine->measure(), left));
 }
 
 void ExplorerFileOps::finishTransfer(const TransferResult& result) {

@@ -5,6 +5,7 @@
 #include "fileops/FileUndo.h"
 #include "fileops/TransferResult.h"
 
+#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QObject>
 #include <QPointer>
@@ -66,6 +67,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void transferProgress(double fraction);
     void finishTransfer(const TransferResult& result);
     void selectArrived(const TransferResult& result);
     void adopt(const FileUndo& step);
@@ -78,6 +80,8 @@ private:
     BrowserWindow& w;
     std::unique_ptr<TransferEngine> engine;
     QPointer<Job> running;
+    QElapsedTimer transferClock;
+    bool transferMoving = false;
     QPointer<QLineEdit> editor;
     QUrl renameURL;
     Entry renaming;

@@ -301,6 +301,9 @@ bool handleExplorerShortcut(Explorer& window, QKeyEvent* event) {
     if (modal && modal != &window) return false;
     const KeyChord chord = readKeyChord(*event);
     if (arrangeWindow(window, chord)) return true;
+    // While a long job holds the window, Escape is for stopping it.
+    if (chord.key == P::Escape && !chord.primary() && !chord.alt() && window.busy())
+        return window.commands().run(QStringLiteral("cancelJob")), true;
     Context context{window, chord};
     auto* editor = qobject_cast<QLineEdit*>(window.focusWidget());
     const TabContent* content = window.contentFor(window.current());

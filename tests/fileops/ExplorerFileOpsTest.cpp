@@ -25,6 +25,7 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QSignalSpy>
+#include <QToolButton>
 #include <QTimer>
 
 using namespace orvane;
@@ -112,6 +113,27 @@ private slots:
         QTRY_VERIFY(!w->widgets().transferProgress->running());
         QCOMPARE(QDir(tree->path()).entryList(QDir::Files).size(), 2002);
         QVERIFY(app->shouldTerminate());
+    }
+
+    // Escape stops a paste: what arrived is whole and its undo step takes it away again.
+    void escapeCancelsAPaste() {
+        TempTree source;
+        QList<QUrl> files;
+        for (int i = 0; i < 2000; ++i)
+            files << QUrl::fromLocalFile(source.file(QStringLiteral("f%1.txt").arg(i), "x"));
+        FileClipboard::shared().setClipboard(files, false);
+        QVERIFY(w->commands().run(QStringLiteral("pasteAction")));
+        QVERIFY(w->widgets().cancelJobButton->isVisibleTo(w));
+        QTest::keyClick(w->table(), Qt::Key_Escape);
+        waitForJob();
+        QVERIFY(!w->widgets().cancelJobButton->isVisibleTo(w));
+        QVERIFY(w->widgets().status->text().startsWith(QStringLiteral("Cancelled · ")));
+        const QFileInfoList arrived = QDir(tree->path()).entryInfoList({"f*.txt"}, QDir::Files);
+        QVERIFY(arrived.size() < 2000);
+        for (const QFileInfo& file : arrived)
+            QCOMPARE(file.size(), 1);
+        if (!arrived.isEmpty()) ops()->undoAction();
+        QCOMPARE(QDir(tree->path()).entryList({"f*.txt"}, QDir::Files).size(), 0);
     }
 
     void copyPasteMakesACopyAndUndoTrashesIt() {
