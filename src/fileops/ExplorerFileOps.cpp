@@ -71,6 +71,13 @@ ExplorerFileOps::ExplorerFileOps(BrowserWindow& window)
         cancelPendingRename();
         finishInlineRename(false);
     });
+    // Another item chosen ends the edit; a name already refused is dropped, not asked again.
+    connect(&w.events(), &ExplorerEvents::selectionChanged, this, [this] {
+        if (!editor) return;
+        const std::vector<Entry> chosen = w.selected();
+        if (chosen.size() == 1 && chosen.front().url() == renameURL) return;
+        finishInlineRename(editor->text() != refusedText);
+    });
 }
 
 ExplorerFileOps::~ExplorerFileOps() = default;
@@ -266,6 +273,13 @@ QString ExplorerFileOps::askName(const QString& title, const QString& initial) {
     dialog.setTextValue(initial);
     dialog.setOkButtonText(QStringLiteral("OK"));
     dialog.setCancelButtonText(QStringLiteral("Cancel"));
+    // Showing selects the whole name; as in the inline editor, only the stem is chosen.
+    QTimer::singleShot(0, &dialog, [&dialog, initial] {
+        if (auto* field = dialog.findChild<QLineEdit*>(); field && field->text() == initial) {
+            const TextRange stem = filenameStemRange(initial, false);
+            field->setSelection(int(stem.start), int(stem.length));
+        }
+    });
     if (dialog.exec() != QDialog::Accepted) return {};
     const QString name = dialog.textValue();
     if (!FileNames::isValidName(name)) {
@@ -320,9 +334,12 @@ void ExplorerFileOps::beginInlineRename(const QString& text) {
     field->setGeometry(place);
     field->setAccessibleName(QStringLiteral("Rename ") + entry.name());
     field->installEventFilter(this);
-    connect(field, &QLineEdit::editingFinished, this, [this] { finishInlineRename(true); });
+    // Focus gone elsewhere with the refused name untouched: that name is dropped, not refused again.
+    connect(field, &QLineEdit::editingFinished, this,
+            [this] { finishInlineRename(!editor || editor->text() != refusedText); });
     renameURL = entry.url();
     renaming = entry;
+    refusedText = text;
     editor = field;
     emit w.events().editingChanged(true);
     field->show();

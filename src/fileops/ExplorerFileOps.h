@@ -84,6 +84,7 @@ private:
     bool transferMoving = false;
     QPointer<QLineEdit> editor;
     QUrl renameURL;
+    QString refusedText; // the editor came back after this name was refused
     Entry renaming;
     QTimer renameDelay;
     QPointer<QWidget> viewport;

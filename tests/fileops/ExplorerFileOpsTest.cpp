@@ -4,6 +4,7 @@
 #include "core/PinnedStore.h"
 #include "core/WindowCommands.h"
 #include "fileops/FileClipboard.h"
+#include "fileops/FileNames.h"
 #include "kit/TransferProgressEdge.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
@@ -25,8 +26,8 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QSignalSpy>
-#include <QToolButton>
 #include <QTimer>
+#include <QToolButton>
 
 using namespace orvane;
 using orvane::test::TempTree;
@@ -348,6 +349,29 @@ private slots:
         QVERIFY(QFile::exists(tree->path("hello.txt")));
     }
 
+    // Another row clicked while the refused name is still in the editor: the refused text goes,
+    // rather than standing over the row as a second item of that name.
+    void clickingAwayFromARefusedNameDropsIt() {
+        w->resize(1000, 600);
+        focusTable();
+        selectNames(*w, {"hello.txt"});
+        QVERIFY(press(w, keys::F2));
+        ops()->renameEditor()->setText(QStringLiteral("ملاحظات.txt"));
+        QVERIFY(press(w, keys::Return));
+        QTRY_VERIFY(w->lastAlert());
+        takeAlert(*w);
+        QTRY_VERIFY(ops()->renameEditor());
+        int other = 0;
+        while (w->entries()[size_t(other)].name() != QStringLiteral("ملاحظات.txt"))
+            ++other;
+        const QRect row = w->table()->visualRect(w->table()->model()->index(other, 1));
+        QTest::mouseClick(w->table()->viewport(), Qt::LeftButton, {}, row.center());
+        QTRY_COMPARE(editorsShown(), 0);
+        QVERIFY(!w->lastAlert()->isVisible());
+        QCOMPARE(selectedNames(), QStringList{"ملاحظات.txt"});
+        QVERIFY(QFile::exists(tree->path("hello.txt")));
+    }
+
     void escapeCancelsTheRename() {
         focusTable();
         selectNames(*w, {"hello.txt"});
@@ -409,6 +433,18 @@ private slots:
     }
 
     void newTextDocumentAsksForAName() {
+        // The name offered has its stem chosen, as a renamed file's editor does.
+        QString chosen;
+        QTimer::singleShot(0, [&chosen] {
+            QTimer::singleShot(0, [&chosen] {
+                auto* input = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
+                if (!input) return;
+                chosen = input->findChild<QLineEdit*>()->selectedText();
+                input->reject();
+            });
+        });
+        ops()->newTextDocument();
+        QCOMPARE(chosen, QFileInfo(FileNames::newDocumentName()).completeBaseName());
         answerNextDialog(QStringLiteral("OK"), QStringLiteral("todo.txt"));
         ops()->newTextDocument();
         QVERIFY(QFile::exists(tree->path("todo.txt")));
