@@ -87,7 +87,14 @@ void ExplorerChrome::connectButtons() {
     connect(ui.zoomButton, &QToolButton::clicked, this, zoom);
     connect(ui.titleRow, &TitleRow::zoomRequested, this, zoom);
     connect(ui.closeButton, &QToolButton::clicked, w.widget(), &QWidget::close);
-    connect(ui.editAddressButton, &QToolButton::clicked, ui.pathBox, &EditablePathBox::showAddress);
+    ui.editAddressButton->setToolTip(QStringLiteral("Recent places"));
+    ui.editAddressButton->setAccessibleName(QStringLiteral("Recent places"));
+    connect(ui.editAddressButton, &QToolButton::clicked, this, [this] {
+        QMenu* menu = recentPlacesMenu();
+        connect(menu, &QMenu::aboutToHide, menu, &QObject::deleteLater);
+        QToolButton* button = w.widgets().editAddressButton;
+        menu->popup(button->mapToGlobal(QPoint(0, button->height())));
+    });
     connect(ui.action("details"), &QToolButton::clicked, this, &ExplorerChrome::toggleDetails);
     connect(ui.detailsPane, &DetailsPane::closeRequested, this, &ExplorerChrome::toggleDetails);
     connect(ui.split, &ExplorerSidebarSplit::navigationWidthChosen, this,
@@ -150,9 +157,23 @@ void ExplorerChrome::registerCommands() {
 
 // ---------------------------------------------------------------- following the window
 
+QMenu* ExplorerChrome::recentPlacesMenu() {
+    auto* menu = new QMenu(QStringLiteral("Recent places"), w.widget());
+    for (const QUrl& place : recent) {
+        QAction* go = menu->addAction(folderName(place), this, [this, place] { w.navigate(place); });
+        go->setToolTip(place.isLocalFile() ? place.toLocalFile() : place.toString());
+    }
+    menu->addSeparator();
+    menu->addAction(QStringLiteral("Edit address"), w.widgets().pathBox, &EditablePathBox::showAddress);
+    return menu;
+}
+
 void ExplorerChrome::updateLocation() {
     const WindowWidgets& ui = w.widgets();
     const QUrl url = w.current();
+    recent.removeAll(url);
+    recent.prepend(url);
+    if (recent.size() > 12) recent.removeLast();
     const QString name = folderName(url);
     ui.pathBox->showPathBar();
     if (url.isLocalFile()) {

@@ -288,7 +288,15 @@ void Explorer::addressGo() {
     else if (text.startsWith(QLatin1String("~/")))
         text = QDir::homePath() + text.mid(1);
     if (!text.startsWith(u'/')) text = current().toLocalFile() + u'/' + text;
-    if (!navigate(QUrl::fromLocalFile(QDir::cleanPath(text)))) ui.pathBox->showAddress();
+    const QString path = QDir::cleanPath(text);
+    // A file's path opens the folder it lies in, with the file chosen.
+    if (!NativePath::isDir(path) && NativePath::exists(path)) {
+        const QUrl file = QUrl::fromLocalFile(path);
+        if (navigate(file.adjusted(QUrl::RemoveFilename | QUrl::StripTrailingSlash)))
+            selectWhenListed({file});
+        return;
+    }
+    if (!navigate(QUrl::fromLocalFile(path))) ui.pathBox->showAddress();
 }
 
 void Explorer::activateTab(int index) {

@@ -2,6 +2,8 @@
 
 #include "core/TabContent.h"
 #include "core/WindowCommands.h"
+#include "kit/EditablePathBox.h"
+#include "kit/WindowWidgets.h"
 #include "views/FileTable.h"
 #include "window/Explorer.h"
 #include "window/ExplorerKeyboard.h"
@@ -306,6 +308,11 @@ bool handleExplorerShortcut(Explorer& window, QKeyEvent* event) {
         return window.commands().run(QStringLiteral("cancelJob")), true;
     Context context{window, chord};
     auto* editor = qobject_cast<QLineEdit*>(window.focusWidget());
+    const bool plain = !chord.primary() && !chord.alt() && !chord.shift();
+    if (editor && editor == window.widgets().pathBox->addressField() && chord.key == P::Tab && plain &&
+        window.current().isLocalFile() &&
+        window.widgets().pathBox->completeFolder(window.current().toLocalFile()))
+        return true;
     const TabContent* content = window.contentFor(window.current());
     if (!editor && content && content->takesFileKeys() && runRules(ownItemRules(), context)) return true;
     if (runRules(commonRules(), context)) return true;
