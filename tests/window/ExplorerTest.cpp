@@ -127,6 +127,15 @@ private slots:
         QCOMPARE(w->selected().front().name(), QStringLiteral("b.txt"));
     }
 
+    // A file that no application opens says so rather than nothing at all.
+    void aFileNothingOpensSaysSo() {
+        tree->file("blob.orvane-nothing", QByteArray("\x01\x02\x03\xff", 4));
+        Explorer* w = app->newWindow(url(tree->path()));
+        selectNames(*w, {"blob.orvane-nothing"});
+        QVERIFY(w->commands().run(QStringLiteral("openSelected")));
+        QVERIFY(takeAlert(*w).startsWith(QStringLiteral("No application opens \"blob.orvane-nothing\"|")));
+    }
+
     // Tab completes folder names in the address box, as far as they agree.
     void tabCompletesFolderNames_data() {
         QTest::addColumn<QString>("typed");
