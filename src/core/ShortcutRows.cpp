@@ -48,7 +48,7 @@ const std::vector<ShortcutRow>& explorerShortcutRows() {
         {QStringLiteral("Shift + arrows / click"), QStringLiteral("Select a range")},
         {QStringLiteral("Ctrl + click"), QStringLiteral("Toggle an item in the selection")},
         {QStringLiteral("Home / End"), QStringLiteral("First / last item")},
-        {QStringLiteral("Shift + F10"), QStringLiteral("Selection context menu"),
+        {QStringLiteral("Shift + F10 · Menu key"), QStringLiteral("Selection context menu, Open first"),
          QStringLiteral("showKeyboardContextMenu")},
         {QStringLiteral("Delete · Ctrl + D"), QStringLiteral("Move selection to Trash"),
          QStringLiteral("trashAction")},

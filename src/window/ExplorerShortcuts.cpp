@@ -235,6 +235,8 @@ const std::vector<Rule>& fileRules() {
          [](Context& c) { return c.window.keyboard().handleSidebarKey(c.chord.key); }},
         {any, any, yes, key(P::F10), nullptr,
          [](Context& c) { return call(c.window, "showKeyboardContextMenu"); }},
+        {no, no, no, key(P::Menu), nullptr,
+         [](Context& c) { return call(c.window, "showKeyboardContextMenu"); }},
         {any, any, yes, key(P::Help), nullptr, [](Context& c) { return call(c.window, "pasteAction"); }},
         {any, any, any, key(P::ForwardDelete), nullptr,
          [](Context& c) {
