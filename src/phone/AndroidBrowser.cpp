@@ -54,8 +54,13 @@ AndroidBrowser::AndroidBrowser(BrowserWindow& window, const QUuid& tab)
         if (found.isEmpty()) return publishListing();
         w.commands().run(QStringLiteral("searchChanged"));
     });
-    connect(&phone, &PhoneBrowserState::listed, this, [this] {
-        if (showing()) selectPending();
+    // A phone that can't be read says why where its items would be, not only in the status line.
+    connect(&phone, &PhoneBrowserState::listed, this, [this](bool ok) {
+        if (!showing()) return;
+        selectPending();
+        if (ok || !w.entries().empty()) return;
+        w.widgets().emptyLabel->setText(phone.status());
+        w.widgets().emptyLabel->show();
     });
     // A new folder is chosen and put into rename as soon as it is listed.
     connect(&phone, &PhoneBrowserState::folderListed, this, [this](const QString& name) {
