@@ -67,15 +67,17 @@ DetailsPane::DetailsPane(QWidget* parent) : QWidget(parent) {
     column->addWidget(scroll, 1);
 }
 
-void DetailsPane::showItems(const std::vector<Entry>& items, const QString& currentPath) {
+void DetailsPane::showItems(const std::vector<Entry>& items, const QString& currentPath,
+                            const QString& folder) {
     if (items.size() == 1) {
         const Entry& item = items.front();
-        titleLabel->setText(folderName(item.url()));
+        titleLabel->setText(item.isPhone() ? item.name() : folderName(item.url()));
         pathLabel->setText(item.isPhone() ? item.name() : item.location);
         image->setPixmap(FileIcons::shared().icon(item).pixmap(64, 64));
         QString text =
             QStringLiteral("Type\n") + item.kind + QStringLiteral("\n\nModified\n") + dateText(item.modified);
         if (!item.directory) text += QStringLiteral("\n\nSize\n") + byteCountText(item.size);
+        if (!folder.isEmpty()) text += QStringLiteral("\n\nFolder\n") + folder;
         metaLabel->setText(text);
         return;
     }

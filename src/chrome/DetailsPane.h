@@ -15,7 +15,8 @@ class DetailsPane : public QWidget {
     Q_OBJECT
 public:
     explicit DetailsPane(QWidget* parent = nullptr);
-    void showItems(const std::vector<Entry>& items, const QString& currentPath);
+    // `folder` names where one search result lies.
+    void showItems(const std::vector<Entry>& items, const QString& currentPath, const QString& folder = {});
 
     QString title() const;
     QString meta() const;

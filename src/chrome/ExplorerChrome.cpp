@@ -20,6 +20,7 @@
 #include "core/WindowCommands.h"
 #include "fileops/FileClipboard.h"
 #include "kit/EditablePathBox.h"
+#include "views/ExplorerColumns.h"
 #include "views/FileTable.h"
 
 #include <QClipboard>
@@ -65,8 +66,18 @@ void ExplorerChrome::followJobs() {
         connect(job, &Job::progressed, edge, [edge](double f) { f == 0 ? edge->begin() : edge->update(f); });
     });
     connect(&w.jobs(), &Jobs::holdingChanged, this, [this, edge](QObject* window, bool held) {
-        if (window == w.widget() && !held) edge->finish();
+        if (window != w.widget()) return;
+        w.widgets().cancelJobButton->setVisible(held);
+        if (!held) edge->finish();
     });
+    w.commands().add(
+        QStringLiteral("cancelJob"), QStringLiteral("Cancel"),
+        [this] {
+            for (Job* job : w.jobs().runningFor(w.widget()))
+                if (job->holdsWindow()) job->cancel();
+        },
+        [this] { return w.busy(); });
+    CommandBinding::bind(w.commands(), w.widgets().cancelJobButton, QStringLiteral("cancelJob"));
 }
 
 void ExplorerChrome::connectButtons() {
@@ -78,7 +89,14 @@ void ExplorerChrome::connectButtons() {
     connect(ui.zoomButton, &QToolButton::clicked, this, zoom);
     connect(ui.titleRow, &TitleRow::zoomRequested, this, zoom);
     connect(ui.closeButton, &QToolButton::clicked, w.widget(), &QWidget::close);
-    connect(ui.editAddressButton, &QToolButton::clicked, ui.pathBox, &EditablePathBox::showAddress);
+    ui.editAddressButton->setToolTip(QStringLiteral("Recent places"));
+    ui.editAddressButton->setAccessibleName(QStringLiteral("Recent places"));
+    connect(ui.editAddressButton, &QToolButton::clicked, this, [this] {
+        QMenu* menu = recentPlacesMenu();
+        connect(menu, &QMenu::aboutToHide, menu, &QObject::deleteLater);
+        QToolButton* button = w.widgets().editAddressButton;
+        menu->popup(button->mapToGlobal(QPoint(0, button->height())));
+    });
     connect(ui.action("details"), &QToolButton::clicked, this, &ExplorerChrome::toggleDetails);
     connect(ui.detailsPane, &DetailsPane::closeRequested, this, &ExplorerChrome::toggleDetails);
     connect(ui.split, &ExplorerSidebarSplit::navigationWidthChosen, &w.services().settings(),
@@ -141,9 +159,23 @@ void ExplorerChrome::registerCommands() {
 
 // ---------------------------------------------------------------- following the window
 
+QMenu* ExplorerChrome::recentPlacesMenu() {
+    auto* menu = new QMenu(QStringLiteral("Recent places"), w.widget());
+    for (const QUrl& place : recent) {
+        QAction* go = menu->addAction(folderName(place), this, [this, place] { w.navigate(place); });
+        go->setToolTip(place.isLocalFile() ? place.toLocalFile() : place.toString());
+    }
+    menu->addSeparator();
+    menu->addAction(QStringLiteral("Edit address"), w.widgets().pathBox, &EditablePathBox::showAddress);
+    return menu;
+}
+
 void ExplorerChrome::updateLocation() {
     const WindowWidgets& ui = w.widgets();
     const QUrl url = w.current();
+    recent.removeAll(url);
+    recent.prepend(url);
+    if (recent.size() > 12) recent.removeLast();
     const QString name = folderName(url);
     ui.pathBox->showPathBar();
     if (url.isLocalFile()) {
@@ -152,7 +184,7 @@ void ExplorerChrome::updateLocation() {
     }
     ui.searchField->setPlaceholderText(QStringLiteral("Search ") + name);
     w.widget()->setWindowTitle(name + QStringLiteral(" — Orvane"));
-    ui.detailsPane->setVisible(detailsVisible && url.isLocalFile());
+    ui.detailsPane->setVisible(detailsVisible);
     ui.split->relayout();
     updateSelectionStatus();
 }
@@ -185,10 +217,21 @@ void ExplorerChrome::updateSelectionStatus() {
 }
 
 void ExplorerChrome::updateDetails() {
-    if (!detailsVisible || !w.current().isLocalFile()) return;
+    if (!detailsVisible) return;
+    const bool local = w.current().isLocalFile();
     std::vector<Entry> items = w.selected();
+    if (items.empty() && !local) return;
     if (items.empty()) items.push_back(Entry::fromUrl(w.current()));
-    w.widgets().detailsPane->showItems(items, w.current().toLocalFile());
+    // While search results show, one of them is told by the folder it lies in.
+    QString folder;
+    const int column = explorerColumnIndex(QStringLiteral("folder"));
+    const QModelIndexList rows = w.table()->selectionModel()->selectedRows(column);
+    if (rows.size() == 1 && w.table()->isColumnVisible(QStringLiteral("folder")))
+        folder = rows.front().data().toString();
+    if (folder.isEmpty() && rows.size() == 1 && w.table()->isColumnVisible(QStringLiteral("folder")))
+        folder = folderName(w.current());
+    w.widgets().detailsPane->showItems(
+        items, local ? w.current().toLocalFile() : w.widgets().pathBox->addressField()->text(), folder);
 }
 
 // ---------------------------------------------------------------- view commands

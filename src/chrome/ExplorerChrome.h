@@ -5,6 +5,8 @@
 #include <QObject>
 #include <QPointer>
 
+class QMenu;
+
 namespace orvane {
 
 class BrowserWindow;
@@ -35,6 +37,9 @@ public:
     // A narrow window keeps every button of the action row whole: titled buttons drop their titles,
     // the least needed first, until the row fits.
     void fitActionRow();
+    // The address chevron's menu: the places this window went to, latest first, then "Edit address".
+    // The caller owns it.
+    QMenu* recentPlacesMenu();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -49,6 +54,7 @@ private:
 
     BrowserWindow& w;
     QPointer<ShortcutGuideWindow> guide;
+    QList<QUrl> recent;
 };
 
 } // namespace orvane

@@ -1,5 +1,6 @@
 #include "core/EntrySort.h"
 
+#include "core/EntryText.h"
 #include "core/NaturalOrder.h"
 
 #include <QHash>
@@ -11,9 +12,10 @@ namespace orvane {
 
 namespace {
 
-enum class Key { Name, Modified, Kind, Size, Created };
+enum class Key { Name, Modified, Kind, Size, Created, Folder };
 
 Key keyOf(const QString& key) {
+    if (key == QLatin1String("folder")) return Key::Folder;
     switch (sortKeys().indexOf(key)) {
     case 1:
         return Key::Modified;
@@ -66,6 +68,7 @@ struct SortKeys {
     std::vector<QCollatorSortKey> names;
     std::vector<int> kinds;
     std::vector<qint64> values; // size or date, when the key is one of those
+    std::vector<QCollatorSortKey> folders;
 };
 
 SortKeys buildKeys(const std::vector<Entry>& entries, Key key, bool group) {
@@ -75,6 +78,9 @@ SortKeys buildKeys(const std::vector<Entry>& entries, Key key, bool group) {
     for (const Entry& e : entries)
         keys.names.push_back(order.key(e.name()));
     if (group || key == Key::Kind) keys.kinds = kindRanks(entries);
+    if (key == Key::Folder)
+        for (const Entry& e : entries)
+            keys.folders.push_back(order.key(folderOf(e)));
     if (key == Key::Size || key == Key::Modified || key == Key::Created) {
         keys.values.reserve(entries.size());
         for (const Entry& e : entries)
@@ -115,6 +121,8 @@ void sortEntries(std::vector<Entry>& entries, const SortState& state) {
             v = threeWay(keys.kinds[a], keys.kinds[b]);
         else if (!keys.values.empty())
             v = threeWay(keys.values[a], keys.values[b]);
+        else if (!keys.folders.empty())
+            v = sign(keys.folders[a].compare(keys.folders[b]));
         if (v == 0) v = sign(keys.names[a].compare(keys.names[b]));
         if (v == 0) v = sign(QString::compare(entries[a].location, entries[b].location));
         return state.ascending ? v < 0 : v > 0;
@@ -141,6 +149,9 @@ bool entryBefore(const Entry& lhs, const Entry& rhs, const SortState& state) {
         break;
     case Key::Name:
         v = order.compare(lhs.name(), rhs.name());
+        break;
+    case Key::Folder:
+        v = order.compare(folderOf(lhs), folderOf(rhs));
         break;
     }
     if (v == 0) v = order.compare(lhs.name(), rhs.name());

@@ -8,7 +8,8 @@ namespace orvane {
 
 // The window's sort state; shared by all tabs of a window.
 struct SortState {
-    QString key = QStringLiteral("name"); // "name", "modified", "kind", "size" or "created"
+    // "name", "modified", "kind", "size", "created", or "folder" while search results show
+    QString key = QStringLiteral("name");
     bool ascending = true;
     bool groupByType = false;
 };

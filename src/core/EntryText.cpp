@@ -47,7 +47,14 @@ QString columnText(const QString& key, const Entry& entry) {
     if (key == QLatin1String("created")) return dateText(entry.created);
     if (key == QLatin1String("kind")) return entry.kind;
     if (key == QLatin1String("size")) return entry.directory ? QString() : byteCountText(entry.size);
+    if (key == QLatin1String("folder")) return folderOf(entry);
     return {};
+}
+
+QString folderOf(const Entry& entry) {
+    if (entry.isPhone()) return {};
+    const qsizetype slash = entry.location.lastIndexOf(u'/');
+    return slash <= 0 ? QStringLiteral("/") : entry.location.left(slash);
 }
 
 } // namespace orvane

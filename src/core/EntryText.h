@@ -11,5 +11,7 @@ QString byteCountText(qint64 bytes);
 QString dateText(const QDateTime& date);
 // The display text of one attribute of an entry, for the columns of a listing.
 QString columnText(const QString& key, const Entry& entry);
+// The folder a local entry lies in, as its path; empty for a phone item.
+QString folderOf(const Entry& entry);
 
 } // namespace orvane

@@ -65,9 +65,7 @@ ExplorerFileOps::ExplorerFileOps(BrowserWindow& window)
         if (chosen.size() == 1 && chosen.front().url() == renameClickURL && w.widget()->isActiveWindow())
             w.commands().run(QStringLiteral("renameAction"));
     });
-    connect(engine.get(), &TransferEngine::progress, this, [this](double fraction) {
-        if (running) running->setProgress(fraction);
-    });
+    connect(engine.get(), &TransferEngine::progress, this, &ExplorerFileOps::transferProgress);
     connect(engine.get(), &TransferEngine::finished, this, &ExplorerFileOps::finishTransfer);
     viewport = w.table()->viewport();
     viewport->installEventFilter(this);
@@ -75,6 +73,13 @@ ExplorerFileOps::ExplorerFileOps(BrowserWindow& window)
     connect(&w.events(), &ExplorerEvents::locationChanged, this, [this] {
         cancelPendingRename();
         finishInlineRename(false);
+    });
+    // Another item chosen ends the edit; a name already refused is dropped, not asked again.
+    connect(&w.events(), &ExplorerEvents::selectionChanged, this, [this] {
+        if (!editor) return;
+        const std::vector<Entry> chosen = w.selected();
+        if (chosen.size() == 1 && chosen.front().url() == renameURL) return;
+        finishInlineRename(editor->text() != refusedText);
     });
 }
 
@@ -161,7 +166,21 @@ void ExplorerFileOps::transfer(const QStringList& sources, bool moving, const QS
     }
     if (plan.jobs.empty() || !engine->start(plan.jobs, moving)) return;
     running = w.jobs().start(TransferEngine::startText(moving), w.widget());
+    running->setCanceller([this] { engine->cancel(); });
+    transferMoving = moving;
+    transferClock.start();
     w.setStatus(TransferEngine::startText(moving));
+}
+
+// How far, in items and bytes, and once a few seconds tell the pace, how long is left.
+void ExplorerFileOps::transferProgress(double fraction) {
+    if (!running) return;
+    running->setProgress(fraction);
+    const qint64 elapsed = transferClock.elapsed();
+    std::optional<qint64> left;
+    if (fraction >= 0.01 && elapsed >= 2000)
+        left = qint64(double(elapsed) * (1 - fraction) / fraction / 1000);
+    w.setStatus(TransferEngine::progressText(transferMoving, engine->measure(), left));
 }
 
 void ExplorerFileOps::finishTransfer(const TransferResult& result) {
@@ -253,6 +272,13 @@ QString ExplorerFileOps::askName(const QString& title, const QString& initial) {
     dialog.setTextValue(initial);
     dialog.setOkButtonText(QStringLiteral("OK"));
     dialog.setCancelButtonText(QStringLiteral("Cancel"));
+    // Showing selects the whole name; as in the inline editor, only the stem is chosen.
+    QTimer::singleShot(0, &dialog, [&dialog, initial] {
+        if (auto* field = dialog.findChild<QLineEdit*>(); field && field->text() == initial) {
+            const TextRange stem = filenameStemRange(initial, false);
+            field->setSelection(int(stem.start), int(stem.length));
+        }
+    });
     if (dialog.exec() != QDialog::Accepted) return {};
     const QString name = dialog.textValue();
     if (!FileNames::isValidName(name)) {
@@ -307,9 +333,12 @@ void ExplorerFileOps::beginInlineRename(const QString& text) {
     field->setGeometry(place);
     field->setAccessibleName(QStringLiteral("Rename ") + entry.name());
     field->installEventFilter(this);
-    connect(field, &QLineEdit::editingFinished, this, [this] { finishInlineRename(true); });
+    // Focus gone elsewhere with the refused name untouched: that name is dropped, not refused again.
+    connect(field, &QLineEdit::editingFinished, this,
+            [this] { finishInlineRename(!editor || editor->text() != refusedText); });
     renameURL = entry.url();
     renaming = entry;
+    refusedText = text;
     editor = field;
     emit w.events().editingChanged(true);
     field->show();

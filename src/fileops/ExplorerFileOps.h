@@ -5,6 +5,7 @@
 #include "fileops/FileUndo.h"
 #include "fileops/TransferResult.h"
 
+#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QObject>
 #include <QPointer>
@@ -65,6 +66,7 @@ protected:
 
 private:
     PathMoved followPin() const;
+    void transferProgress(double fraction);
     void finishTransfer(const TransferResult& result);
     void selectArrived(const TransferResult& result);
     void adopt(const FileUndo& step);
@@ -77,8 +79,11 @@ private:
     BrowserWindow& w;
     std::unique_ptr<TransferEngine> engine;
     QPointer<Job> running;
+    QElapsedTimer transferClock;
+    bool transferMoving = false;
     QPointer<QLineEdit> editor;
     QUrl renameURL;
+    QString refusedText; // the editor came back after this name was refused
     Entry renaming;
     QTimer renameDelay;
     QPointer<QWidget> viewport;

@@ -15,6 +15,16 @@ namespace orvane {
 namespace {
 
 constexpr size_t bufferSize = size_t(1) << 20;
+// The kernel's copy goes in pieces this big, so a stop is seen within one of them.
+constexpr off_t rangeChunk = off_t(8) << 20;
+
+thread_local const std::atomic<bool>* stopFlag = nullptr;
+
+bool stopNow() {
+    if (!FileData::stopped()) return false;
+    errno = ECANCELED;
+    return true;
+}
 
 char* buffer() {
     thread_local std::unique_ptr<char[]> block(new char[bufferSize]);
@@ -39,6 +49,18 @@ bool hasHoles(const struct stat& st) {
 }
 
 } // namespace
+
+FileData::StopWhen::StopWhen(const std::atomic<bool>* flag) : before(stopFlag) {
+    stopFlag = flag;
+}
+
+FileData::StopWhen::~StopWhen() {
+    stopFlag = before;
+}
+
+bool FileData::stopped() {
+    return stopFlag && stopFlag->load(std::memory_order_relaxed);
+}
 
 bool FileData::copy(int in, int out, const struct stat& st) {
     if (st.st_size == 0) return toEnd(in, out); // a size of 0 may be a file that has no size to tell
@@ -78,8 +100,11 @@ bool FileData::range(int in, int out, off_t offset, off_t length) {
         off_t from = offset, to = offset;
         const off_t end = offset + length;
         ssize_t n = 0;
-        while (from < end && (n = copy_file_range(in, &from, out, &to, size_t(end - from), 0)) > 0) {
+        bool stop = false;
+        while (from < end && !(stop = stopNow()) &&
+               (n = copy_file_range(in, &from, out, &to, size_t(std::min(end - from, rangeChunk)), 0)) > 0) {
         }
+        if (stop) return false;
         if (from >= end || n == 0) return true; // at the end, or the file shrank while it was copied
         if (from > offset || (errno != EXDEV && errno != EINVAL && errno != ENOSYS && errno != EOPNOTSUPP))
             return false;
@@ -93,6 +118,7 @@ bool FileData::buffered(int in, int out, off_t offset, off_t length) {
     char* data = buffer();
     const off_t end = offset + length;
     while (offset < end) {
+        if (stopNow()) return false;
         const ssize_t n = pread(in, data, size_t(std::min<off_t>(end - offset, off_t(bufferSize))), offset);
         if (n < 0 && errno == EINTR) continue;
         if (n < 0) return false;
@@ -107,6 +133,7 @@ bool FileData::toEnd(int in, int out) {
     char* data = buffer();
     off_t offset = 0;
     for (;;) {
+        if (stopNow()) return false;
         const ssize_t n = read(in, data, bufferSize);
         if (n < 0 && errno == EINTR) continue;
         if (n < 0) return false;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <sys/stat.h>
 
 namespace orvane {
@@ -12,6 +13,20 @@ class FileData {
 public:
     // `st` is the source's status from its open descriptor. False with errno set.
     bool copy(int in, int out, const struct stat& st);
+
+    // While one lives, copies on this thread stop between chunks once `flag` is set, failing with
+    // ECANCELED, so a cancelled transfer ends inside a big file too.
+    class StopWhen {
+    public:
+        explicit StopWhen(const std::atomic<bool>* flag);
+        ~StopWhen();
+        StopWhen(const StopWhen&) = delete;
+        StopWhen& operator=(const StopWhen&) = delete;
+
+    private:
+        const std::atomic<bool>* before;
+    };
+    static bool stopped();
 
 private:
     bool sparse(int in, int out, off_t size);

@@ -1,5 +1,7 @@
 #include "fileops/TransferEngine.h"
 
+#include "core/EntryText.h"
+#include "fileops/FileData.h"
 #include "fileops/FileNames.h"
 #include "fileops/FileTree.h"
 #include "fileops/TransferProgressSnapshot.h"
@@ -107,41 +109,77 @@ QString TransferEngine::startText(bool moving) {
 }
 
 TransferResult TransferEngine::run(const TransferJobs& jobs, bool moving,
-                                   const std::function<void(double)>& tick) {
+                                   const std::function<void(double)>& tick, const std::atomic<bool>* stop,
+                                   std::atomic<int>* items, std::atomic<qint64>* total) {
     TransferResult result;
     result.moving = moving;
     const TransferProgressSnapshot snapshot(jobs);
+    if (total) *total = snapshot.total();
+    const FileData::StopWhen stopping(stop);
     {
         std::optional<ProgressTicker> ticker;
         if (tick) ticker.emplace(snapshot, tick);
         for (const TransferJob& job : jobs) {
+            if (FileData::stopped()) break;
             const FileTree::Outcome outcome = moving ? FileTree::moveItem(job.source, job.destination)
                                                      : FileTree::copyItem(job.source, job.destination);
+            if (items) ++*items;
             // What arrived in part is finished too, so its undo step covers it.
             if (outcome.arrived) {
                 result.finished.push_back(job);
                 result.arrivedAt.push_back(TransferResult::modifiedAt(job.destination));
             }
+            // A cancel's own problems are no failure to report.
+            if (FileData::stopped()) break;
             result.failures << outcome.lines(NativePath::display(job.source.section(u'/', -1)));
         }
     }
+    result.cancelled = FileData::stopped();
     return result;
+}
+
+TransferEngine::Measure TransferEngine::measure() const {
+    const qint64 total = bytesExpected;
+    return {itemsTried, itemCount, qint64(double(total) * lastFraction), total};
+}
+
+QString TransferEngine::progressText(bool moving, const Measure& m, std::optional<qint64> secondsLeft) {
+    QString text = (moving ? QStringLiteral("Moving ") : QStringLiteral("Copying ")) +
+                   QString::number(qMin(m.items + 1, m.itemCount)) + QStringLiteral(" of ") +
+                   QString::number(m.itemCount) + QStringLiteral(" items · ") + byteCountText(m.bytes) +
+                   QStringLiteral(" of ") + byteCountText(m.total);
+    if (!secondsLeft) return text;
+    const qint64 s = qMax<qint64>(*secondsLeft, 1);
+    const auto about = [](qint64 n, const char* unit) {
+        return QStringLiteral("About %1 %2%3 left").arg(n).arg(QLatin1String(unit), n == 1 ? "" : "s");
+    };
+    return text + QStringLiteral(" · ") +
+           (s < 60     ? about(s, "second")
+            : s < 5400 ? about((s + 30) / 60, "minute")
+                       : about((s + 1800) / 3600, "hour"));
 }
 
 bool TransferEngine::start(TransferJobs jobs, bool moving) {
     if (active || jobs.empty()) return false;
     if (worker.joinable()) worker.join();
     active = true;
+    stopping = false;
+    itemsTried = 0;
+    bytesExpected = 0;
+    itemCount = int(jobs.size());
+    lastFraction = 0;
     worker = std::thread([this, jobs = std::move(jobs), moving] {
         const auto tick = [this](double fraction) {
             QMetaObject::invokeMethod(
                 this,
                 [this, fraction] {
-                    if (active) emit progress(fraction);
+                    if (!active) return;
+                    lastFraction = fraction;
+                    emit progress(fraction);
                 },
                 Qt::QueuedConnection);
         };
-        const TransferResult result = run(jobs, moving, tick);
+        const TransferResult result = run(jobs, moving, tick, &stopping, &itemsTried, &bytesExpected);
         QMetaObject::invokeMethod(
             this, [this, result] { deliver(result); }, Qt::QueuedConnection);
     });

@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QStringList>
 #include <atomic>
+#include <optional>
 #include <thread>
 
 namespace orvane {
@@ -22,7 +23,8 @@ struct TransferPlan {
 
 // The one road for local copies and moves. A run goes through its jobs one by one on a thread of its
 // own while a second thread measures progress every 250 ms; both report on the thread that owns the
-// engine. There is at most one run per engine and no cancelling it.
+// engine. There is at most one run per engine; a cancelled run stops inside the file in hand, removes
+// that part, and reports what had arrived whole.
 class TransferEngine : public QObject {
     Q_OBJECT
 public:
@@ -38,10 +40,25 @@ public:
     // False, with nothing started, while a run is under way or when there are no jobs.
     bool start(TransferJobs jobs, bool moving);
     bool running() const { return active; }
+    // Asks the run under way to stop; `finished` still comes, with `cancelled` set.
+    void cancel() { stopping = true; }
+    // How far the run has come: items tried of all, bytes at the destinations of all expected.
+    struct Measure {
+        int items = 0;
+        int itemCount = 0;
+        qint64 bytes = 0;
+        qint64 total = 0;
+    };
+    Measure measure() const;
+    // "Copying 3 of 10 items · 45 MB of 120 MB · About 2 minutes left"; the time once it can be told.
+    static QString progressText(bool moving, const Measure& m, std::optional<qint64> secondsLeft);
 
     // The run's body, for callers that already are on a worker: blocks until every job has been tried.
     // `tick` is called on a thread of its own; without one nothing is measured.
-    static TransferResult run(const TransferJobs& jobs, bool moving, const std::function<void(double)>& tick);
+    // `stop`, when given, is read between jobs and inside files; `items` counts the jobs tried.
+    static TransferResult run(const TransferJobs& jobs, bool moving, const std::function<void(double)>& tick,
+                              const std::atomic<bool>* stop = nullptr, std::atomic<int>* items = nullptr,
+                              std::atomic<qint64>* total = nullptr);
 
 signals:
     // 0 to 0.99, first at once and then every 250 ms; never after `finished`.
@@ -53,6 +70,11 @@ private:
 
     std::thread worker;
     bool active = false;
+    std::atomic<bool> stopping{false};
+    std::atomic<int> itemsTried{0};
+    std::atomic<qint64> bytesExpected{0};
+    int itemCount = 0;
+    double lastFraction = 0;
 };
 
 } // namespace orvane

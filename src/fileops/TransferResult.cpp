@@ -10,7 +10,8 @@
 namespace orvane {
 
 QString TransferResult::statusText() const {
-    const QString done = QString::number(finished.size()) + QStringLiteral(" items ") +
+    const QString done = (cancelled ? QStringLiteral("Cancelled · ") : QString()) +
+                         QString::number(finished.size()) + QStringLiteral(" items ") +
                          (moving ? QStringLiteral("moved") : QStringLiteral("copied"));
     // Nothing arrived: there is no undo step, so none is offered.
     return finished.empty() ? done : done + QStringLiteral(" · Ctrl+Z to undo");

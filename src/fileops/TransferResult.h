@@ -11,6 +11,7 @@ namespace orvane {
 // What a finished transfer run did: the jobs that arrived, in order, and one line per job that did not.
 struct TransferResult {
     bool moving = false;
+    bool cancelled = false; // stopped by the person; what arrived whole is in `finished`
     TransferJobs finished;
     std::vector<qint64> arrivedAt; // each finished item's modification time when it arrived, in ns
     QStringList failures;          // "<name>: <system text>"

@@ -84,6 +84,7 @@ bool TreeCopy::run(const QByteArray& from, const QByteArray& to) {
 bool TreeCopy::item(int srcDir, const char* srcName, int dstDir, const char* dstName, const struct stat& st,
                     const std::string& rel) {
     visited.insert(rel);
+    if (FileData::stopped()) return fail(rel, ECANCELED);
     if (S_ISDIR(st.st_mode)) return folder(srcDir, srcName, dstDir, dstName, rel);
     if (S_ISREG(st.st_mode)) return file(srcDir, srcName, dstDir, dstName, rel);
     if (S_ISLNK(st.st_mode)) return link(srcDir, srcName, dstDir, dstName, st, rel);

@@ -1,6 +1,9 @@
 #include "kit/EditablePathBox.h"
 
 #include "core/Entry.h"
+#include "platform/Platform.h"
+
+#include <QDir>
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -20,6 +23,33 @@ EditablePathBox::EditablePathBox(QWidget* parent)
     addWidget(field);
     setMinimumHeight(30);
     connect(field, &QLineEdit::returnPressed, this, &EditablePathBox::addressEntered);
+}
+
+bool EditablePathBox::completeFolder(const QString& base) {
+    const QString typed = field->text();
+    const qsizetype slash = typed.lastIndexOf(u'/');
+    const QString prefix = typed.mid(slash + 1);
+    QString folder = typed.left(slash + 1);
+    if (folder.startsWith(u'~')) folder = QDir::homePath() + folder.mid(1);
+    if (!folder.startsWith(u'/')) folder = base + u'/' + folder;
+    QStringList fits;
+    QString error;
+    Platform::instance().listSubfolders(
+        folder,
+        [&](QString&& name, bool hidden) {
+            if (name.startsWith(prefix) && (!hidden || prefix.startsWith(u'.'))) fits << name;
+        },
+        error);
+    if (fits.isEmpty()) return false;
+    QString common = fits.front();
+    for (const QString& name : fits) {
+        qsizetype same = 0;
+        while (same < common.size() && same < name.size() && common[same] == name[same])
+            ++same;
+        common.truncate(same);
+    }
+    field->setText(typed.left(slash + 1) + common + (fits.size() == 1 ? QStringLiteral("/") : QString()));
+    return true;
 }
 
 void EditablePathBox::setPath(const QUrl& url) {

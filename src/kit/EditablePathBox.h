@@ -24,6 +24,9 @@ public:
     void showAddress();
     void showPathBar();
     bool addressShown() const { return currentIndex() == 1; }
+    // Completes the last name typed to the folders of that name's folder (a relative one beneath
+    // `base`): in full, with a slash, when only one fits, else as far as they agree. False when none fits.
+    bool completeFolder(const QString& base);
 
 signals:
     void elementClicked(int index, const QUrl& url);

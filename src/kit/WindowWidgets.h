@@ -54,6 +54,7 @@ struct WindowWidgets {
     DetailsPane* detailsPane;
     // status row
     QLabel* status;
+    QToolButton* cancelJobButton; // beside the status while a job holds the window
     QLabel* countLabel;
 
     QToolButton* action(const char* key) const { return actionButtons.value(QLatin1String(key)); }

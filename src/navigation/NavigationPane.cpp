@@ -89,8 +89,8 @@ void NavigationPane::showContextMenu() {
     places->popupMenu(row, places->viewport()->mapToGlobal(QPoint(r.left() + 30, r.bottom())));
 }
 
-void NavigationPane::setPhoneConnected(bool on) {
-    places->setPhoneConnected(on);
+void NavigationPane::setPhoneConnected(bool on, const QString& state) {
+    places->setPhoneConnected(on, state);
 }
 
 std::vector<Entry> NavigationPane::pinTargets() const {

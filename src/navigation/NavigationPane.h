@@ -30,7 +30,7 @@ public:
     void expandToCurrentFolder();
     void showContextMenu();
     // The phone browser's connection watch says whether a phone is there.
-    void setPhoneConnected(bool on);
+    void setPhoneConnected(bool on, const QString& state = {});
 
 private:
     void registerCommands();

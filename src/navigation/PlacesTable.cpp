@@ -43,7 +43,7 @@ PlacesTable::PlacesTable(PinnedStore& pins, QWidget* parent)
         setupPlaces();
     });
     connect(&VolumeWatch::shared(), &VolumeWatch::changed, this, [this] {
-        if (SidebarLocations::current(phone).places() != lastLocations) setupPlaces();
+        if (SidebarLocations::current(phone, phoneState).places() != lastLocations) setupPlaces();
     });
     setupPlaces();
 }
@@ -53,16 +53,17 @@ PlacesTable::~PlacesTable() = default;
 // ---------------------------------------------------------------- building
 
 void PlacesTable::setupPlaces() {
-    lastLocations = SidebarLocations::current(phone).places();
+    lastLocations = SidebarLocations::current(phone, phoneState).places();
     pinnedKeys.clear();
     for (const QUrl& url : store.urls())
         pinnedKeys.insert(placeKey(url));
     model->setRoots(SidebarRoots::roots(QDir::homePath(), store.urls(), lastLocations));
 }
 
-void PlacesTable::setPhoneConnected(bool on) {
-    if (on == phone) return;
+void PlacesTable::setPhoneConnected(bool on, const QString& state) {
+    if (on == phone && state == phoneState) return;
     phone = on;
+    phoneState = state;
     setupPlaces();
 }
 

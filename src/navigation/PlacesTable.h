@@ -35,7 +35,7 @@ public:
 
     // Rebuilds all rows from the pins, the mounted volumes and the disk.
     void setupPlaces();
-    void setPhoneConnected(bool on);
+    void setPhoneConnected(bool on, const QString& state = {});
     bool phoneConnected() const { return phone; }
     void setShowHidden(bool on) { model->setShowHidden(on); }
     // The window shows `current`.
@@ -105,6 +105,7 @@ private:
     PinnedStore& store;
     SidebarTree* model;
     bool phone = false;
+    QString phoneState;
     std::vector<int> tops; // the top of each row in content coordinates, and the end
     mutable QHash<int, bool> expandable;
     QSet<QString> pinnedKeys;

@@ -77,7 +77,7 @@ QString lastComponent(const QString& path) {
 
 } // namespace
 
-SidebarLocations SidebarLocations::current(bool phoneConnected) {
+SidebarLocations SidebarLocations::current(bool phoneConnected, const QString& phoneState) {
     SidebarLocations l;
     l.rootWord = Platform::instance().word(PlatformWord::RootVolume);
     l.home = QDir::homePath();
@@ -92,6 +92,7 @@ SidebarLocations SidebarLocations::current(bool phoneConnected) {
         l.mounts.append({root, QString::fromLatin1(volume.fileSystemType()), writable});
     }
     l.phoneConnected = phoneConnected;
+    l.phoneState = phoneState;
     return l;
 }
 
@@ -116,8 +117,9 @@ QList<SidebarPlace> SidebarLocations::places() const {
         places.append({lastComponent(root), root, QStringLiteral("externaldrive")});
     }
     if (phoneConnected)
-        places.append(
-            {QStringLiteral("Android USB"), QStringLiteral("android://phone"), QStringLiteral("iphone")});
+        places.append({phoneState.isEmpty() ? QStringLiteral("Android USB")
+                                            : QStringLiteral("Android USB (") + phoneState + u')',
+                       QStringLiteral("android://phone"), QStringLiteral("iphone")});
     return places;
 }
 

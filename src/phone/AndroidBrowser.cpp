@@ -20,6 +20,7 @@
 #include "kit/TransferProgressEdge.h"
 #include "phone/ClipboardFolders.h"
 #include "phone/PhoneClipboard.h"
+#include "phone/PhoneEntry.h"
 #include "phone/PhoneLocation.h"
 #include "phone/SendFilesDialog.h"
 #include "platform/NativePath.h"
@@ -46,11 +47,20 @@ namespace orvane {
 AndroidBrowser::AndroidBrowser(BrowserWindow& window, const QUuid& tab)
     : QObject(window.widget()), w(window), tabID(tab), phone(this) {
     phone.setSortState(std::nullopt); // the window sorts what it shows
+    // While hits show, a change made to one (a rename, a delete) searches again rather than
+    // putting the folder's listing in their place.
     connect(&phone, &PhoneBrowserState::listingChanged, this, [this] {
-        if (showing()) publishListing();
+        if (!showing()) return;
+        if (found.isEmpty()) return publishListing();
+        w.commands().run(QStringLiteral("searchChanged"));
     });
-    connect(&phone, &PhoneBrowserState::listed, this, [this] {
-        if (showing()) selectPending();
+    // A phone that can't be read says why where its items would be, not only in the status line.
+    connect(&phone, &PhoneBrowserState::listed, this, [this](bool ok) {
+        if (!showing()) return;
+        selectPending();
+        if (ok || !w.entries().empty()) return;
+        w.widgets().emptyLabel->setText(phone.status());
+        w.widgets().emptyLabel->show();
     });
     // A new folder is chosen and put into rename as soon as it is listed.
     connect(&phone, &PhoneBrowserState::folderListed, this, [this](const QString& name) {
@@ -92,6 +102,8 @@ void AndroidBrowser::show(const QList<PhoneItem>& chain) {
     if (chain.size() < before.size() && before.mid(0, chain.size()) == chain)
         selectAfter = before[chain.size()].id;
     // A new place shows nothing of the old one; a Refresh keeps the rows until the answer.
+    found.clear();
+    foundParents.clear();
     phone.setHistory(chain);
     phone.setShowHidden(w.listing().showHidden());
     if (!shownInWindow()) publishListing();
@@ -173,7 +185,24 @@ QList<PhoneItem> AndroidBrowser::itemsOf(const std::vector<Entry>& entries) cons
     for (const Entry& e : entries)
         if (const auto it = byLocation.constFind(e.location); it != byLocation.cend())
             items << phone.items()[*it];
+        else if (const auto hit = found.constFind(e.location); hit != found.cend())
+            items << *hit;
     return items;
+}
+
+void AndroidBrowser::showFound(const QList<PhoneItem>& items,
+                               const QHash<QString, QList<PhoneItem>>& parents) {
+    found.clear();
+    for (const PhoneItem& item : items)
+        found.insert(phoneEntry(item).location, item);
+    foundParents = parents;
+    w.commands().refresh();
+}
+
+QList<PhoneItem> AndroidBrowser::chainTo(const PhoneItem& item) const {
+    const auto parents = foundParents.constFind(item.textKey());
+    if (parents == foundParents.cend()) return phone.chainTo(item);
+    return QList<PhoneItem>(*parents) << item;
 }
 
 QList<PhoneItem> AndroidBrowser::selectedItems() const {
@@ -183,7 +212,7 @@ QList<PhoneItem> AndroidBrowser::selectedItems() const {
 // A double click or Return opens the one folder chosen; files open with the media issue's viewer.
 void AndroidBrowser::open(const std::vector<Entry>& entries) {
     const QList<PhoneItem> items = itemsOf(entries);
-    if (items.size() == 1) phone.openItem(items.front());
+    if (items.size() == 1 && items.front().folder && !phone.busy()) phone.go(chainTo(items.front()));
 }
 
 bool AndroidBrowser::canSend() const {
@@ -358,7 +387,7 @@ void AndroidBrowser::showProperties() {
 void AndroidBrowser::pinSelection() {
     const QList<PhoneItem> items = selectedItems();
     if (phone.busy() || items.size() != 1 || !items.front().folder) return;
-    w.services().pins().pin(PhoneLocation::url(phone.chainTo(items.front())));
+    w.services().pins().pin(PhoneLocation::url(chainTo(items.front())));
     phone.unlock(QStringLiteral("Pinned to Quick access — saved"));
     w.commands().refresh();
 }
@@ -404,7 +433,7 @@ std::optional<AndroidBrowser::DropTarget> AndroidBrowser::dropTarget(std::option
     if (row && size_t(*row) < w.entries().size()) {
         const QList<PhoneItem> under = itemsOf({w.entries()[size_t(*row)]});
         if (!under.isEmpty() && under.front().folder)
-            return DropTarget{under.front(), phone.chainTo(under.front())};
+            return DropTarget{under.front(), chainTo(under.front())};
     }
     return DropTarget{phone.history().last(), phone.history()};
 }

@@ -32,6 +32,12 @@ public:
     bool showing() const;
     bool transferring() const { return moving; }
 
+    // Search hits shown in place of this folder's listing, each with the chain of the folder it was
+    // found in by its text key; none ends the search. A hit is then an item like any other here.
+    void showFound(const QList<PhoneItem>& items, const QHash<QString, QList<PhoneItem>>& parents);
+    // The chain down to `item`, listed here or found by a search.
+    QList<PhoneItem> chainTo(const PhoneItem& item) const;
+
     QList<PhoneItem> selectedItems() const;
     QList<PhoneItem> itemsOf(const std::vector<Entry>& entries) const;
     void open(const std::vector<Entry>& entries);
@@ -85,7 +91,9 @@ private:
     QUuid tabID;
     PhoneBrowserState phone;
     mutable QHash<QString, qsizetype> byLocation; // an entry's location to its item's index
-    std::optional<quint32> selectAfter;           // the folder we came up from
+    QHash<QString, PhoneItem> found;              // search hits by their entry's location
+    QHash<QString, QList<PhoneItem>> foundParents;
+    std::optional<quint32> selectAfter; // the folder we came up from
     bool moving = false;
     QPointer<Job> transfer;
 };

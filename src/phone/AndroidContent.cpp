@@ -184,7 +184,7 @@ QUrl AndroidContent::address(const Entry& folder) const {
     const AndroidBrowser* b = active();
     const QList<PhoneItem> items = b ? b->itemsOf({folder}) : QList<PhoneItem>();
     if (items.isEmpty() || !items.front().folder) return {};
-    return PhoneLocation::url(b->state().chainTo(items.front()));
+    return PhoneLocation::url(b->chainTo(items.front()));
 }
 
 bool AndroidContent::open(const std::vector<Entry>& items) {

@@ -24,6 +24,18 @@ void PhoneConnectionWatch::ask() {
         self->asking = false;
         self->timer.start();
         const bool now = !reply.error;
+        // The bridge's own words tell a locked phone, or one set to charge only, from no phone.
+        const QString error = reply.error.value_or(QString());
+        const QString state = error.startsWith(QLatin1String("The phone is locked"))
+                                  ? QStringLiteral("locked")
+                              : error.startsWith(QLatin1String("The phone is connected for charging only"))
+                                  ? QStringLiteral("charging only")
+                                  : QString();
+        if (now != self->isPresent || state != self->phoneState) {
+            self->isPresent = now || !state.isEmpty();
+            self->phoneState = state;
+            emit self->presenceChanged(self->isPresent, state);
+        }
         if (now == self->isConnected) return;
         self->isConnected = now;
         emit self->connectedChanged(now);

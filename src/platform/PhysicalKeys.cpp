@@ -65,6 +65,8 @@ PhysicalKey namedKey(int key) {
         return PhysicalKey::ForwardDelete;
     case Qt::Key_Escape:
         return PhysicalKey::Escape;
+    case Qt::Key_Menu:
+        return PhysicalKey::Menu;
     case Qt::Key_Insert:
     case Qt::Key_Help:
         return PhysicalKey::Help;

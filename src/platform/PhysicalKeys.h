@@ -73,6 +73,7 @@ enum class PhysicalKey : int {
     F9 = 101,
     F11 = 103,
     F10 = 109,
+    Menu = 110, // the context menu key of PC keyboards
     F12 = 111,
     Help = 114, // Insert on PC keyboards
     Home = 115,

@@ -90,6 +90,7 @@ constexpr std::pair<int, PhysicalKey> evdevKeys[] = {
     {109, PhysicalKey::PageDown},
     {110, PhysicalKey::Help},
     {111, PhysicalKey::ForwardDelete},
+    {127, PhysicalKey::Menu},
     {138, PhysicalKey::Help},
 };
 

@@ -8,9 +8,13 @@
 #include "core/Jobs.h"
 #include "core/WindowCommands.h"
 #include "core/WindowListing.h"
+#include "phone/AndroidBrowser.h"
+#include "phone/AndroidContent.h"
 #include "phone/PhoneEntry.h"
 #include "phone/PhoneLocation.h"
 #include "platform/Platform.h"
+#include "views/EntryTableModel.h"
+#include "views/FileTable.h"
 
 #include <QDir>
 #include <QLabel>
@@ -130,6 +134,7 @@ void WindowSearch::startScopedSearch() {
         QStringLiteral("Search — ") +
         (computer ? Platform::instance().word(PlatformWord::ThisComputer) : folderName(w.current())));
     ui.clearSearchButton->show();
+    showFolderColumn(computer ? QString() : w.current().toLocalFile());
     streamed.clear();
     w.listing().setQuery(QString());
     w.listing().clear();
@@ -175,7 +180,14 @@ void WindowSearch::leave() {
     streamed.clear();
     if (!showing) return;
     showing = false;
+    w.table()->setFolderColumn(false);
     w.widget()->setWindowTitle(folderName(w.current()) + QStringLiteral(" — Orvane"));
+}
+
+// Names found far apart look alike: each row says where it lies, beneath the folder searched.
+void WindowSearch::showFolderColumn(const QString& base) {
+    if (auto* rows = qobject_cast<EntryTableModel*>(w.table()->model())) rows->setFolderBase(base);
+    w.table()->setFolderColumn(true);
 }
 
 // ---------------------------------------------------------------- a phone tab without its browser
@@ -199,8 +211,9 @@ void WindowSearch::startPhoneSearch() {
                                     QStringLiteral(" folders · ") + QString::number(matches) +
                                     QStringLiteral(" matches"));
     };
-    phone.batch = [this](const QList<PhoneItem>& found, const PhoneSearch::Parents&) {
+    phone.batch = [this](const QList<PhoneItem>& found, const PhoneSearch::Parents& parents) {
         phoneStreamed << found;
+        phoneParents.insert(parents);
         showPhoneResults(phoneStreamed, w.widgets().status->text());
     };
     phone.start(
@@ -215,7 +228,9 @@ void WindowSearch::startPhoneSearch() {
         });
 }
 
+// The tab's browser learns the hits first, so each row is a phone item it can open, copy and rename.
 void WindowSearch::showPhoneResults(const QList<PhoneItem>& results, const QString& status) {
+    if (AndroidBrowser* browser = phoneBrowser()) browser->showFound(results, phoneParents);
     std::vector<Entry> entries;
     entries.reserve(size_t(results.size()));
     for (const PhoneItem& item : results)
@@ -230,6 +245,12 @@ void WindowSearch::endPhoneSearch() {
     phoneStreamed.clear();
     phoneParents.clear();
     showingPhone = false;
+    if (AndroidBrowser* browser = phoneBrowser()) browser->showFound({}, {});
+}
+
+AndroidBrowser* WindowSearch::phoneBrowser() const {
+    const auto* phones = dynamic_cast<const AndroidContent*>(w.contentFor(w.current()));
+    return phones ? phones->active() : nullptr;
 }
 
 QUrl WindowSearch::parent(const QUrl& url) const {

@@ -8,6 +8,7 @@
 
 namespace orvane {
 
+class AndroidBrowser;
 class BrowserWindow;
 
 // The window's search beyond the listing: the scope button and its menu, and the folder-and-
@@ -45,7 +46,9 @@ private:
     void startPhoneSearch();
     void showPhoneResults(const QList<PhoneItem>& results, const QString& status);
     void endPhoneSearch();
+    AndroidBrowser* phoneBrowser() const;
     void updateScopeButton();
+    void showFolderColumn(const QString& base);
     bool onPhone() const;
 
     BrowserWindow& w;

@@ -22,6 +22,10 @@ QVariant EntryTableModel::data(const QModelIndex& index, int role) const {
     const QString& key = explorerColumns()[index.column()].key;
     switch (role) {
     case Qt::DisplayRole:
+        if (key == QLatin1String("folder") && !folderBase.isEmpty()) {
+            const QString folder = folderOf(entry);
+            return folder.startsWith(folderBase + u'/') ? folder.mid(folderBase.size() + 1) : QString();
+        }
         return columnText(key, entry);
     case Qt::DecorationRole:
         return key == QLatin1String("name") ? QVariant(FileIcons::shared().icon(entry)) : QVariant();
@@ -36,6 +40,11 @@ QVariant EntryTableModel::data(const QModelIndex& index, int role) const {
         return entry.directory;
     }
     return {};
+}
+
+void EntryTableModel::setFolderBase(const QString& base) {
+    folderBase = base == QLatin1String("/") ? QString() : base;
+    if (!rows.empty()) emit dataChanged(index(0, 0), index(int(rows.size()) - 1, columnCount() - 1));
 }
 
 QVariant EntryTableModel::headerData(int section, Qt::Orientation orientation, int role) const {

@@ -26,6 +26,10 @@ public:
     // Becomes `next`: a few rows coming and going are signalled as ranges, anything larger as one
     // layout change; the model is never reset.
     void setEntries(std::vector<Entry> next) override;
+    // Rows whose entry changed without its identity, re-read by the views.
+    void entriesChanged();
+    // The folder column names each row's folder from beneath `base`; empty names it in full.
+    void setFolderBase(const QString& base);
 
 private:
     void removeMissing(const QHash<QString, int>& wanted);
@@ -33,6 +37,7 @@ private:
     void insertNew(std::vector<Entry>& next);
 
     std::vector<Entry> rows;
+    QString folderBase;
 };
 
 } // namespace orvane

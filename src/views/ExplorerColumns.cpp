@@ -10,6 +10,8 @@ const QList<ExplorerColumn>& explorerColumns() {
         {QStringLiteral("kind"), QStringLiteral("Type"), 160, 85, true},
         {QStringLiteral("size"), QStringLiteral("Size"), 90, 85, true},
         {QStringLiteral("created"), QStringLiteral("Date created"), 200, 180, true},
+        // Shown only while search results stand in for a folder's listing.
+        {QStringLiteral("folder"), QStringLiteral("Folder"), 260, 120, true},
     };
     return columns;
 }

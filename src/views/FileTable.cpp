@@ -94,7 +94,7 @@ void FileTable::configureColumns() {
     headerView->setStretchLastSection(false);
     headerView->setSortIndicatorShown(false);
     for (int i = 0; i < all.size() && i < headerView->count(); ++i) {
-        setColumnHidden(i, !columns->isVisible(all[i].key));
+        setColumnHidden(i, !isColumnVisible(all[i].key));
         if (!isColumnHidden(i) && headerView->sectionSize(i) < all[i].minimumWidth)
             headerView->resizeSection(i, all[i].minimumWidth);
     }
@@ -103,7 +103,19 @@ void FileTable::configureColumns() {
 }
 
 bool FileTable::isColumnVisible(const QString& key) const {
-    return columns->isVisible(key);
+    return key == QLatin1String("folder") ? folderColumn : columns->isVisible(key);
+}
+
+void FileTable::setFolderColumn(bool shown) {
+    if (folderColumn == shown) return;
+    folderColumn = shown;
+    const int column = explorerColumnIndex(QStringLiteral("folder"));
+    if (column < 0 || column >= headerView->count()) return;
+    preferred.remove(column);
+    setColumnHidden(column, !shown);
+    if (shown && columnWidth(column) < explorerColumns()[column].minimumWidth)
+        setColumnWidth(column, explorerColumns()[column].width);
+    fillSpareWidth();
 }
 
 void FileTable::toggleColumn(const QString& key) {
@@ -136,6 +148,7 @@ void FileTable::applyColumnVisibility(const QString& key, bool visible) {
 QMenu* FileTable::columnsMenu(QWidget* parent) {
     auto* menu = new QMenu(QStringLiteral("Columns"), parent);
     for (const ExplorerColumn& column : explorerColumns()) {
+        if (column.key == QLatin1String("folder")) continue;
         QAction* item = menu->addAction(column.title);
         item->setCheckable(true);
         item->setChecked(isColumnVisible(column.key));
@@ -266,7 +279,7 @@ void FileTable::fitColumns() {
     const auto& all = explorerColumns();
     QList<ColumnFit::Column> chosen;
     for (int i = 0; i < all.size() && i < headerView->count(); ++i) {
-        if (!columns->isVisible(all[i].key)) continue;
+        if (!isColumnVisible(all[i].key)) continue;
         const int width = i == nameColumn() ? all[i].minimumWidth : preferred.value(i, columnWidth(i));
         chosen.append({all[i].key, width, all[i].minimumWidth});
     }
@@ -295,7 +308,7 @@ int FileTable::comfortableWidth() const {
     const auto& all = explorerColumns();
     int total = verticalScrollBar()->sizeHint().width();
     for (int i = 0; i < all.size() && i < headerView->count(); ++i)
-        if (columns->isVisible(all[i].key))
+        if (isColumnVisible(all[i].key))
             total += i == nameColumn() ? all[i].minimumWidth
                                        : preferred.value(i, qMax(columnWidth(i), all[i].minimumWidth));
     return total;

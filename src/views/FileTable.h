@@ -33,6 +33,8 @@ public:
 
     // --- columns ---
     bool isColumnVisible(const QString& key) const;
+    // The folder column is no choice of the person's: it shows while search results do.
+    void setFolderColumn(bool shown);
     // Whether a chosen column is on show now; a narrow table leaves some out for the time being.
     bool columnShown(const QString& key) const;
     // The width below which the table starts to leave columns out.
@@ -130,6 +132,7 @@ private:
     bool toggleClickInProgress = false;
     bool suppressContextMenu = false;
     bool adjustingColumns = false;
+    bool folderColumn = false;
     // Columns narrowed or left out for want of room, with the width they come back to.
     QHash<int, int> preferred;
 };

@@ -12,6 +12,7 @@
 #include "fileops/ExplorerFileOps.h"
 #include "kit/EditablePathBox.h"
 #include "kit/ExplorerAlert.h"
+#include "platform/DefaultApplications.h"
 #include "platform/NativePath.h"
 #include "views/EntryTableModel.h"
 #include "views/FileTable.h"
@@ -32,7 +33,10 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QMimeDatabase>
 #include <QToolButton>
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace orvane {
 
@@ -289,7 +293,15 @@ void Explorer::addressGo() {
     else if (text.startsWith(QLatin1String("~/")))
         text = QDir::homePath() + text.mid(1);
     if (!text.startsWith(u'/')) text = current().toLocalFile() + u'/' + text;
-    if (!navigate(QUrl::fromLocalFile(QDir::cleanPath(text)))) ui.pathBox->showAddress();
+    const QString path = QDir::cleanPath(text);
+    // A file's path opens the folder it lies in, with the file chosen.
+    if (!NativePath::isDir(path) && NativePath::exists(path)) {
+        const QUrl file = QUrl::fromLocalFile(path);
+        if (navigate(file.adjusted(QUrl::RemoveFilename | QUrl::StripTrailingSlash)))
+            selectWhenListed({file});
+        return;
+    }
+    if (!navigate(QUrl::fromLocalFile(path))) ui.pathBox->showAddress();
 }
 
 void Explorer::activateTab(int index) {
@@ -321,7 +333,29 @@ void Explorer::openSelected() {
         return;
     }
     for (const Entry& item : items)
-        QDesktopServices::openUrl(item.url());
+        openFile(item);
+}
+
+// The desktop's opener starts whatever the type asks for and says nothing when nothing does: that is
+// told here instead.
+void Explorer::openFile(const Entry& item) {
+    const QMimeDatabase types;
+    QMimeType type = types.mimeTypeForFile(item.name(), QMimeDatabase::MatchExtension);
+    if (type.isDefault()) {
+        QByteArray head(512, '\0');
+        const int fd = ::open(NativePath::encode(item.location).constData(), O_RDONLY | O_CLOEXEC);
+        const ssize_t n = fd < 0 ? 0 : ::read(fd, head.data(), size_t(head.size()));
+        if (fd >= 0) ::close(fd);
+        head.truncate(qMax<ssize_t>(n, 0));
+        type = types.mimeTypeForData(head);
+    }
+    if (!item.directory && DefaultApplications::nameFor(item.location, type.name()).isEmpty()) {
+        showError(QStringLiteral("No application opens \"") + item.name() + u'"',
+                  QStringLiteral("No application is set to open ") +
+                      (type.comment().isEmpty() ? type.name() : type.comment()) + QStringLiteral(" files."));
+        return;
+    }
+    QDesktopServices::openUrl(item.url());
 }
 
 void Explorer::selectURL(const QUrl& url) {

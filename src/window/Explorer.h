@@ -93,6 +93,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    void openFile(const Entry& item);
     void registerCommands();
     void visitHistory(int index);
     // Selects the rows of these items; true when every one of them was found.

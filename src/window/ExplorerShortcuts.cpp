@@ -2,6 +2,8 @@
 
 #include "core/TabContent.h"
 #include "core/WindowCommands.h"
+#include "kit/EditablePathBox.h"
+#include "kit/WindowWidgets.h"
 #include "views/FileTable.h"
 #include "window/Explorer.h"
 #include "window/ExplorerKeyboard.h"
@@ -233,6 +235,8 @@ const std::vector<Rule>& fileRules() {
          [](Context& c) { return c.window.keyboard().handleSidebarKey(c.chord.key); }},
         {any, any, yes, key(P::F10), nullptr,
          [](Context& c) { return call(c.window, "showKeyboardContextMenu"); }},
+        {no, no, no, key(P::Menu), nullptr,
+         [](Context& c) { return call(c.window, "showKeyboardContextMenu"); }},
         {any, any, yes, key(P::Help), nullptr, [](Context& c) { return call(c.window, "pasteAction"); }},
         {any, any, any, key(P::ForwardDelete), nullptr,
          [](Context& c) {
@@ -301,8 +305,16 @@ bool handleExplorerShortcut(Explorer& window, QKeyEvent* event) {
     if (modal && modal != &window) return false;
     const KeyChord chord = readKeyChord(*event);
     if (arrangeWindow(window, chord)) return true;
+    // While a long job holds the window, Escape is for stopping it.
+    if (chord.key == P::Escape && !chord.primary() && !chord.alt() && window.busy())
+        return window.commands().run(QStringLiteral("cancelJob")), true;
     Context context{window, chord};
     auto* editor = qobject_cast<QLineEdit*>(window.focusWidget());
+    const bool plain = !chord.primary() && !chord.alt() && !chord.shift();
+    if (editor && editor == window.widgets().pathBox->addressField() && chord.key == P::Tab && plain &&
+        window.current().isLocalFile() &&
+        window.widgets().pathBox->completeFolder(window.current().toLocalFile()))
+        return true;
     const TabContent* content = window.contentFor(window.current());
     if (!editor && content && content->takesFileKeys() && runRules(ownItemRules(), context)) return true;
     if (runRules(commonRules(), context)) return true;

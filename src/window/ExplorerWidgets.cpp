@@ -238,9 +238,15 @@ QWidget* ExplorerWidgets::buildStatusRow(QWidget* parent) {
     owner->setFixedHeight(28);
     QHBoxLayout* layout = row(owner, 14, 6);
     status = new QLabel(owner);
+    cancelJobButton = new QToolButton(owner);
+    cancelJobButton->setText(QStringLiteral("Cancel"));
+    cancelJobButton->setAccessibleName(QStringLiteral("Cancel transfer"));
+    cancelJobButton->setToolTip(QStringLiteral("Cancel transfer · Esc"));
+    cancelJobButton->hide();
     countLabel = new QLabel(owner);
     countLabel->setForegroundRole(QPalette::PlaceholderText);
     layout->addWidget(status);
+    layout->addWidget(cancelJobButton);
     layout->addStretch(1);
     layout->addWidget(countLabel);
     return owner;

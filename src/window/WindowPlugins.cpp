@@ -25,7 +25,7 @@ void WindowPlugins::attach(Explorer& window) {
     new PhoneDrop(window, *phones);
     new FileDrag(window);
     // The pane shows the phone while the watch finds one.
-    QObject::connect(&phones->watch(), &PhoneConnectionWatch::connectedChanged, pane,
+    QObject::connect(&phones->watch(), &PhoneConnectionWatch::presenceChanged, pane,
                      &NavigationPane::setPhoneConnected);
 }
 

@@ -50,6 +50,20 @@ private slots:
     }
     void cleanup() { stopProgram(); }
 
+    // The address chevron lists the places gone to, latest first, and goes back to one.
+    void theChevronListsRecentPlaces() {
+        QVERIFY(w->navigate(QUrl::fromLocalFile(tree->path("Folder"))));
+        std::unique_ptr<QMenu> menu(w->findChild<ExplorerChrome*>()->recentPlacesMenu());
+        QStringList titles;
+        for (QAction* a : menu->actions())
+            titles << (a->isSeparator() ? QStringLiteral("-") : a->text());
+        QCOMPARE(titles,
+                 (QStringList{"Folder", folderName(QUrl::fromLocalFile(tree->path())), "-", "Edit address"}));
+        QCOMPARE(w->widgets().editAddressButton->accessibleName(), QStringLiteral("Recent places"));
+        menu->actions()[1]->trigger();
+        QCOMPARE(w->current().toLocalFile(), tree->path());
+    }
+
     void toolbarFollowsTheSelection_data() {
         QTest::addColumn<QStringList>("selection");
         QTest::addColumn<bool>("busy");

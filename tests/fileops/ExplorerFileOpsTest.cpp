@@ -4,6 +4,7 @@
 #include "core/PinnedStore.h"
 #include "core/WindowCommands.h"
 #include "fileops/FileClipboard.h"
+#include "fileops/FileNames.h"
 #include "kit/TransferProgressEdge.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
@@ -27,6 +28,7 @@
 #include <QMimeData>
 #include <QSignalSpy>
 #include <QTimer>
+#include <QToolButton>
 
 using namespace orvane;
 using orvane::test::TempTree;
@@ -105,6 +107,27 @@ private slots:
         QTRY_VERIFY(!w->widgets().transferProgress->running());
         QCOMPARE(QDir(tree->path()).entryList(QDir::Files).size(), 2002);
         QVERIFY(app->shouldTerminate());
+    }
+
+    // Escape stops a paste: what arrived is whole and its undo step takes it away again.
+    void escapeCancelsAPaste() {
+        TempTree source;
+        QList<QUrl> files;
+        for (int i = 0; i < 2000; ++i)
+            files << QUrl::fromLocalFile(source.file(QStringLiteral("f%1.txt").arg(i), "x"));
+        FileClipboard::shared().setClipboard(files, false);
+        QVERIFY(w->commands().run(QStringLiteral("pasteAction")));
+        QVERIFY(w->widgets().cancelJobButton->isVisibleTo(w));
+        QTest::keyClick(w->table(), Qt::Key_Escape);
+        waitForJob();
+        QVERIFY(!w->widgets().cancelJobButton->isVisibleTo(w));
+        QVERIFY(w->widgets().status->text().startsWith(QStringLiteral("Cancelled · ")));
+        const QFileInfoList arrived = QDir(tree->path()).entryInfoList({"f*.txt"}, QDir::Files);
+        QVERIFY(arrived.size() < 2000);
+        for (const QFileInfo& file : arrived)
+            QCOMPARE(file.size(), 1);
+        if (!arrived.isEmpty()) ops()->undoAction();
+        QCOMPARE(QDir(tree->path()).entryList({"f*.txt"}, QDir::Files).size(), 0);
     }
 
     void copyPasteMakesACopyAndUndoTrashesIt() {
@@ -319,6 +342,29 @@ private slots:
         QVERIFY(QFile::exists(tree->path("hello.txt")));
     }
 
+    // Another row clicked while the refused name is still in the editor: the refused text goes,
+    // rather than standing over the row as a second item of that name.
+    void clickingAwayFromARefusedNameDropsIt() {
+        w->resize(1000, 600);
+        focusTable();
+        selectNames(*w, {"hello.txt"});
+        QVERIFY(press(w, keys::F2));
+        ops()->renameEditor()->setText(QStringLiteral("ملاحظات.txt"));
+        QVERIFY(press(w, keys::Return));
+        QTRY_VERIFY(w->lastAlert());
+        takeAlert(*w);
+        QTRY_VERIFY(ops()->renameEditor());
+        int other = 0;
+        while (w->entries()[size_t(other)].name() != QStringLiteral("ملاحظات.txt"))
+            ++other;
+        const QRect row = w->table()->visualRect(w->table()->model()->index(other, 1));
+        QTest::mouseClick(w->table()->viewport(), Qt::LeftButton, {}, row.center());
+        QTRY_COMPARE(editorsShown(), 0);
+        QVERIFY(!w->lastAlert()->isVisible());
+        QCOMPARE(selectedNames(), QStringList{"ملاحظات.txt"});
+        QVERIFY(QFile::exists(tree->path("hello.txt")));
+    }
+
     void escapeCancelsTheRename() {
         focusTable();
         selectNames(*w, {"hello.txt"});
@@ -380,6 +426,18 @@ private slots:
     }
 
     void newTextDocumentAsksForAName() {
+        // The name offered has its stem chosen, as a renamed file's editor does.
+        QString chosen;
+        QTimer::singleShot(0, [&chosen] {
+            QTimer::singleShot(0, [&chosen] {
+                auto* input = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
+                if (!input) return;
+                chosen = input->findChild<QLineEdit*>()->selectedText();
+                input->reject();
+            });
+        });
+        ops()->newTextDocument();
+        QCOMPARE(chosen, QFileInfo(FileNames::newDocumentName()).completeBaseName());
         answerNextDialog(QStringLiteral("OK"), QStringLiteral("todo.txt"));
         ops()->newTextDocument();
         QVERIFY(QFile::exists(tree->path("todo.txt")));

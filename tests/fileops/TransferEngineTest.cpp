@@ -477,6 +477,37 @@ private slots:
         QVERIFY(!present(tree.path("box")));
     }
 
+    // A stop seen inside a file removes that part; nothing is reported as a failure.
+    void aCancelLeavesNoPartialFile() {
+        TempTree tree;
+        tree.sizedFile("src/big.bin", 8 << 20);
+        tree.file("src/a.txt", "a");
+        const std::atomic<bool> stop{true};
+        const TransferPlan plan = TransferEngine::plan({tree.path("src")}, false, tree.folder("t"));
+        const TransferResult result = TransferEngine::run(plan.jobs, false, {}, &stop);
+        QVERIFY(result.cancelled && result.failures.isEmpty() && result.finished.empty());
+        QVERIFY(!present(tree.path("t/src")));
+        QCOMPARE(result.statusText(), QStringLiteral("Cancelled · 0 items copied"));
+    }
+
+    void progressSaysHowFar_data() {
+        QTest::addColumn<int>("seconds");
+        QTest::addColumn<QString>("text");
+        const QString far = QStringLiteral("Copying 3 of 10 items · 2 KB of 4 KB");
+        QTest::newRow("not yet known") << -1 << far;
+        QTest::newRow("seconds") << 40 << far + QStringLiteral(" · About 40 seconds left");
+        QTest::newRow("one minute") << 70 << far + QStringLiteral(" · About 1 minute left");
+        QTest::newRow("hours") << 7200 << far + QStringLiteral(" · About 2 hours left");
+    }
+    void progressSaysHowFar() {
+        QFETCH(int, seconds);
+        QFETCH(QString, text);
+        const TransferEngine::Measure m{2, 10, 2000, 4000};
+        QCOMPARE(TransferEngine::progressText(false, m,
+                                              seconds < 0 ? std::nullopt : std::optional<qint64>(seconds)),
+                 text);
+    }
+
     void oneRunAtATime() {
         TempTree tree;
         tree.sizedFile("src/big.bin", 8 << 20);

@@ -72,6 +72,8 @@ private slots:
         store->pin(QUrl(QStringLiteral("android://phone/Internal%20storage/DCIM")));
         QVERIFY(titles().contains("DCIM")); // a phone pin stays without a phone
         QVERIFY(!titles().contains("Android USB"));
+        table->setPhoneConnected(true, QStringLiteral("locked"));
+        QCOMPARE(titles().last(), QStringLiteral("Android USB (locked)"));
         table->setPhoneConnected(true);
         QCOMPARE(titles().last(), QStringLiteral("Android USB"));
     }

@@ -163,6 +163,9 @@ private slots:
         QVERIFY(w->commands().run(QStringLiteral("refreshAction")));
         QTRY_VERIFY(settled() && status().startsWith(QStringLiteral("The phone is locked.")));
         QVERIFY(names().isEmpty());
+        // The explanation stands where the items would, not only in the status line.
+        QVERIFY(!w->widgets().emptyLabel->isHidden());
+        QCOMPARE(w->widgets().emptyLabel->text(), status());
         QVERIFY(enabled("refreshAction"));
         simulate(phone->path());
         type(QStringLiteral("android://phone/"));

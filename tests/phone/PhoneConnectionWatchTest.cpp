@@ -18,6 +18,7 @@ private slots:
         simulate(phone.path());
         PhoneConnectionWatch watch(nullptr, std::chrono::milliseconds(50));
         QSignalSpy changes(&watch, &PhoneConnectionWatch::connectedChanged);
+        QSignalSpy presence(&watch, &PhoneConnectionWatch::presenceChanged);
         watch.start();
         watch.start(); // a second start doesn't double the questions
         QTRY_COMPARE(changes.count(), 1);
@@ -29,6 +30,12 @@ private slots:
         QTRY_COMPARE(changes.count(), 1);
         QCOMPARE(changes.takeFirst().at(0).toBool(), false);
         QVERIFY(!watch.connected());
+        // Locked, or charging only, the phone is still there, with its state.
+        QTRY_COMPARE(presence.size(), 2);
+        QCOMPARE(presence.last(), (QVariantList{true, QStringLiteral("locked")}));
+        simulate(phone.path(), {{QStringLiteral("MTP_BRIDGE_CHARGING_ONLY"), QStringLiteral("1")}});
+        QTRY_COMPARE(watch.state(), QStringLiteral("charging only"));
+        QCOMPARE(changes.count(), 0);
         simulate(phone.path());
         QTRY_COMPARE(changes.count(), 1);
         QVERIFY(watch.connected());

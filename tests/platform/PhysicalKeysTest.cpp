@@ -48,6 +48,7 @@ private slots:
         QTest::newRow("F1") << 67u << 122u << int(Qt::Key_F1) << QString() << PhysicalKey::F1;
         QTest::newRow("F4") << 70u << 118u << int(Qt::Key_F4) << QString() << PhysicalKey::F4;
         QTest::newRow("F10") << 76u << 109u << int(Qt::Key_F10) << QString() << PhysicalKey::F10;
+        QTest::newRow("Menu") << 135u << 110u << int(Qt::Key_Menu) << QString() << PhysicalKey::Menu;
         QTest::newRow("F11") << 95u << 103u << int(Qt::Key_F11) << QString() << PhysicalKey::F11;
         QTest::newRow("Left") << 113u << 123u << int(Qt::Key_Left) << QString() << PhysicalKey::Left;
         QTest::newRow("Up") << 111u << 126u << int(Qt::Key_Up) << QString() << PhysicalKey::Up;

@@ -1,16 +1,20 @@
 // The search field of a real window: scopes, the scope button's words, the results standing in for
 // the listing, and the way back to the folder.
 #include "search/WindowSearch.h"
+#include "chrome/DetailsPane.h"
+#include "kit/EditablePathBox.h"
 #include "phone/BridgeHarness.h"
 #include "phone/PhoneLocation.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
 #include "support/WindowFixture.h"
+#include "views/ExplorerColumns.h"
 #include "views/FileTable.h"
 #include "window/AppDelegate.h"
 #include "window/Explorer.h"
 
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QToolButton>
@@ -58,6 +62,21 @@ private slots:
         QCOMPARE(names(), (QStringList{"Quarterly Notes.md", "Top notes.txt"}));
         QCOMPARE(w->entries().front().location, tree->path(QStringLiteral("Work/2024/Quarterly Notes.md")));
         QVERIFY(w->widgets().emptyLabel->isHidden());
+
+        // Each result says where it lies beneath the folder searched, sorts by it, and the details
+        // pane names it; the column goes with the search.
+        const int folder = explorerColumnIndex(QStringLiteral("folder"));
+        QVERIFY(w->table()->columnShown(QStringLiteral("folder")));
+        QCOMPARE(w->table()->model()->index(0, folder).data().toString(), QStringLiteral("Work/2024"));
+        w->commands().run(QStringLiteral("reverseSort"));
+        QTest::mouseClick(w->table()->horizontalHeader()->viewport(), Qt::LeftButton, {},
+                          QPoint(w->table()->horizontalHeader()->sectionViewportPosition(folder) + 20, 10));
+        QCOMPARE(names(), (QStringList{"Top notes.txt", "Quarterly Notes.md"}));
+        selectNames(*w, {"Quarterly Notes.md"});
+        w->commands().run(QStringLiteral("toggleDetails"));
+        QVERIFY(w->widgets().detailsPane->meta().endsWith(QStringLiteral("Folder\nWork/2024")));
+        QTest::mouseClick(w->widgets().clearSearchButton, Qt::LeftButton);
+        QTRY_VERIFY(!w->table()->columnShown(QStringLiteral("folder")));
     }
 
     void nothingFoundSaysSo() {
@@ -155,6 +174,26 @@ private slots:
             search->phoneResultChain(w->entries().front().location.section(u'/', 3, 4).replace(u'/', u':'));
         QCOMPARE(chain.size(), 2);
         QCOMPARE(chain.last().name, QStringLiteral("DCIM"));
+
+        // A hit is an item like any other: copied, described, and a folder hit opens that folder.
+        selectNames(*w, {"Photo 1.jpg"});
+        QVERIFY(w->commands().isEnabled(QStringLiteral("saveFromAndroid")));
+        QVERIFY(w->commands().isEnabled(QStringLiteral("renameAction")));
+        w->commands().run(QStringLiteral("toggleDetails"));
+        QCOMPARE(w->widgets().detailsPane->title(), QStringLiteral("Photo 1.jpg"));
+        w->commands().run(QStringLiteral("toggleDetails"));
+        type(QStringLiteral("music"));
+        QTRY_COMPARE(names(), QStringList{"Music"});
+        QTRY_VERIFY(status().startsWith(QStringLiteral("1 results")));
+        selectNames(*w, {"Music"});
+        QVERIFY(w->commands().run(QStringLiteral("openSelected")));
+        QTRY_COMPARE(names(), QStringList{"photo song.mp3"});
+        QCOMPARE(w->widgets().pathBox->addressField()->text(),
+                 QStringLiteral("Android USB/Internal storage/Music"));
+        QVERIFY(w->navigate(PhoneLocation::url({root})));
+        QTRY_COMPARE(names(), (QStringList{"DCIM", "Music"}));
+        type(QStringLiteral("PHOTO"));
+        QTRY_COMPARE(status(), QStringLiteral("2 results · Folder + subfolders"));
         QTest::mouseClick(w->widgets().clearSearchButton, Qt::LeftButton);
         QTRY_COMPARE(names(), (QStringList{"DCIM", "Music"}));
         QTRY_COMPARE(status(), QStringLiteral("2 items • Double-click a folder to open it"));

@@ -521,11 +521,22 @@ private slots:
         QCOMPARE(w->widgets().searchField->text(), QStringLiteral("b.t"));
     }
 
+    // Return renames, so a keyboard reaches Open through the context menu, where it comes first.
+    void keyboardContextMenuOpensAtTheRow_data() {
+        QTest::addColumn<Key>("key");
+        QTest::addColumn<int>("modifiers");
+        QTest::newRow("Shift+F10") << keys::F10 << int(shift);
+        QTest::newRow("Menu key") << Key{135, 110, Qt::Key_Menu} << 0;
+    }
     void keyboardContextMenuOpensAtTheRow() {
+        QFETCH(Key, key);
+        QFETCH(int, modifiers);
         selectRows(*w->table(), {2});
-        QVERIFY(press(w, keys::F10, shift));
+        QVERIFY(press(w, key, Qt::KeyboardModifiers(modifiers)));
         QTRY_VERIFY(qobject_cast<QMenu*>(QApplication::activePopupWidget()));
         auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        QCOMPARE(menu->actions().first()->text(), QStringLiteral("Open"));
+        QVERIFY(menu->actions().first()->isEnabled());
         const QRect row = w->table()->visualRect(w->table()->model()->index(2, 0));
         const QPoint expected = w->table()->viewport()->mapToGlobal(QPoint(30, row.bottom() + 1 - 30));
         QVERIFY((menu->pos() - expected).manhattanLength() <= 2);

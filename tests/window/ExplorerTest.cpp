@@ -115,6 +115,47 @@ private slots:
         QVERIFY(takeAlert(*w).startsWith(QLatin1String("Folder not found|")));
         QVERIFY(w->widgets().pathBox->addressShown());
         QCOMPARE(field->text(), QStringLiteral("no such place"));
+
+        // A file's path opens its folder with the file chosen.
+        field->setText(tree->path("Sub/../b.txt"));
+        w->addressGo();
+        QCOMPARE(w->current().toLocalFile(), tree->path());
+        QTRY_COMPARE(int(w->selected().size()), 1);
+        QCOMPARE(w->selected().front().name(), QStringLiteral("b.txt"));
+    }
+
+    // A file that no application opens says so rather than nothing at all.
+    void aFileNothingOpensSaysSo() {
+        tree->file("blob.orvane-nothing", QByteArray("\x01\x02\x03\xff", 4));
+        Explorer* w = app->newWindow(url(tree->path()));
+        selectNames(*w, {"blob.orvane-nothing"});
+        QVERIFY(w->commands().run(QStringLiteral("openSelected")));
+        QVERIFY(takeAlert(*w).startsWith(QStringLiteral("No application opens \"blob.orvane-nothing\"|")));
+    }
+
+    // Tab completes folder names in the address box, as far as they agree.
+    void tabCompletesFolderNames_data() {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("completed");
+        QTest::newRow("one fits") << "Su"
+                                  << "Sub/";
+        QTest::newRow("deeper") << "Sub/D"
+                                << "Sub/Deeper/";
+        QTest::newRow("several agree so far") << "O"
+                                              << "Ot";
+        QTest::newRow("none fits") << "zz"
+                                   << "zz";
+    }
+    void tabCompletesFolderNames() {
+        QFETCH(QString, typed);
+        QFETCH(QString, completed);
+        tree->folder("Otter");
+        Explorer* w = app->newWindow(url(tree->path()));
+        QVERIFY(QTest::qWaitForWindowActive(w));
+        w->keyboard().focusAddress();
+        w->widgets().pathBox->addressField()->setText(typed);
+        press(w, keys::Tab);
+        QCOMPARE(w->widgets().pathBox->addressField()->text(), completed);
     }
 
     void searchFiltersAndNavigationClearsIt() {
