@@ -1,6 +1,7 @@
 #include "views/EntryTableModel.h"
 
 #include "core/EntryText.h"
+#include "platform/NativePath.h"
 #include "views/ExplorerColumns.h"
 #include "views/FileIcons.h"
 
@@ -22,9 +23,13 @@ QVariant EntryTableModel::data(const QModelIndex& index, int role) const {
     const QString& key = explorerColumns()[index.column()].key;
     switch (role) {
     case Qt::DisplayRole:
-        if (key == QLatin1String("folder") && !folderBase.isEmpty()) {
+        if (key == QLatin1String("folder")) {
+            // A folder whose name is not UTF-8 shows its stand-in characters, never its raw bytes.
             const QString folder = folderOf(entry);
-            return folder.startsWith(folderBase + u'/') ? folder.mid(folderBase.size() + 1) : QString();
+            if (folderBase.isEmpty()) return NativePath::display(folder);
+            return folder.startsWith(folderBase + u'/')
+                       ? NativePath::display(folder.mid(folderBase.size() + 1))
+                       : QString();
         }
         return columnText(key, entry);
     case Qt::DecorationRole:

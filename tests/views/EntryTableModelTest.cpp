@@ -1,5 +1,7 @@
 #include "views/EntryTableModel.h"
+#include "platform/NativePath.h"
 #include "support/TestEnvironment.h"
+#include "views/ExplorerColumns.h"
 
 #include <QAbstractItemModelTester>
 #include <QItemSelectionModel>
@@ -33,6 +35,23 @@ class EntryTableModelTest : public QObject {
     Q_OBJECT
 
 private slots:
+    // A folder named by a byte that is not UTF-8 shows its stand-in, beside its look-alike.
+    void theFolderColumnShowsNamesThatAreNotUtf8() {
+        EntryTableModel model;
+        Entry odd, alike;
+        odd.location = NativePath::decode("/base/bad\xff/a.txt");
+        alike.location = QStringLiteral("/base/bad\uFFFD/b.txt");
+        model.setEntries({odd, alike});
+        const int column = explorerColumnIndex(QStringLiteral("folder"));
+        for (const QString& base : {QString(), QStringLiteral("/base")}) {
+            model.setFolderBase(base);
+            const QString prefix = base.isEmpty() ? QStringLiteral("/base/") : QString();
+            QCOMPARE(model.index(0, column).data().toString(), prefix + QStringLiteral("bad\uFFFD"));
+            QCOMPARE(model.index(1, column).data().toString(), prefix + QStringLiteral("bad\uFFFD"));
+        }
+        QVERIFY(model.entries()[0].location != model.entries()[1].location);
+    }
+
     // The selection, the current row and a persistent ring stay with their items while other rows
     // come and go, whether the change is small (ranges) or large (one layout change).
     void selectionAndCurrentRowFollowTheirItems_data() {
