@@ -5,6 +5,7 @@
 
 #include "core/BrowserWindow.h"
 #include "core/ExplorerEvents.h"
+#include "core/Job.h"
 #include "core/Jobs.h"
 #include "core/WindowCommands.h"
 #include "core/WindowListing.h"
@@ -216,9 +217,13 @@ void WindowSearch::startPhoneSearch() {
         phoneParents.insert(parents);
         showPhoneResults(phoneStreamed, w.widgets().status->text());
     };
+    // Listed among the jobs without holding the window; cancelling it ends the walk.
+    phoneJob = w.jobs().start(QStringLiteral("Search"), w.widget(), false);
+    phoneJob->setCanceller([this] { endPhoneSearch(); });
     phone.start(
         text, searchScope, *chain, {}, w.listing().showHidden(),
         [this](const QList<PhoneItem>& results, const PhoneSearch::Parents& parents, const QString& summary) {
+            if (Job* done = std::exchange(phoneJob, nullptr)) done->finish();
             phoneParents = parents;
             phoneStreamed.clear();
             showPhoneResults(results,
@@ -242,6 +247,7 @@ void WindowSearch::showPhoneResults(const QList<PhoneItem>& results, const QStri
 
 void WindowSearch::endPhoneSearch() {
     phone.cancel();
+    if (Job* ended = std::exchange(phoneJob, nullptr)) ended->finish();
     phoneStreamed.clear();
     phoneParents.clear();
     showingPhone = false;

@@ -5,8 +5,11 @@
 #include "search/PhoneSearch.h"
 
 #include <QObject>
+#include <QPointer>
 
 namespace orvane {
+
+class Job;
 
 class AndroidBrowser;
 class BrowserWindow;
@@ -54,6 +57,7 @@ private:
     BrowserWindow& w;
     ExplorerSearch engine;
     PhoneSearch phone;
+    QPointer<Job> phoneJob;
     PhoneSearch::Parents phoneParents;
     QList<PhoneItem> phoneStreamed;
     std::vector<Entry> streamed;
