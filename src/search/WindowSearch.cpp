@@ -193,6 +193,12 @@ void WindowSearch::showFolderColumn(const QString& base) {
 
 // ---------------------------------------------------------------- a phone tab without its browser
 
+// A walk cut short by the window's end leaves no job listed behind it.
+WindowSearch::~WindowSearch() {
+    phone.cancel();
+    if (Job* ended = std::exchange(phoneJob, nullptr)) ended->finish();
+}
+
 void WindowSearch::startPhoneSearch() {
     const QString text = w.tabs().current().query;
     const std::optional<QList<PhoneItem>> chain = PhoneLocation::decode(w.current());

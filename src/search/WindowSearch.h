@@ -24,6 +24,7 @@ class WindowSearch : public QObject, public TabContent {
     Q_OBJECT
 public:
     explicit WindowSearch(BrowserWindow& window);
+    ~WindowSearch() override;
 
     // 0 this folder only, 1 this folder and subfolders, 2 the whole computer or phone. Per window.
     int scope() const { return searchScope; }

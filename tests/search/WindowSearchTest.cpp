@@ -2,6 +2,7 @@
 // the listing, and the way back to the folder.
 #include "search/WindowSearch.h"
 #include "chrome/DetailsPane.h"
+#include "core/Jobs.h"
 #include "kit/EditablePathBox.h"
 #include "phone/BridgeHarness.h"
 #include "phone/PhoneLocation.h"
@@ -59,6 +60,7 @@ private slots:
         QCOMPARE(w->windowTitle(), QStringLiteral("Search — ") + folderName(w->current()));
         QVERIFY(w->widgets().clearSearchButton->isVisible() || !w->isVisible());
         QTRY_COMPARE(status(), QStringLiteral("2 results · Folder + subfolders"));
+        QVERIFY(w->jobs().running().isEmpty()); // the walk's job ended with it
         QCOMPARE(names(), (QStringList{"Quarterly Notes.md", "Top notes.txt"}));
         QCOMPARE(w->entries().front().location, tree->path(QStringLiteral("Work/2024/Quarterly Notes.md")));
         QVERIFY(w->widgets().emptyLabel->isHidden());
