@@ -5,6 +5,7 @@
 
 namespace orvane {
 
+class AppUpdates;
 class FileClipboard;
 class FileIcons;
 class Jobs;
@@ -32,6 +33,8 @@ public:
     FileClipboard& clipboard() const { return *clip; }
     FileIcons& icons() const { return *iconSet; }
     void provide(FileClipboard& clipboard, FileIcons& icons);
+    AppUpdates& updates() const { return *updateCheck; }
+    void provideUpdates(AppUpdates& updates) { updateCheck = &updates; }
 
 private:
     Jobs* jobList;
@@ -39,6 +42,7 @@ private:
     std::unique_ptr<PinnedStore> pinList;
     FileClipboard* clip = nullptr;
     FileIcons* iconSet = nullptr;
+    AppUpdates* updateCheck = nullptr;
 };
 
 } // namespace orvane

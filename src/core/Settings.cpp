@@ -93,4 +93,38 @@ void Settings::setDetailsHeader(const QByteArray& state) {
     if (write(detailsHeaderKey, state)) emit detailsHeaderChanged();
 }
 
+bool Settings::showsWaveform() const {
+    return read(waveformKey).toBool();
+}
+
+void Settings::setShowsWaveform(bool shows) {
+    if (write(waveformKey, shows)) emit waveformChanged(shows);
+}
+
+std::optional<bool> Settings::automaticUpdateChecks() const {
+    const QVariant value = read(automaticUpdateChecksKey);
+    if (!value.isValid()) return std::nullopt;
+    return value.toBool();
+}
+
+void Settings::setAutomaticUpdateChecks(bool checks) {
+    write(automaticUpdateChecksKey, checks);
+}
+
+bool Settings::updateDefaultsApplied() const {
+    return read(updateDefaultsKey).toBool();
+}
+
+void Settings::setUpdateDefaultsApplied() {
+    write(updateDefaultsKey, true);
+}
+
+QDateTime Settings::lastUpdateCheck() const {
+    return read(lastUpdateCheckKey).toDateTime();
+}
+
+void Settings::setLastUpdateCheck(const QDateTime& when) {
+    write(lastUpdateCheckKey, when);
+}
+
 } // namespace orvane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QObject>
 #include <QSettings>
 #include <QStringList>
@@ -21,6 +22,10 @@ public:
     static constexpr const char* visibleColumnsKey = "details.visibleColumns.v1";
     static constexpr const char* dimensionsIntroducedKey = "details.dimensionsIntroduced.v1";
     static constexpr const char* detailsHeaderKey = "Quilland.DetailsColumns.v1";
+    static constexpr const char* waveformKey = "audio.waveform";
+    static constexpr const char* automaticUpdateChecksKey = "SUEnableAutomaticChecks";
+    static constexpr const char* updateDefaultsKey = "updates.publicDefaults.v1";
+    static constexpr const char* lastUpdateCheckKey = "SULastCheckTime";
 
     // The user's own preferences.
     explicit Settings(QObject* parent = nullptr);
@@ -48,6 +53,17 @@ public:
     // The details header's own bytes (widths, hidden sections).
     QByteArray detailsHeader() const;
     void setDetailsHeader(const QByteArray& state);
+    // Off until the person turns it on.
+    bool showsWaveform() const;
+    void setShowsWaveform(bool shows);
+    // Nothing until the person (or the first start) chooses.
+    std::optional<bool> automaticUpdateChecks() const;
+    void setAutomaticUpdateChecks(bool checks);
+    // Whether the first start has turned automatic checks on once.
+    bool updateDefaultsApplied() const;
+    void setUpdateDefaultsApplied();
+    QDateTime lastUpdateCheck() const;
+    void setLastUpdateCheck(const QDateTime& when);
 
 signals:
     void lastFolderChanged(const QString& path);
@@ -56,6 +72,7 @@ signals:
     void pinsChanged();
     void visibleColumnsChanged(const QStringList& keys);
     void detailsHeaderChanged();
+    void waveformChanged(bool shows);
 
 private:
     QVariant read(const char* key) const;

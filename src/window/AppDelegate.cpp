@@ -8,6 +8,8 @@
 #include "fileops/FileClipboard.h"
 #include "kit/ExplorerAlert.h"
 #include "platform/Platform.h"
+#include "system/AppUpdates.h"
+#include "system/CustomizationWindow.h"
 #include "system/ExternalOpenRequests.h"
 #include "views/FileIcons.h"
 #include "views/FileTable.h"
@@ -27,6 +29,11 @@ AppDelegate::AppDelegate(Services* services, QObject* parent)
     : QObject(parent), shared(services), external(new ExternalOpenRequests(*this)) {
     shared->setParent(this);
     shared->provide(FileClipboard::shared(), FileIcons::shared());
+    auto* updates = new AppUpdates(shared->settings(), UpdateSource::builtIn(),
+                                   QCoreApplication::applicationVersion(), shared);
+    updates->setPackaged(AppUpdates::ownedByPackage(QCoreApplication::applicationFilePath().toUtf8()));
+    shared->provideUpdates(*updates);
+    updates->start();
     QApplication::setQuitOnLastWindowClosed(false);
 }
 
@@ -158,7 +165,13 @@ void AppDelegate::makeMenu(QMenuBar* bar, Explorer* window) {
         about->open();
     });
     appMenu->addSeparator();
-    appMenu->addAction(QStringLiteral("Check for Updates…"))->setEnabled(false);
+    appMenu->addAction(QStringLiteral("Settings…"), window, [this, window] {
+        CustomizationWindow::present(shared->updates(), shared->settings(), window);
+    });
+    appMenu->addAction(QStringLiteral("Check for Updates…"), window, [this, window] {
+        CustomizationWindow::present(shared->updates(), shared->settings(), window);
+        shared->updates().checkForUpdates();
+    });
     QAction* defaults = appMenu->addAction(QStringLiteral("Default File Browser…"));
     defaults->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Comma));
     defaults->setEnabled(false);
