@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace orvane {
 
@@ -57,17 +58,33 @@ PreviewPane::PreviewPane(QWidget* parent)
         else if (content.card)
             content.card = shown.summary();
         host->showContent(content);
+        hasContent = true;
         emit previewShown();
     });
 }
 
+namespace {
+bool sameFiles(const std::vector<Entry>& a, const std::vector<Entry>& b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const Entry& x, const Entry& y) {
+        return x.location == y.location && x.modified == y.modified && x.size == y.size;
+    });
+}
+} // namespace
+
 void PreviewPane::update(const std::vector<Entry>& selected) {
+    PreviewSelection next = PreviewSelection::of(selected);
+    // A folder read again with the same file selected keeps its preview rather than flickering.
+    if (hasContent && sameFiles(next.files, shown.files)) return;
     loader->cancel();
-    shown = PreviewSelection::of(selected);
+    hasContent = false;
+    shown = std::move(next);
     nameLabel->setText(shown.fileName);
     nameLabel->setToolTip(shown.fileToolTip);
     metadataLabel->setText(shown.metadata);
-    if (shown.card) return host->showCard(*shown.card);
+    if (shown.card) {
+        hasContent = !shown.files.empty();
+        return host->showCard(*shown.card);
+    }
     // Nothing of the previous file stays while this one loads.
     host->showCard({});
     loader->request(shown.files.front().location, pictureBound);

@@ -39,6 +39,7 @@ signals:
 
 private:
     PreviewSelection shown;
+    bool hasContent = false; // what `shown` stands for is on screen
     PreviewLoader* loader;
     PreviewView* host;
     QLabel* nameLabel;
