@@ -212,6 +212,7 @@ void ExplorerChrome::updateSelectionStatus() {
     updateActionState();
     updateDetails();
     if (previewVisible) w.widgets().previewPane->update(w.selected());
+    if (panel && panel->isVisible()) panel->follow(w.selected());
     const std::vector<Entry> chosen = w.selected();
     QLabel* count = w.widgets().countLabel;
     if (chosen.empty()) {

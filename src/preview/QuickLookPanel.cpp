@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace orvane {
 
@@ -51,6 +52,16 @@ void QuickLookPanel::open(const std::vector<Entry>& chosen, const PreviewRendere
     raise();
     activateWindow();
     setFocus();
+    showItem();
+}
+
+void QuickLookPanel::follow(const std::vector<Entry>& chosen) {
+    if (chosen.empty()) return;
+    const bool same = std::equal(chosen.begin(), chosen.end(), items.begin(), items.end(),
+                                 [](const Entry& a, const Entry& b) { return a.location == b.location; });
+    if (same) return;
+    items = chosen;
+    at = 0;
     showItem();
 }
 

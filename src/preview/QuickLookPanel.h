@@ -22,6 +22,8 @@ public:
     explicit QuickLookPanel(QWidget* window);
 
     void open(const std::vector<Entry>& items, const PreviewRenderers& renderers);
+    // The window's selection moved while the panel shows: the panel follows, leaving the keys there.
+    void follow(const std::vector<Entry>& items);
     // Moves by `by` items, stopping at either end.
     void step(int by);
 

@@ -215,6 +215,8 @@ private slots:
         QCOMPARE(panel && panel->isVisible(), open);
         if (!open) return;
         QCOMPARE(panel->count(), selection.size());
+        selectNames(*w, {"one.txt", "two.txt", "Folder"});
+        QCOMPARE(panel->count(), 3);
         QVERIFY(w->commands().run(QStringLiteral("quickLook")));
         QVERIFY(!panel->isVisible());
     }

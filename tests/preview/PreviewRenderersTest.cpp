@@ -15,6 +15,8 @@
 #include <QTest>
 #include <QThreadPool>
 
+#include <sys/stat.h>
+
 using namespace orvane;
 using orvane::test::TempTree;
 
@@ -37,6 +39,25 @@ QByteArray sidewaysJpeg(int width, int height) {
     const int length = int(exif.size()) + 2;
     jpeg.insert(2, QByteArray("\xFF\xE1", 2) + char(length >> 8) + char(length & 0xFF) + exif);
     return jpeg;
+}
+
+// A PNG whose header claims 30,000 × 30,000 pixels; decoding it whole would take 3.6 GB.
+QByteArray hugePngHeader() {
+    auto crc = [](const QByteArray& bytes) {
+        quint32 c = 0xFFFFFFFF;
+        for (char byte : bytes) {
+            c ^= quint8(byte);
+            for (int k = 0; k < 8; ++k)
+                c = (c >> 1) ^ (0xEDB88320 & (0 - (c & 1)));
+        }
+        return ~c;
+    };
+    auto be = [](quint32 v) {
+        const char bytes[] = {char(v >> 24), char(v >> 16), char(v >> 8), char(v)};
+        return QByteArray(bytes, 4);
+    };
+    const QByteArray ihdr = "IHDR" + be(30000) + be(30000) + QByteArray("\x08\x06\0\0\0", 5);
+    return QByteArray("\x89PNG\r\n\x1a\n", 8) + be(13) + ihdr + be(crc(ihdr)) + QByteArray(64, '\0');
 }
 
 QByteArray pdfPage() {
@@ -90,6 +111,11 @@ private slots:
         QTest::newRow("a zero byte is no text") << tree.file("binary.txt", QByteArray("ab\0cd", 5)) << "card";
         QTest::newRow("audio waits for the players")
             << tree.file("song.mp3", QByteArray("ID3\x03\0\0\0\0\0\0", 10)) << "card";
+        QTest::newRow("30,000 × 30,000 pixels claimed: a card, no crash")
+            << tree.file("huge.png", hugePngHeader()) << "card";
+        const QString fifo = tree.path("pipe.txt");
+        QCOMPARE(::mkfifo(NativePath::encode(fifo).constData(), 0600), 0);
+        QTest::newRow("a pipe would never end: not opened") << fifo << "none";
         QTest::newRow("a folder is no file") << tree.folder("Folder") << "none";
         QTest::newRow("gone") << tree.path("missing.txt") << "none";
     }
