@@ -6,6 +6,7 @@ packages=(cmake ninja-build g++ clang clang-format pkg-config qt6-base-dev qt6-m
           ffmpeg xvfb xauth imagemagick zip unzip libgl-dev ccache plocate
           libglib2.0-dev fuse3 fusefat dosfstools adwaita-icon-theme)
 packages+=(libssl-dev openssl)  # the update feed's signatures, and the test's own server and keys
+packages+=(qt6-pdf-dev)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

@@ -20,6 +20,9 @@
 #include "core/WindowCommands.h"
 #include "fileops/FileClipboard.h"
 #include "kit/EditablePathBox.h"
+#include "platform/Platform.h"
+#include "preview/PreviewPane.h"
+#include "preview/QuickLookPanel.h"
 #include "views/ExplorerColumns.h"
 #include "views/FileTable.h"
 
@@ -99,6 +102,7 @@ void ExplorerChrome::connectButtons() {
     });
     connect(ui.action("details"), &QToolButton::clicked, this, &ExplorerChrome::toggleDetails);
     connect(ui.detailsPane, &DetailsPane::closeRequested, this, &ExplorerChrome::toggleDetails);
+    connect(ui.previewPane, &PreviewPane::closeRequested, this, &ExplorerChrome::togglePreview);
     connect(ui.split, &ExplorerSidebarSplit::navigationWidthChosen, &w.services().settings(),
             &Settings::setSidebarWidth);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, [this] {
@@ -142,6 +146,8 @@ void ExplorerChrome::registerCommands() {
                   [this](const QVariant&) { togglePreview(); },
                   {},
                   [this](const QVariant&) { return previewVisible; }});
+    c.add(QStringLiteral("quickLook"), Platform::instance().word(PlatformWord::QuickLook),
+          [this] { quickLook(); });
     c.add(Command{QStringLiteral("setCompact"),
                   QStringLiteral("Compact view"),
                   [this](const QVariant& on) { setCompact(on.toBool()); },
@@ -185,6 +191,7 @@ void ExplorerChrome::updateLocation() {
     ui.searchField->setPlaceholderText(QStringLiteral("Search ") + name);
     w.widget()->setWindowTitle(name + QStringLiteral(" — Orvane"));
     ui.detailsPane->setVisible(detailsVisible);
+    ui.previewPane->setVisible(previewVisible);
     ui.split->relayout();
     updateSelectionStatus();
 }
@@ -204,6 +211,8 @@ void ExplorerChrome::updateActionState() {
 void ExplorerChrome::updateSelectionStatus() {
     updateActionState();
     updateDetails();
+    if (previewVisible) w.widgets().previewPane->update(w.selected());
+    if (panel && panel->isVisible()) panel->follow(w.selected());
     const std::vector<Entry> chosen = w.selected();
     QLabel* count = w.widgets().countLabel;
     if (chosen.empty()) {
@@ -239,22 +248,39 @@ void ExplorerChrome::updateDetails() {
 void ExplorerChrome::toggleDetails() {
     const WindowWidgets& ui = w.widgets();
     detailsVisible = !detailsVisible;
-    if (detailsVisible) previewVisible = false;
+    if (detailsVisible && previewVisible) {
+        previewVisible = false;
+        ui.previewPane->hide();
+        ui.previewPane->clear();
+    }
     ui.detailsPane->setVisible(detailsVisible);
     ui.split->relayout();
     updateDetails();
     updateActionState();
 }
 
-// The preview pane itself comes with media; the flag already excludes the details pane.
 void ExplorerChrome::togglePreview() {
+    const WindowWidgets& ui = w.widgets();
     previewVisible = !previewVisible;
-    if (previewVisible && detailsVisible) {
+    if (previewVisible) {
         detailsVisible = false;
-        w.widgets().detailsPane->hide();
-        w.widgets().split->relayout();
+        ui.detailsPane->hide();
     }
+    ui.previewPane->setVisible(previewVisible);
+    ui.split->relayout();
+    if (previewVisible)
+        ui.previewPane->update(w.selected());
+    else
+        ui.previewPane->clear();
     updateActionState();
+}
+
+void ExplorerChrome::quickLook() {
+    if (panel && panel->isVisible()) return panel->hide();
+    const std::vector<Entry> chosen = w.selected();
+    if (chosen.empty()) return;
+    if (!panel) panel = new QuickLookPanel(w.widget());
+    panel->open(chosen, w.widgets().previewPane->renderers());
 }
 
 void ExplorerChrome::setCompact(bool on) {

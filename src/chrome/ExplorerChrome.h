@@ -10,11 +10,12 @@ class QMenu;
 namespace orvane {
 
 class BrowserWindow;
+class QuickLookPanel;
 class ShortcutGuideWindow;
 
 // What a window shows around its files: title, path box, navigation and action buttons, the status
-// row, the details pane and the toolbar menus. It follows the window's events and owns the view
-// commands (panes, rows, paths, the guide).
+// row, the details and preview panes, the floating preview and the toolbar menus. It follows the window's
+// events and owns the view commands (panes, rows, paths, the guide).
 class ExplorerChrome : public QObject {
     Q_OBJECT
 public:
@@ -28,6 +29,9 @@ public:
     void updateSelectionStatus();
     void toggleDetails();
     void togglePreview();
+    // The floating preview of the selection, or away with it when it shows.
+    void quickLook();
+    QPointer<QuickLookPanel> quickLookPanel() const { return panel; }
     void setCompact(bool on);
     // Copies the quoted paths of the command selection, or of the current folder, one per line.
     void copyPathAction();
@@ -54,6 +58,7 @@ private:
 
     BrowserWindow& w;
     QPointer<ShortcutGuideWindow> guide;
+    QPointer<QuickLookPanel> panel;
     QList<QUrl> recent;
 };
 

@@ -18,9 +18,17 @@ void ExplorerSidebarSplit::resizeEvent(QResizeEvent* event) {
     relayout();
 }
 
+// The details and preview panes take turns in the one place at the right.
+int ExplorerSidebarSplit::sidePane() const {
+    for (int i = 2; i < count(); ++i)
+        if (!widget(i)->isHidden()) return i;
+    return -1;
+}
+
 void ExplorerSidebarSplit::relayout() {
     if (count() < 3 || laying) return;
-    const bool detailsShown = !widget(2)->isHidden();
+    const int side = sidePane();
+    const bool detailsShown = side >= 0;
     int handles = handleWidth();
     if (detailsShown) handles += handleWidth();
     SplitWidths::Needs needs;
@@ -32,8 +40,11 @@ void ExplorerSidebarSplit::relayout() {
     needs.detailsMinimum = detailsMinimum;
     needs.filesComfortable = filesComfortable ? filesComfortable() : 0;
     const SplitWidths::Widths w = SplitWidths::share(needs);
+    QList<int> widths{w.navigation, w.files};
+    for (int i = 2; i < count(); ++i)
+        widths << (i == side ? w.details : 0);
     laying = true;
-    setSizes({w.navigation, w.files, w.details});
+    setSizes(widths);
     laying = false;
 }
 
@@ -42,7 +53,7 @@ void ExplorerSidebarSplit::dividerMoved() {
     if (laying) return;
     const QList<int> now = sizes();
     navigationWidth = qMax(int(navigationMinimum), now.value(0));
-    if (!widget(2)->isHidden()) detailsWidth = qMax(int(detailsMinimum), now.value(2));
+    if (sidePane() >= 0) detailsWidth = qMax(int(detailsMinimum), now.value(sidePane()));
     emit navigationWidthChosen(navigationWidth);
 }
 

@@ -7,7 +7,7 @@
 
 namespace orvane {
 
-// The split of navigation pane, file area and details pane. It shares its width by SplitWidths on
+// The split of navigation pane, file area and details or preview pane. It shares its width by SplitWidths on
 // every resize, remembers the widths the person dragged the panes to, and reports the end of a drag.
 class ExplorerSidebarSplit : public QSplitter {
     Q_OBJECT
@@ -33,6 +33,7 @@ protected:
 
 private:
     void dividerMoved();
+    int sidePane() const;
 
     int navigationWidth = 240;
     int detailsWidth = detailsMinimum;

@@ -39,7 +39,7 @@ QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
 #navigationPane { background: rgba(0, 0, 0, 40); }
 #navigationPane #placesTable { background: transparent; }
 #placesTable QToolButton { padding: 0; border-radius: 4px; }
-#detailsPane { background: rgba(255, 255, 255, 5); border-left: 1px solid rgba(255, 255, 255, 12); }
+#detailsPane, #previewPane { background: rgba(255, 255, 255, 5); border-left: 1px solid rgba(255, 255, 255, 12); }
 #statusRow { background: rgba(0, 0, 0, 30); color: rgb(189, 189, 189); }
 QToolButton { border: none; border-radius: 6px; padding: 4px 7px; color: rgb(240, 240, 240); }
 QToolButton:hover { background: rgba(255, 255, 255, 22); }

@@ -16,6 +16,7 @@ class ExplorerSidebarSplit;
 class EditablePathBox;
 class ExplorerTabStrip;
 class FileTable;
+class PreviewPane;
 class TitleRow;
 class TransferProgressEdge;
 
@@ -52,6 +53,7 @@ struct WindowWidgets {
     FileTable* table;
     QLabel* emptyLabel;
     DetailsPane* detailsPane;
+    PreviewPane* previewPane; // beside the details pane, never shown with it
     // status row
     QLabel* status;
     QToolButton* cancelJobButton; // beside the status while a job holds the window

@@ -10,6 +10,7 @@
 #include "kit/Palette.h"
 #include "kit/Symbols.h"
 #include "kit/TransferProgressEdge.h"
+#include "preview/PreviewPane.h"
 #include "views/FileTable.h"
 
 #include <QGridLayout>
@@ -223,12 +224,17 @@ QWidget* ExplorerWidgets::buildSplit(QWidget* parent, Settings& settings) {
     detailsPane = new DetailsPane(split);
     detailsPane->setObjectName(QStringLiteral("detailsPane"));
     detailsPane->hide();
+    previewPane = new PreviewPane(split);
+    previewPane->setObjectName(QStringLiteral("previewPane"));
+    previewPane->hide();
     split->addWidget(navigationPane);
     split->addWidget(fileArea);
     split->addWidget(detailsPane);
+    split->addWidget(previewPane);
     split->setStretchFactor(0, 0);
     split->setStretchFactor(1, 1);
     split->setStretchFactor(2, 0);
+    split->setStretchFactor(3, 0);
     return split;
 }
 

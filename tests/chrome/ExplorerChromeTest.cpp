@@ -5,6 +5,10 @@
 #include "core/Jobs.h"
 #include "core/Services.h"
 #include "core/Settings.h"
+#include "preview/PreviewPane.h"
+#include "preview/PreviewView.h"
+#include "preview/QuickLookPanel.h"
+#include "support/AccessibleTree.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
@@ -19,6 +23,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMimeData>
+#include <QSignalSpy>
 #include <QTableView>
 #include <QToolButton>
 
@@ -152,8 +157,68 @@ private slots:
         QVERIFY((*w->findChild<ExplorerChrome*>()).previewVisible);
         QVERIFY(!(*w->findChild<ExplorerChrome*>()).detailsVisible);
         QVERIFY(!w->widgets().detailsPane->isVisibleTo(w));
+        QVERIFY(w->widgets().previewPane->isVisibleTo(w));
+        QCOMPARE(w->widgets().previewPane->view()->cardTitle(), QStringLiteral("2 items selected"));
         (*w->findChild<ExplorerChrome*>()).toggleDetails();
         QVERIFY(!(*w->findChild<ExplorerChrome*>()).previewVisible);
+        QVERIFY(!w->widgets().previewPane->isVisibleTo(w));
+        QVERIFY(w->widgets().previewPane->displayed().empty());
+    }
+
+    // The pane follows the selection while it shows, and its close button is the toggle.
+    void thePreviewFollowsTheSelection() {
+        QVERIFY(w->commands().run(QStringLiteral("togglePreview")));
+        PreviewPane* pane = w->widgets().previewPane;
+        QCOMPARE(pane->view()->cardTitle(), QStringLiteral("Select a file to preview"));
+        QSignalSpy shown(pane, &PreviewPane::previewShown);
+        selectNames(*w, {"one.txt"});
+        QVERIFY(shown.wait());
+        QCOMPARE(pane->fileName(), QStringLiteral("one.txt"));
+        QCOMPARE(pane->view()->cardTitle(), w->selected().front().kind);
+        selectNames(*w, {"Folder"});
+        QCOMPARE(pane->view()->cardTitle(), QStringLiteral("Folder"));
+        QCOMPARE(accessibilityFaults(pane), QStringList());
+        auto* close = pane->findChild<QToolButton*>();
+        QCOMPARE(close->accessibleName(), QStringLiteral("Close preview pane"));
+        close->click();
+        QVERIFY(!w->commands().isChecked(QStringLiteral("togglePreview")));
+        QVERIFY(!pane->isVisibleTo(w));
+    }
+
+    // Space opens the floating preview over the selection; arrows step, stopping at the ends.
+    void theFloatingPreviewStepsThroughTheSelection_data() {
+        QTest::addColumn<QStringList>("selection");
+        QTest::addColumn<QList<int>>("keys");
+        QTest::addColumn<int>("index");
+        QTest::addColumn<bool>("open");
+        QTest::newRow("nothing selected: nothing") << QStringList{} << QList<int>{} << -1 << false;
+        QTest::newRow("right steps on")
+            << QStringList{"one.txt", "two.txt"} << QList<int>{Qt::Key_Right} << 1 << true;
+        QTest::newRow("stops at the last")
+            << QStringList{"one.txt", "two.txt"} << QList<int>{Qt::Key_Down, Qt::Key_Down} << 1 << true;
+        QTest::newRow("and back") << QStringList{"one.txt", "two.txt"}
+                                  << QList<int>{Qt::Key_Right, Qt::Key_Left, Qt::Key_Up} << 0 << true;
+        QTest::newRow("Escape closes") << QStringList{"one.txt"} << QList<int>{Qt::Key_Escape} << 0 << false;
+        QTest::newRow("Space closes") << QStringList{"one.txt"} << QList<int>{Qt::Key_Space} << 0 << false;
+    }
+    void theFloatingPreviewStepsThroughTheSelection() {
+        QFETCH(QStringList, selection);
+        QFETCH(QList<int>, keys);
+        QFETCH(int, index);
+        QFETCH(bool, open);
+        selectNames(*w, selection);
+        QVERIFY(w->commands().run(QStringLiteral("quickLook")));
+        QPointer<QuickLookPanel> panel = w->findChild<ExplorerChrome*>()->quickLookPanel();
+        for (int key : keys)
+            QTest::keyClick(panel, Qt::Key(key));
+        QCOMPARE(panel ? panel->index() : -1, index);
+        QCOMPARE(panel && panel->isVisible(), open);
+        if (!open) return;
+        QCOMPARE(panel->count(), selection.size());
+        selectNames(*w, {"one.txt", "two.txt", "Folder"});
+        QCOMPARE(panel->count(), 3);
+        QVERIFY(w->commands().run(QStringLiteral("quickLook")));
+        QVERIFY(!panel->isVisible());
     }
 
     void copyPathQuotesEachPath() {
