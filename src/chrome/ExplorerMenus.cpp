@@ -100,6 +100,7 @@ void ExplorerMenus::fillContextMenu(QMenu* menu, BrowserWindow* w) {
     item(menu, w, "pasteAction", QStringLiteral("Paste"));
     item(menu, w, "copyPathAction", QStringLiteral("Copy as path"));
     contextItem(menu, w, "compressAction", M::compress(f), QStringLiteral("Compress"));
+    if (w->commands().isEnabled(QStringLiteral("extractHere"))) item(menu, w, "extractHere");
     menu->addSeparator();
     item(menu, w, "renameAction", QStringLiteral("Rename"));
     item(menu, w, "trashAction", QStringLiteral("Move to Trash"));

@@ -9,6 +9,7 @@
 #include "core/Services.h"
 #include "core/TabContent.h"
 #include "core/WindowCommands.h"
+#include "fileops/ArchiveCommands.h"
 #include "fileops/FileClipboard.h"
 #include "fileops/FileCommands.h"
 #include "fileops/FileNames.h"
@@ -70,6 +71,8 @@ ExplorerFileOps::ExplorerFileOps(BrowserWindow& window)
     viewport = w.table()->viewport();
     viewport->installEventFilter(this);
     registerOperations();
+    connect(new ArchiveCommands(w, fileUndo, this), &ArchiveCommands::finished, this,
+            &ExplorerFileOps::jobFinished);
     connect(&w.events(), &ExplorerEvents::locationChanged, this, [this] {
         cancelPendingRename();
         finishInlineRename(false);
