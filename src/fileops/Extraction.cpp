@@ -108,10 +108,13 @@ Extraction::Outcome Extraction::run(const QString& archivePath, const QString& i
                                              : std::numeric_limits<qint64>::max();
     struct archive* a = archive_read_new();
     archive_read_support_filter_all(a);
-    archive_read_support_format_all(a);
+    // Only the kinds offered: "all" would also read any text file as an mtree listing.
+    archive_read_support_format_zip(a);
+    archive_read_support_format_tar(a);
+    archive_read_support_format_7zip(a);
     if (archive_read_open_fd(a, fd, 1 << 16) != ARCHIVE_OK)
-        out.error =
-            QStringLiteral("The archive cannot be read: ") + QString::fromUtf8(archive_error_string(a));
+        out.error = QStringLiteral("The archive is damaged or incomplete: ") +
+                    QString::fromUtf8(archive_error_string(a));
     else
         out.error = unpack(a, facts.st_size);
     archive_read_free(a);
