@@ -14,6 +14,7 @@
 #include "fileops/FileCommands.h"
 #include "fileops/FileNames.h"
 #include "fileops/FileTrash.h"
+#include "fileops/OpenWithCommands.h"
 #include "fileops/PermanentDelete.h"
 #include "fileops/TransferEngine.h"
 #include "kit/AuxiliaryStyle.h"
@@ -73,6 +74,7 @@ ExplorerFileOps::ExplorerFileOps(BrowserWindow& window)
     registerOperations();
     connect(new ArchiveCommands(w, fileUndo, this), &ArchiveCommands::finished, this,
             &ExplorerFileOps::jobFinished);
+    new OpenWithCommands(w, this);
     connect(&w.events(), &ExplorerEvents::locationChanged, this, [this] {
         cancelPendingRename();
         finishInlineRename(false);
