@@ -75,7 +75,9 @@ QString Compression::pack(const QString& folder, const QStringList& paths, const
         args << "./" + NativePath::encode(QFileInfo(QDir::cleanPath(path)).fileName());
     if (!ChildProcess::available("zip")) return QStringLiteral("The zip program is not installed.");
     QString error;
+    if (stopped) return {};
     if (!zip.start("zip", args, NativePath::encode(folder), error)) return error;
+    if (stopped) zip.terminate(); // asked while it started
     QByteArray text;
     const int status = zip.wait(text);
     if (status == 0 || stopped) return {};

@@ -59,6 +59,14 @@ bool targetInside(const QList<QByteArray>& linkParts, const QByteArray& target) 
     return true;
 }
 
+QString outsideText() {
+    return QStringLiteral("The archive tries to write outside its folder: ");
+}
+
+QString pointsOutText() {
+    return QStringLiteral("The archive holds a link that points outside its folder: ");
+}
+
 QString shown(const QByteArray& path) {
     return NativePath::display(NativePath::decode(path));
 }
@@ -188,10 +196,7 @@ int Extraction::openParent(const QByteArray& path, QByteArray& name, QString& er
 QString Extraction::writeEntry(struct archive* a, void* item, const QByteArray& raw) {
     auto* entry = static_cast<archive_entry*>(item);
     QList<QByteArray> parts;
-    const char* hardlink = archive_entry_hardlink(entry);
-    QList<QByteArray> linkParts;
-    if (!relativeParts(raw, parts) || (hardlink && !relativeParts(hardlink, linkParts)))
-        return QStringLiteral("The archive tries to write outside its folder: ") + shown(raw);
+    if (!relativeParts(raw, parts)) return outsideText() + shown(raw);
     if (parts.isEmpty()) return {};
     const QByteArray path = parts.join('/');
     topLevel.insert(parts.front());
@@ -199,41 +204,46 @@ QString Extraction::writeEntry(struct archive* a, void* item, const QByteArray& 
     QString error;
     const int parent = openParent(path, name, error);
     if (parent < 0) return error;
-    const mode_t type = archive_entry_filetype(entry);
+    const timespec when = {archive_entry_mtime(entry), archive_entry_mtime_nsec(entry)};
     const int mode = int(archive_entry_perm(entry) & 07777 & ~(S_ISUID | S_ISGID));
-    int failed = 0;
-    if (hardlink) {
-        QByteArray targetName;
-        const int targetParent = openParent(linkParts.join('/'), targetName, error);
-        if (targetParent < 0)
-            failed = errno;
-        else if (::linkat(targetParent, targetName.constData(), parent, name.constData(), 0) != 0)
-            failed = errno;
-        if (targetParent >= 0) ::close(targetParent);
+    const mode_t type = archive_entry_filetype(entry);
+    if (const char* original = archive_entry_hardlink(entry)) {
+        error = writeHardLink(parent, name, original);
     } else if (type == AE_IFDIR) {
-        if (::mkdirat(parent, name.constData(), 0700) != 0 && errno != EEXIST) failed = errno;
-        folders.push_back({path, mode, archive_entry_mtime(entry), archive_entry_mtime_nsec(entry)});
+        if (::mkdirat(parent, name.constData(), 0700) != 0 && errno != EEXIST)
+            error = shown(raw) + QStringLiteral(": ") + FileTree::systemText(errno);
+        folders.push_back({path, mode, when.tv_sec, when.tv_nsec});
     } else if (type == AE_IFLNK) {
-        const char* target = archive_entry_symlink(entry);
-        if (!target || !targetInside(parts, target)) {
-            ::close(parent);
-            return QStringLiteral("The archive holds a link that points outside its folder: ") + shown(raw);
-        }
-        if (::symlinkat(target, parent, name.constData()) != 0) failed = errno;
-        links.push_back(path);
-        const timespec times[2] = {{archive_entry_mtime(entry), archive_entry_mtime_nsec(entry)},
-                                   {archive_entry_mtime(entry), archive_entry_mtime_nsec(entry)}};
-        if (!failed) ::utimensat(parent, name.constData(), times, AT_SYMLINK_NOFOLLOW);
+        error = writeLink(parent, name, parts, archive_entry_symlink(entry));
+        if (error.isEmpty()) links.push_back(path);
     } else if (type == AE_IFREG) {
         error = writeFile(a, parent, name, mode);
-        if (error.isEmpty()) {
-            const timespec times[2] = {{archive_entry_mtime(entry), archive_entry_mtime_nsec(entry)},
-                                       {archive_entry_mtime(entry), archive_entry_mtime_nsec(entry)}};
-            ::utimensat(parent, name.constData(), times, AT_SYMLINK_NOFOLLOW);
-        }
     }
+    const timespec times[2] = {when, when};
+    if (error.isEmpty() && type != AE_IFDIR)
+        ::utimensat(parent, name.constData(), times, AT_SYMLINK_NOFOLLOW);
     ::close(parent);
-    if (failed) return shown(raw) + QStringLiteral(": ") + FileTree::systemText(failed);
+    return error;
+}
+
+// The link is made as it is; only one whose text leads out is refused here, the rest in checkLinks.
+QString Extraction::writeLink(int parent, const QByteArray& name, const QList<QByteArray>& parts,
+                              const char* target) {
+    if (!target || !targetInside(parts, target)) return pointsOutText() + shown(parts.join('/'));
+    if (::symlinkat(target, parent, name.constData()) == 0) return {};
+    return shown(parts.join('/')) + QStringLiteral(": ") + FileTree::systemText(errno);
+}
+
+QString Extraction::writeHardLink(int parent, const QByteArray& name, const QByteArray& original) {
+    QList<QByteArray> parts;
+    if (!relativeParts(original, parts) || parts.isEmpty()) return outsideText() + shown(original);
+    QByteArray originalName;
+    QString error;
+    const int originalParent = openParent(parts.join('/'), originalName, error);
+    if (originalParent < 0) return error;
+    if (::linkat(originalParent, originalName.constData(), parent, name.constData(), 0) != 0)
+        error = shown(name) + QStringLiteral(": ") + FileTree::systemText(errno);
+    ::close(originalParent);
     return error;
 }
 
@@ -292,7 +302,7 @@ QString Extraction::checkLinks() const {
         if (fd >= 0)
             ::close(fd);
         else if (errno == EXDEV)
-            return QStringLiteral("The archive holds a link that points outside its folder: ") + shown(link);
+            return pointsOutText() + shown(link);
     }
     return {};
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QSet>
 #include <QString>
 #include <atomic>
@@ -47,6 +48,8 @@ private:
     QString unpack(struct archive* a, qint64 size);
     QString writeEntry(struct archive* a, void* entry, const QByteArray& path);
     QString writeFile(struct archive* a, int parent, const QByteArray& name, int mode);
+    QString writeLink(int parent, const QByteArray& name, const QList<QByteArray>& parts, const char* target);
+    QString writeHardLink(int parent, const QByteArray& name, const QByteArray& original);
     int openParent(const QByteArray& path, QByteArray& name, QString& error);
     QString checkLinks() const;
     QString place(const QString& staged, const QString& into, const QString& archiveName, QString& error);
