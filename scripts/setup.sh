@@ -7,6 +7,7 @@ packages=(cmake ninja-build g++ clang clang-format pkg-config qt6-base-dev qt6-m
           libglib2.0-dev fuse3 fusefat dosfstools adwaita-icon-theme)
 packages+=(libssl-dev openssl)  # the update feed's signatures, and the test's own server and keys
 packages+=(qt6-pdf-dev)
+packages+=(libarchive-dev libarchive-tools p7zip-full zstd xz-utils bzip2 desktop-file-utils)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

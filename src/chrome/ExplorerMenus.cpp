@@ -7,6 +7,7 @@
 #include "core/TabContent.h"
 #include "core/WindowCommands.h"
 #include "core/WindowListing.h"
+#include "fileops/OpenWithCommands.h"
 #include "platform/Platform.h"
 #include "views/FileTable.h"
 #include "views/ViewModes.h"
@@ -91,6 +92,7 @@ void ExplorerMenus::fillContextMenu(QMenu* menu, BrowserWindow* w) {
     namespace M = ActionState::Menu;
     const SelectionFacts f = w->selectionFacts();
     contextItem(menu, w, "openSelected", M::open(f), QStringLiteral("Open"));
+    if (f.count > 0) OpenWithCommands::menuFor(*w, menu);
     if (f.singlePackage) item(menu, w, "showPackageContents", QStringLiteral("Show Package Contents"));
     contextItem(menu, w, "openNewTabSelected", M::openInNewTab(f), QStringLiteral("Open in new tab"));
     item(menu, w, "pinAction");
@@ -100,10 +102,12 @@ void ExplorerMenus::fillContextMenu(QMenu* menu, BrowserWindow* w) {
     item(menu, w, "pasteAction", QStringLiteral("Paste"));
     item(menu, w, "copyPathAction", QStringLiteral("Copy as path"));
     contextItem(menu, w, "compressAction", M::compress(f), QStringLiteral("Compress"));
+    if (w->commands().isEnabled(QStringLiteral("extractHere"))) item(menu, w, "extractHere");
     menu->addSeparator();
     item(menu, w, "renameAction", QStringLiteral("Rename"));
     item(menu, w, "trashAction", QStringLiteral("Move to Trash"));
     item(menu, w, "newFolder", QStringLiteral("New folder"));
+    if (f.count == 0) item(menu, w, "openTerminalHere");
     menu->addSeparator();
     item(menu, w, "propertiesAction", QStringLiteral("Properties"));
     item(menu, w, "revealAction", Platform::instance().word(PlatformWord::ShowInFileManager));

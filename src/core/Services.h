@@ -6,6 +6,7 @@
 namespace orvane {
 
 class AppUpdates;
+class Applications;
 class FileClipboard;
 class FileIcons;
 class Jobs;
@@ -29,6 +30,8 @@ public:
     Settings& settings() const { return *prefs; }
     PinnedStore& pins() const { return *pinList; }
     const TypeIndex& types() const;
+    // Which applications open files, and opening with them.
+    const Applications& applications() const { return *apps; }
     // Objects of the layers above, handed in by the application object when it starts.
     FileClipboard& clipboard() const { return *clip; }
     FileIcons& icons() const { return *iconSet; }
@@ -40,6 +43,7 @@ private:
     Jobs* jobList;
     Settings* prefs;
     std::unique_ptr<PinnedStore> pinList;
+    std::unique_ptr<Applications> apps;
     FileClipboard* clip = nullptr;
     FileIcons* iconSet = nullptr;
     AppUpdates* updateCheck = nullptr;

@@ -9,10 +9,12 @@
 #include "core/Services.h"
 #include "core/TabContent.h"
 #include "core/WindowCommands.h"
+#include "fileops/ArchiveCommands.h"
 #include "fileops/FileClipboard.h"
 #include "fileops/FileCommands.h"
 #include "fileops/FileNames.h"
 #include "fileops/FileTrash.h"
+#include "fileops/OpenWithCommands.h"
 #include "fileops/PermanentDelete.h"
 #include "fileops/TransferEngine.h"
 #include "kit/AuxiliaryStyle.h"
@@ -70,6 +72,9 @@ ExplorerFileOps::ExplorerFileOps(BrowserWindow& window)
     viewport = w.table()->viewport();
     viewport->installEventFilter(this);
     registerOperations();
+    connect(new ArchiveCommands(w, fileUndo, this), &ArchiveCommands::finished, this,
+            &ExplorerFileOps::jobFinished);
+    new OpenWithCommands(w, this);
     connect(&w.events(), &ExplorerEvents::locationChanged, this, [this] {
         cancelPendingRename();
         finishInlineRename(false);

@@ -15,3 +15,30 @@ QString DefaultApplications::nameFor(const QString& path, const QString& typeNam
 }
 
 } // namespace orvane
+
+namespace orvane {
+
+// Not yet asked of NSWorkspace: the Mac build lists no applications and opens none by choice.
+QList<DefaultApplications::Application> DefaultApplications::forType(const QString&) {
+    return {};
+}
+
+DefaultApplications::Application DefaultApplications::defaultFor(const QString&) {
+    return {};
+}
+
+QList<DefaultApplications::Application> DefaultApplications::all() {
+    return {};
+}
+
+bool DefaultApplications::launch(const QString&, const QStringList&, QString& error) {
+    error = QStringLiteral("Opening with a chosen application is not available here.");
+    return false;
+}
+
+bool DefaultApplications::openTerminal(const QString&, QString& error) {
+    error = QStringLiteral("No terminal is available here.");
+    return false;
+}
+
+} // namespace orvane

@@ -184,6 +184,7 @@ void AppDelegate::makeMenu(QMenuBar* bar, Explorer* window) {
     QMenu* file = bar->addMenu(QStringLiteral("File"));
     file->addAction(QStringLiteral("New Window"), QKeySequence(Qt::CTRL | Qt::Key_N), this,
                     [this] { newWindow(); });
+    CommandBinding::addTo(window->commands(), file, QStringLiteral("openTerminalHere"));
     // Ctrl+W closes the tab, as the keys do; the window has its own item.
     CommandBinding::addTo(window->commands(), file, QStringLiteral("closeTab"), {},
                           QStringLiteral("Close Tab"))

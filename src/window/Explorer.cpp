@@ -5,6 +5,7 @@
 
 #include "chrome/ExplorerChrome.h"
 #include "chrome/ExplorerTabStrip.h"
+#include "core/Applications.h"
 #include "core/ExplorerEvents.h"
 #include "core/Settings.h"
 #include "core/WindowCommands.h"
@@ -12,7 +13,6 @@
 #include "fileops/ExplorerFileOps.h"
 #include "kit/EditablePathBox.h"
 #include "kit/ExplorerAlert.h"
-#include "platform/DefaultApplications.h"
 #include "platform/NativePath.h"
 #include "views/EntryTableModel.h"
 #include "views/FileTable.h"
@@ -33,10 +33,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
-#include <QMimeDatabase>
 #include <QToolButton>
-#include <fcntl.h>
-#include <unistd.h>
 
 namespace orvane {
 
@@ -336,26 +333,25 @@ void Explorer::openSelected() {
         openFile(item);
 }
 
-// The desktop's opener starts whatever the type asks for and says nothing when nothing does: that is
-// told here instead.
+// Through the same default the Open with menu marks; a file nothing opens is told so, and a program or
+// script is handed to its application like any file, never run.
 void Explorer::openFile(const Entry& item) {
-    const QMimeDatabase types;
-    QMimeType type = types.mimeTypeForFile(item.name(), QMimeDatabase::MatchExtension);
-    if (type.isDefault()) {
-        QByteArray head(512, '\0');
-        const int fd = ::open(NativePath::encode(item.location).constData(), O_RDONLY | O_CLOEXEC);
-        const ssize_t n = fd < 0 ? 0 : ::read(fd, head.data(), size_t(head.size()));
-        if (fd >= 0) ::close(fd);
-        head.truncate(qMax<ssize_t>(n, 0));
-        type = types.mimeTypeForData(head);
+    if (item.directory) {
+        QDesktopServices::openUrl(item.url());
+        return;
     }
-    if (!item.directory && DefaultApplications::nameFor(item.location, type.name()).isEmpty()) {
+    const Applications& apps = services().applications();
+    const Applications::Application app = apps.defaultFor(item.location);
+    if (app.id.isEmpty()) {
+        const QMimeType type = Applications::typeOf(item.location);
         showError(QStringLiteral("No application opens \"") + item.name() + u'"',
                   QStringLiteral("No application is set to open ") +
                       (type.comment().isEmpty() ? type.name() : type.comment()) + QStringLiteral(" files."));
         return;
     }
-    QDesktopServices::openUrl(item.url());
+    QString error;
+    if (!apps.open({item.location}, app.id, error))
+        showError(QStringLiteral("Cannot open \"") + item.name() + u'"', error);
 }
 
 void Explorer::selectURL(const QUrl& url) {

@@ -107,14 +107,15 @@ private slots:
         QTest::addColumn<QString>("enabled");
         const QString always = "Copy as path,Properties", pin = ",Pin to Quick access";
         QTest::newRow("folder") << QStringList{"Folder"} << false
-                                << "Open,Open in new tab,Cut,Copy,Rename,Move to Trash,New folder," + always +
-                                       pin;
+                                << "Open,Open in new tab,Cut,Copy,Compress,Rename,Move to Trash,New folder," +
+                                       always + pin;
         QTest::newRow("folder, busy")
             << QStringList{"Folder"} << true << "Open,Open in new tab," + always + pin;
         QTest::newRow("two files") << QStringList{"one.txt", "two.txt"} << false
-                                   << "Open,Cut,Copy,Move to Trash,New folder," + always;
-        QTest::newRow("two files, busy") << QStringList{"one.txt", "two.txt"} << true << "Open," + always;
-        QTest::newRow("nothing") << QStringList{} << false << "New folder," + always + pin;
+                                   << "Open,Open with,Cut,Copy,Compress,Move to Trash,New folder," + always;
+        QTest::newRow("two files, busy")
+            << QStringList{"one.txt", "two.txt"} << true << "Open,Open with," + always;
+        QTest::newRow("nothing") << QStringList{} << false << "New folder,Open Terminal Here," + always + pin;
     }
     void contextMenuItemsRunWhenEnabled() {
         QFETCH(QStringList, selection);
@@ -128,6 +129,7 @@ private slots:
         for (QAction* a : menu.actions()) {
             if (a->isSeparator() || !a->isEnabled()) continue;
             on << a->text();
+            if (a->menu()) continue; // a submenu's own items carry the commands
             QVERIFY2(w->commands().isEnabled(a->property("command").toString()), qPrintable(a->text()));
         }
         std::sort(on.begin(), on.end());

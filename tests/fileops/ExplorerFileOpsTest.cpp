@@ -26,6 +26,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTimer>
 #include <QToolButton>
@@ -84,6 +85,42 @@ private slots:
         openWindow();
     }
     void cleanup() { stopProgram(); }
+
+    void archivesAreMadeAndUndoneThroughTheWindow_data() {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QString>("selected");
+        QTest::addColumn<QString>("made");
+        QTest::addColumn<QString>("status");
+        QTest::newRow("compress") << "compressAction"
+                                  << "hello.txt"
+                                  << "hello.txt.zip"
+                                  << "Created hello.txt.zip · Ctrl+Z to undo";
+        QTest::newRow("extract") << "extractHere"
+                                 << "pack.zip"
+                                 << "pack"
+                                 << "Extracted pack · Ctrl+Z to undo";
+    }
+    // The job holds the window, selects what it made, and the one undo step takes only that away.
+    void archivesAreMadeAndUndoneThroughTheWindow() {
+        QFETCH(QString, command);
+        QFETCH(QString, selected);
+        QFETCH(QString, made);
+        QFETCH(QString, status);
+        QCOMPARE(
+            QProcess::execute("sh", {"-c", "cd '" + tree->path() + "' && zip -qr pack.zip hello.txt Box"}),
+            0);
+        w->refresh();
+        w->selectURL(QUrl::fromLocalFile(tree->path(selected)));
+        QVERIFY(w->commands().run(command));
+        QVERIFY(w->busy());
+        waitForJob();
+        QCOMPARE(w->widgets().status->text(), status);
+        QTRY_COMPARE(selectedNames(), QStringList{made});
+        QVERIFY(w->commands().run(QStringLiteral("undoAction")));
+        QVERIFY(!QFileInfo::exists(tree->path(made)));
+        QCOMPARE(QDir(tree->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+                 QStringList({"Box", "hello.txt", "pack.zip", "ملاحظات.txt"}));
+    }
 
     // The window is held through the process-wide list of jobs: its edge follows, and neither the
     // window nor the program may end until the paste has.
