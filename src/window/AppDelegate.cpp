@@ -66,8 +66,8 @@ BrowserWindow* AppDelegate::openWindow(const std::optional<QUrl>& initialURL) {
     return newWindow(initialURL);
 }
 
-void AppDelegate::receiveExternalURLs(const QList<QUrl>& urls, bool reveal) {
-    external->receive(urls, reveal);
+void AppDelegate::receiveExternalURLs(const QList<QUrl>& urls, ExternalOpenMode mode) {
+    external->receive(urls, mode);
 }
 
 void AppDelegate::drainExternalRequests() {

@@ -37,7 +37,8 @@ public:
     void applicationDidFinishLaunching();
     Explorer* newWindow(const std::optional<QUrl>& initialURL = std::nullopt);
     // Requests from outside to open folders and files; they wait until launching is over.
-    void receiveExternalURLs(const QList<QUrl>& urls, bool reveal = false) override;
+    void receiveExternalURLs(const QList<QUrl>& urls,
+                             ExternalOpenMode mode = ExternalOpenMode::Open) override;
     QObject* object() override { return this; }
     std::vector<BrowserWindow*> browserWindows() const override;
     BrowserWindow* openWindow(const std::optional<QUrl>& initialURL = std::nullopt) override;

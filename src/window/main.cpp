@@ -1,6 +1,7 @@
 #include "batteries/SelfTest.h"
 #include "kit/Palette.h"
 #include "system/ExternalOpenRequests.h"
+#include "system/FileManagerBus.h"
 #include "system/InstanceChannel.h"
 #include "window/AppDelegate.h"
 
@@ -18,7 +19,8 @@ int main(int argc, char** argv) {
     const QList<QUrl> urls = orvane::ExternalOpenRequests::fromArguments(argc, argv);
     if (!urls.isEmpty() && orvane::InstanceChannel::forward(urls)) return 0; // a running Orvane shows them
     orvane::AppDelegate delegate;
-    new orvane::InstanceChannel(delegate);
+    auto* channel = new orvane::InstanceChannel(delegate);
+    new orvane::FileManagerBus(delegate, channel);
     if (!urls.isEmpty()) delegate.receiveExternalURLs(urls);
     delegate.applicationDidFinishLaunching();
     return app.exec();
