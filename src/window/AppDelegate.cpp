@@ -38,7 +38,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     // Queued, so open requests that arrive just after launch are served before a window is made.
     QTimer::singleShot(0, this, [this] {
         drainExternalRequests();
-        if (windows.empty()) newWindow();
+        if (windows.empty() && openFirstWindow) newWindow();
         if (!windows.empty()) windows.back()->activateWindow();
         emit firstWindowDecided();
     });

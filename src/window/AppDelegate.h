@@ -31,6 +31,8 @@ public:
     // The only owner of windows: a window lives exactly as long as it is listed here.
     std::vector<std::unique_ptr<Explorer>> windows;
     bool didFinishLaunching = false;
+    // Started by the session bus for a request, which decides the first window itself.
+    bool openFirstWindow = true;
     // Answers whether a change of the system's default folder browser is still under way.
     std::function<bool()> defaultBrowserChanging = [] { return false; };
 

@@ -19,6 +19,7 @@ int main(int argc, char** argv) {
     const QList<QUrl> urls = orvane::ExternalOpenRequests::fromArguments(argc, argv);
     if (!urls.isEmpty() && orvane::InstanceChannel::forward(urls)) return 0; // a running Orvane shows them
     orvane::AppDelegate delegate;
+    delegate.openFirstWindow = !args.contains(QStringLiteral("--gapplication-service"));
     auto* channel = new orvane::InstanceChannel(delegate);
     new orvane::FileManagerBus(delegate, channel);
     if (!urls.isEmpty()) delegate.receiveExternalURLs(urls);
