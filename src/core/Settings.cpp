@@ -93,4 +93,13 @@ void Settings::setDetailsHeader(const QByteArray& state) {
     if (write(detailsHeaderKey, state)) emit detailsHeaderChanged();
 }
 
+QVariantMap Settings::defaultBrowserSnapshot() const {
+    return read(defaultBrowserSnapshotKey).toMap();
+}
+
+void Settings::setDefaultBrowserSnapshot(const QVariantMap& state) {
+    write(defaultBrowserSnapshotKey, state);
+    store->sync();
+}
+
 } // namespace orvane

@@ -21,6 +21,7 @@ public:
     static constexpr const char* visibleColumnsKey = "details.visibleColumns.v1";
     static constexpr const char* dimensionsIntroducedKey = "details.dimensionsIntroduced.v1";
     static constexpr const char* detailsHeaderKey = "Quilland.DetailsColumns.v1";
+    static constexpr const char* defaultBrowserSnapshotKey = "defaultBrowser.originalState.v1";
 
     // The user's own preferences.
     explicit Settings(QObject* parent = nullptr);
@@ -48,6 +49,9 @@ public:
     // The details header's own bytes (widths, hidden sections).
     QByteArray detailsHeader() const;
     void setDetailsHeader(const QByteArray& state);
+    // The state before the first change of the default folder browser; written once, on disk at once.
+    QVariantMap defaultBrowserSnapshot() const;
+    void setDefaultBrowserSnapshot(const QVariantMap& state);
 
 signals:
     void lastFolderChanged(const QString& path);
