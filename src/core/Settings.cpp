@@ -102,4 +102,16 @@ void Settings::setDefaultBrowserSnapshot(const QVariantMap& state) {
     store->sync();
 }
 
+QVariantMap Settings::defaultBrowserPending() const {
+    return read(defaultBrowserPendingKey).toMap();
+}
+
+void Settings::setDefaultBrowserPending(const QVariantMap& state) {
+    if (state.isEmpty())
+        store->remove(QLatin1String(defaultBrowserPendingKey));
+    else
+        write(defaultBrowserPendingKey, state);
+    store->sync();
+}
+
 } // namespace orvane

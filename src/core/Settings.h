@@ -22,6 +22,7 @@ public:
     static constexpr const char* dimensionsIntroducedKey = "details.dimensionsIntroduced.v1";
     static constexpr const char* detailsHeaderKey = "Quilland.DetailsColumns.v1";
     static constexpr const char* defaultBrowserSnapshotKey = "defaultBrowser.originalState.v1";
+    static constexpr const char* defaultBrowserPendingKey = "defaultBrowser.pendingChange.v1";
 
     // The user's own preferences.
     explicit Settings(QObject* parent = nullptr);
@@ -52,6 +53,9 @@ public:
     // The state before the first change of the default folder browser; written once, on disk at once.
     QVariantMap defaultBrowserSnapshot() const;
     void setDefaultBrowserSnapshot(const QVariantMap& state);
+    // The state before a change still under way; empty once it ended, so a crash leaves it behind.
+    QVariantMap defaultBrowserPending() const;
+    void setDefaultBrowserPending(const QVariantMap& state);
 
 signals:
     void lastFolderChanged(const QString& path);

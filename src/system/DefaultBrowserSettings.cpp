@@ -80,17 +80,32 @@ bool DefaultBrowserSettings::matches(const Status& now, const QString& identifie
     return now.folderIdentifier == identifier && equalPreferences(now.fileViewer, fileViewer);
 }
 
-// Only the first state ever seen is kept, however many changes follow.
-void DefaultBrowserSettings::preserveOriginalState(const Status& previous) {
-    if (!defaults.defaultBrowserSnapshot().isEmpty()) return;
+QVariantMap DefaultBrowserSettings::stateRecord(const Status& status) {
     QVariantMap state{{QStringLiteral("capturedAt"), QDateTime::currentDateTimeUtc()},
-                      {QStringLiteral("fileViewerWasPresent"), previous.fileViewer.isValid()}};
-    if (previous.folderApplication)
-        state.insert(QStringLiteral("folderApplicationURL"), *previous.folderApplication);
-    if (previous.folderIdentifier)
-        state.insert(QStringLiteral("folderIdentifier"), *previous.folderIdentifier);
-    if (previous.fileViewer.isValid()) state.insert(QStringLiteral("fileViewer"), previous.fileViewer);
-    defaults.setDefaultBrowserSnapshot(state);
+                      {QStringLiteral("fileViewerWasPresent"), status.fileViewer.isValid()}};
+    if (status.folderApplication)
+        state.insert(QStringLiteral("folderApplicationURL"), *status.folderApplication);
+    if (status.folderIdentifier) state.insert(QStringLiteral("folderIdentifier"), *status.folderIdentifier);
+    if (status.fileViewer.isValid()) state.insert(QStringLiteral("fileViewer"), status.fileViewer);
+    return state;
+}
+
+// Only the first state ever seen is kept, however many changes follow; the state before this change
+// is kept until it ends, so a crash can be undone at the next start.
+void DefaultBrowserSettings::preserveOriginalState(const Status& previous) {
+    defaults.setDefaultBrowserPending(stateRecord(previous));
+    if (defaults.defaultBrowserSnapshot().isEmpty())
+        defaults.setDefaultBrowserSnapshot(stateRecord(previous));
+}
+
+bool DefaultBrowserSettings::recoverInterruptedChange(Completion completion) {
+    const QVariantMap pending = defaults.defaultBrowserPending();
+    if (pending.isEmpty()) return false;
+    defaults.setDefaultBrowserPending({});
+    change(pending.value(QStringLiteral("folderApplicationURL")).toString(),
+           pending.value(QStringLiteral("folderIdentifier")).toString(),
+           pending.value(QStringLiteral("fileViewer")), std::move(completion));
+    return true;
 }
 
 void DefaultBrowserSettings::change(const QString& application, const QString& identifier,
@@ -162,6 +177,7 @@ void DefaultBrowserSettings::checkRecovery(std::shared_ptr<Transaction> t, const
 
 void DefaultBrowserSettings::finish(std::shared_ptr<Transaction> t, const Result& result) {
     changing = false;
+    defaults.setDefaultBrowserPending({});
     emit stateChanged();
     emit didChange();
     t->completion(result);

@@ -8,6 +8,7 @@
 
 namespace orvane {
 
+class FileManagerBus;
 class Settings;
 
 // Makes Orvane the desktop's folder browser and goes back, as one transaction over two pieces of
@@ -50,6 +51,11 @@ public:
 
     DefaultBrowserSettings(Environment environment, Settings& defaults, QString paneApplication,
                            QObject* parent = nullptr);
+    // The desktop's own: the user's mimeapps.list, read and written by its exact bytes, and the
+    // reveal service as `bus` holds it.
+    static Environment desktop(FileManagerBus& bus);
+    // The application's name as the desktop shows it.
+    static QString applicationName(const QString& application);
 
     Status status() const;
     bool isChanging() const { return changing; }
@@ -60,6 +66,8 @@ public:
     void changeFileViewer(const QVariant& value, Completion completion);
     void change(const QString& application, const QString& identifier, const QVariant& fileViewer,
                 Completion completion);
+    // A change that a crash cut short goes back to the state before it; false when there was none.
+    bool recoverInterruptedChange(Completion completion);
 
     static bool equalPreferences(const QVariant& a, const QVariant& b);
 
@@ -72,6 +80,7 @@ signals:
 private:
     struct Transaction;
     void preserveOriginalState(const Status& previous);
+    static QVariantMap stateRecord(const Status& status);
     void applyFileViewer(std::shared_ptr<Transaction> t);
     void rollback(std::shared_ptr<Transaction> t, const QString& message);
     void checkRecovery(std::shared_ptr<Transaction> t, const QString& message,

@@ -36,12 +36,14 @@ bool FileManagerBus::takeName() {
     if (!isExported) return false;
     bus.interface()->registerService(serviceName, QDBusConnectionInterface::ReplaceExistingService,
                                      QDBusConnectionInterface::AllowReplacement);
-    return ownsName();
+    claim = ownsName();
+    return claim;
 }
 
 // Whoever waits in line gets the name back; with nobody there it is free again, and taken again.
 bool FileManagerBus::handBackName() {
     if (!isExported) return false;
+    claim = false;
     bus.interface()->unregisterService(serviceName);
     return bus.interface()
         ->registerService(serviceName, QDBusConnectionInterface::QueueService,

@@ -31,10 +31,13 @@ public:
 
     bool exported() const { return isExported; }
     bool ownsName() const;
-    // Takes the name even from another holder that allows it; false when it stays elsewhere.
+    // Takes the name even from another holder that allows it, as the default folder browser does;
+    // false when it stays elsewhere.
     bool takeName();
     // Lets the next in line have the name and stands in line again behind it.
     bool handBackName();
+    // Holds the name because it took it, not only because nobody else wanted it.
+    bool claimed() const { return claim && ownsName(); }
 
     // File URIs by their exact bytes (percent escapes of bytes that are not UTF-8 included) and
     // absolute paths; anything else is kept as it came, to be reported unavailable.
@@ -52,6 +55,7 @@ private:
     QDBusConnection bus;
     ApplicationBus* application;
     bool isExported = false;
+    bool claim = false;
 };
 
 } // namespace orvane

@@ -159,9 +159,11 @@ void AppDelegate::makeMenu(QMenuBar* bar, Explorer* window) {
     });
     appMenu->addSeparator();
     appMenu->addAction(QStringLiteral("Check for Updates…"))->setEnabled(false);
-    QAction* defaults = appMenu->addAction(QStringLiteral("Default File Browser…"));
+    QAction* defaults = appMenu->addAction(QStringLiteral("Default File Browser…"), this, [this] {
+        if (showDefaultBrowserSettings) showDefaultBrowserSettings();
+    });
     defaults->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Comma));
-    defaults->setEnabled(false);
+    defaults->setEnabled(bool(showDefaultBrowserSettings));
     if (const QString access = Platform::instance().word(PlatformWord::FullDiskAccess); !access.isEmpty())
         appMenu->addAction(access)->setEnabled(false);
     appMenu->addSeparator();

@@ -35,6 +35,8 @@ public:
     bool openFirstWindow = true;
     // Answers whether a change of the system's default folder browser is still under way.
     std::function<bool()> defaultBrowserChanging = [] { return false; };
+    // Opens the default-browser window; empty where the desktop has none.
+    std::function<void()> showDefaultBrowserSettings;
 
     void applicationDidFinishLaunching();
     Explorer* newWindow(const std::optional<QUrl>& initialURL = std::nullopt);

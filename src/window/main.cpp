@@ -1,7 +1,8 @@
 #include "batteries/SelfTest.h"
 #include "kit/Palette.h"
+#include "system/DefaultBrowserSettings.h"
+#include "system/DesktopIntegration.h"
 #include "system/ExternalOpenRequests.h"
-#include "system/FileManagerBus.h"
 #include "system/InstanceChannel.h"
 #include "window/AppDelegate.h"
 
@@ -21,7 +22,9 @@ int main(int argc, char** argv) {
     orvane::AppDelegate delegate;
     delegate.openFirstWindow = !args.contains(QStringLiteral("--gapplication-service"));
     auto* channel = new orvane::InstanceChannel(delegate);
-    new orvane::FileManagerBus(delegate, channel);
+    auto* desktop = new orvane::DesktopIntegration(delegate, channel);
+    delegate.defaultBrowserChanging = [desktop] { return desktop->defaults().isChanging(); };
+    delegate.showDefaultBrowserSettings = [desktop] { desktop->presentSettingsWindow(); };
     if (!urls.isEmpty()) delegate.receiveExternalURLs(urls);
     delegate.applicationDidFinishLaunching();
     return app.exec();
