@@ -24,10 +24,9 @@ QLabel* text(const QString& words, QWidget* parent, int size = 13) {
     return label;
 }
 
+// A label's own style wins over the window's, whatever the window's rule says.
 void colour(QLabel* label, const QColor& colour) {
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, colour);
-    label->setPalette(palette);
+    label->setStyleSheet(QStringLiteral("color: %1;").arg(colour.name()));
 }
 } // namespace
 
@@ -73,6 +72,11 @@ DefaultBrowserWindow::DefaultBrowserWindow(DefaultBrowserSettings& settings, QWi
     column->addWidget(note);
     column->addStretch();
     AuxiliaryStyle::apply(this);
+    // A window of its own that stays open, so it keeps the frame to move and close it by.
+    setWindowFlag(Qt::FramelessWindowHint, false);
+    setStyleSheet(styleSheet() +
+                  QStringLiteral("\n#auxiliaryWindow QPushButton:disabled { color: rgb(120, 120, 128); "
+                                 "background: transparent; }"));
     connect(use, &QPushButton::clicked, this, [this] { run(true); });
     connect(restore, &QPushButton::clicked, this, [this] { run(false); });
     connect(&settings, &DefaultBrowserSettings::stateChanged, this, &DefaultBrowserWindow::refresh);
@@ -97,6 +101,8 @@ QLabel* DefaultBrowserWindow::row(const QString& title, QGridLayout* grid, int l
 }
 
 void DefaultBrowserWindow::present() {
+    if (!isVisible())
+        if (const QWidget* owner = QApplication::activeWindow()) AuxiliaryStyle::centreOn(this, owner);
     refresh();
     show();
     raise();

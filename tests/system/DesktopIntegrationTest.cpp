@@ -1,6 +1,7 @@
 #include "system/DesktopIntegration.h"
 #include "core/Services.h"
 #include "core/Settings.h"
+#include "support/AccessibleTree.h"
 #include "support/PrivateBus.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
@@ -147,6 +148,7 @@ private slots:
         DefaultBrowserWindow window(desktop.defaults());
         QCOMPARE(window.folderText(), QStringLiteral("Stand-in Files"));
         QVERIFY(window.useButton()->isEnabled() && !window.restoreButton()->isEnabled());
+        QCOMPARE(accessibilityFaults(&window), QStringList{});
 
         QVERIFY2(finish(desktop.defaults(), true).ok(), "change refused");
         QCOMPARE(client("xdg-mime", {"query", "default", "inode/directory"}), DesktopIntegration::desktopId);
