@@ -5,6 +5,7 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 "$root/scripts/setup.sh"
 "$root/scripts/build.sh" "$root/build"
 app="$root/build/bin/Orvane"
+echo "To install it for this user: cmake --install $root/build --prefix ~/.local"
 if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
   exec "$app" "$@"
 fi

@@ -8,6 +8,7 @@ packages=(cmake ninja-build g++ clang clang-format pkg-config qt6-base-dev qt6-m
 packages+=(libssl-dev openssl)  # the update feed's signatures, and the test's own server and keys
 packages+=(qt6-pdf-dev)
 packages+=(libarchive-dev libarchive-tools p7zip-full zstd xz-utils bzip2 desktop-file-utils)
+packages+=(dbus libglib2.0-bin xdg-utils desktop-file-utils appstream)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

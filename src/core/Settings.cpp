@@ -127,4 +127,25 @@ void Settings::setLastUpdateCheck(const QDateTime& when) {
     write(lastUpdateCheckKey, when);
 }
 
+QVariantMap Settings::defaultBrowserSnapshot() const {
+    return read(defaultBrowserSnapshotKey).toMap();
+}
+
+void Settings::setDefaultBrowserSnapshot(const QVariantMap& state) {
+    write(defaultBrowserSnapshotKey, state);
+    store->sync();
+}
+
+QVariantMap Settings::defaultBrowserPending() const {
+    return read(defaultBrowserPendingKey).toMap();
+}
+
+void Settings::setDefaultBrowserPending(const QVariantMap& state) {
+    if (state.isEmpty())
+        store->remove(QLatin1String(defaultBrowserPendingKey));
+    else
+        write(defaultBrowserPendingKey, state);
+    store->sync();
+}
+
 } // namespace orvane

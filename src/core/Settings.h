@@ -26,6 +26,8 @@ public:
     static constexpr const char* automaticUpdateChecksKey = "SUEnableAutomaticChecks";
     static constexpr const char* updateDefaultsKey = "updates.publicDefaults.v1";
     static constexpr const char* lastUpdateCheckKey = "SULastCheckTime";
+    static constexpr const char* defaultBrowserSnapshotKey = "defaultBrowser.originalState.v1";
+    static constexpr const char* defaultBrowserPendingKey = "defaultBrowser.pendingChange.v1";
 
     // The user's own preferences.
     explicit Settings(QObject* parent = nullptr);
@@ -64,6 +66,12 @@ public:
     void setUpdateDefaultsApplied();
     QDateTime lastUpdateCheck() const;
     void setLastUpdateCheck(const QDateTime& when);
+    // The state before the first change of the default folder browser; written once, on disk at once.
+    QVariantMap defaultBrowserSnapshot() const;
+    void setDefaultBrowserSnapshot(const QVariantMap& state);
+    // The state before a change still under way; empty once it ended, so a crash leaves it behind.
+    QVariantMap defaultBrowserPending() const;
+    void setDefaultBrowserPending(const QVariantMap& state);
 
 signals:
     void lastFolderChanged(const QString& path);

@@ -42,8 +42,8 @@ ExternalOpenRequests::ExternalOpenRequests(BrowserApp& app) : QObject(app.object
     connect(&retry, &QTimer::timeout, this, &ExternalOpenRequests::drain);
 }
 
-void ExternalOpenRequests::receive(const QList<QUrl>& urls, bool reveal) {
-    pending.append({urls, reveal});
+void ExternalOpenRequests::receive(const QList<QUrl>& urls, ExternalOpenMode mode) {
+    pending.append({urls, mode});
     if (app.launched()) drain();
 }
 
@@ -54,16 +54,17 @@ void ExternalOpenRequests::drain() {
         if (!retry.isActive()) retry.start();
         return;
     }
-    for (const auto& [urls, reveal] : std::exchange(pending, {}))
-        open(ExternalOpenPlan(urls, reveal), true);
+    for (const auto& [urls, mode] : std::exchange(pending, {}))
+        open(ExternalOpenPlan(urls, mode != ExternalOpenMode::Open), true,
+             mode == ExternalOpenMode::Properties);
 }
 
-void ExternalOpenRequests::open(const ExternalOpenPlan& plan, bool activate) {
+void ExternalOpenRequests::open(const ExternalOpenPlan& plan, bool activate, bool properties) {
     BrowserWindow* preferred = preferredWindow();
     BrowserWindow* last = nullptr;
     for (const ExternalFolderRequest& request : plan.folders) {
         last = show(request, preferred);
-        applyExternalSelection(*last, request.selection);
+        applyExternalSelection(*last, request.selection, properties);
         if (activate) {
             QWidget* shown = last->widget();
             if (shown->isMinimized()) shown->showNormal();
@@ -118,7 +119,8 @@ void ExternalOpenRequests::report(const ExternalOpenPlan& plan, BrowserWindow* l
                                            paths.join(u'\n'));
 }
 
-void ExternalOpenRequests::applyExternalSelection(BrowserWindow& window, const QList<QUrl>& urls) {
+void ExternalOpenRequests::applyExternalSelection(BrowserWindow& window, const QList<QUrl>& urls,
+                                                  bool properties) {
     window.commands().run(QStringLiteral("clearSearch"));
     const bool hidden = std::any_of(urls.begin(), urls.end(),
                                     [](const QUrl& url) { return url.fileName().startsWith(u'.'); });
@@ -132,8 +134,10 @@ void ExternalOpenRequests::applyExternalSelection(BrowserWindow& window, const Q
                                      url.fileName());
     QPointer<QWidget> alive(window.widget());
     BrowserWindow* target = &window;
-    window.selectWhenListed(items, [alive, target] {
-        if (alive) target->focusFileList();
+    window.selectWhenListed(items, [alive, target, properties] {
+        if (!alive) return;
+        target->focusFileList();
+        if (properties) target->commands().run(QStringLiteral("propertiesAction"));
     });
     window.focusFileList();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/BrowserApp.h"
 #include "system/ExternalOpenPlan.h"
 
 #include <QList>
@@ -10,7 +11,6 @@
 
 namespace orvane {
 
-class BrowserApp;
 class BrowserWindow;
 
 // Requests from outside to open folders and files: from the command line now, from the system's
@@ -21,14 +21,15 @@ class ExternalOpenRequests : public QObject {
 public:
     explicit ExternalOpenRequests(BrowserApp& app);
 
-    void receive(const QList<QUrl>& urls, bool reveal);
+    void receive(const QList<QUrl>& urls, ExternalOpenMode mode);
     void drain();
-    void open(const ExternalOpenPlan& plan, bool activate);
+    void open(const ExternalOpenPlan& plan, bool activate, bool properties = false);
     bool waiting() const { return !pending.isEmpty(); }
 
     // Clears the search, shows hidden files when one of the items is hidden, and selects the items
-    // by name in what the window shows.
-    static void applyExternalSelection(BrowserWindow& window, const QList<QUrl>& urls);
+    // by name in what the window shows; then, when asked, opens their Properties.
+    static void applyExternalSelection(BrowserWindow& window, const QList<QUrl>& urls,
+                                       bool properties = false);
 
     // The paths and file URLs of a command line, exact bytes kept; options are left out.
     static QList<QUrl> fromArguments(int argc, char** argv);
@@ -39,7 +40,7 @@ private:
     void report(const ExternalOpenPlan& plan, BrowserWindow* last, bool openedAny);
 
     BrowserApp& app;
-    QList<std::pair<QList<QUrl>, bool>> pending;
+    QList<std::pair<QList<QUrl>, ExternalOpenMode>> pending;
     QTimer retry;
 };
 

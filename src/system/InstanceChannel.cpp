@@ -15,7 +15,10 @@ namespace orvane {
 
 namespace {
 constexpr int answerMs = 3000;
-constexpr qsizetype maxMessage = qsizetype(1) << 20; // thousands of paths; more is not a request
+constexpr qsizetype maxMessage = qsizetype(1) << 24; // tens of thousands of paths; more is not a request
+// No address starts with a space, so these lines are never taken for one.
+const QByteArray revealLine = " reveal";
+const QByteArray propertiesLine = " properties";
 
 // Only this user can enter it: made with mode 0700 when missing, refused when it is a link, someone
 // else's, or open to others, since whoever can reach the socket sees every path a launch hands over.
@@ -80,10 +83,10 @@ QString InstanceChannel::socketPath() {
     return QFile::decodeName(folder) + QStringLiteral("/orvane-instance");
 }
 
-bool InstanceChannel::forward(const QList<QUrl>& urls) {
+bool InstanceChannel::forward(const QList<QUrl>& urls, ExternalOpenMode mode) {
     QLocalSocket socket;
     if (!connectTo(socket, socketPath())) return false;
-    socket.write(encode(urls));
+    socket.write(encode(urls, mode));
     if (!socket.waitForBytesWritten(answerMs)) return false;
     QByteArray answer;
     while (!answer.contains('\n') && socket.waitForReadyRead(answerMs))
@@ -91,8 +94,10 @@ bool InstanceChannel::forward(const QList<QUrl>& urls) {
     return answer.startsWith("ok\n");
 }
 
-QByteArray InstanceChannel::encode(const QList<QUrl>& urls) {
+QByteArray InstanceChannel::encode(const QList<QUrl>& urls, ExternalOpenMode mode) {
     QByteArray message;
+    if (mode == ExternalOpenMode::Reveal) message = revealLine + '\n';
+    if (mode == ExternalOpenMode::Properties) message = propertiesLine + '\n';
     for (const QUrl& url : urls)
         message += (url.isLocalFile() ? NativePath::encodedUrl(url.toLocalFile()) : url.toEncoded()) + '\n';
     return message + '\n';
@@ -101,13 +106,20 @@ QByteArray InstanceChannel::encode(const QList<QUrl>& urls) {
 QList<QUrl> InstanceChannel::decode(const QByteArray& message) {
     QList<QUrl> urls;
     for (const QByteArray& line : message.split('\n')) {
-        if (line.isEmpty()) continue;
+        if (line.isEmpty() || line.startsWith(' ')) continue;
         const QString path = NativePath::fromEncodedUrl(line);
         const QUrl url =
             path.isEmpty() ? QUrl::fromEncoded(line, QUrl::StrictMode) : QUrl::fromLocalFile(path);
         if (url.isValid()) urls << url;
     }
     return urls;
+}
+
+ExternalOpenMode InstanceChannel::modeOf(const QByteArray& message) {
+    const QByteArray first = message.left(message.indexOf('\n'));
+    if (first == revealLine) return ExternalOpenMode::Reveal;
+    if (first == propertiesLine) return ExternalOpenMode::Properties;
+    return ExternalOpenMode::Open;
 }
 
 void InstanceChannel::accept() {
@@ -134,7 +146,8 @@ void InstanceChannel::read(QLocalSocket* socket) {
     socket->write("ok\n");
     socket->flush();
     socket->disconnectFromServer();
-    if (const QList<QUrl> urls = decode(message); !urls.isEmpty()) app.receiveExternalURLs(urls);
+    if (const QList<QUrl> urls = decode(message); !urls.isEmpty())
+        app.receiveExternalURLs(urls, modeOf(message));
 }
 
 } // namespace orvane

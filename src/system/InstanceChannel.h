@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/BrowserApp.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QObject>
@@ -9,8 +11,6 @@ class QLocalServer;
 class QLocalSocket;
 
 namespace orvane {
-
-class BrowserApp;
 
 // One running Orvane per user takes the open requests of later launches: `Orvane PATH` while it runs
 // hands PATH over and ends, as the system's open does on a Mac. A launch whose channel nobody
@@ -24,13 +24,15 @@ public:
     bool listening() const;
 
     // Hands the items to a running instance; false when none took them, so this launch opens them.
-    static bool forward(const QList<QUrl>& urls);
+    static bool forward(const QList<QUrl>& urls, ExternalOpenMode mode = ExternalOpenMode::Open);
     // Empty when this user has no folder of their own to put it in: then each launch opens its own.
     static QString socketPath();
 
-    // One item per line, exact bytes kept, and an empty line to end.
-    static QByteArray encode(const QList<QUrl>& urls);
+    // One item per line, exact bytes kept, and an empty line to end; a request other than opening
+    // says so on a first line of its own.
+    static QByteArray encode(const QList<QUrl>& urls, ExternalOpenMode mode = ExternalOpenMode::Open);
     static QList<QUrl> decode(const QByteArray& message);
+    static ExternalOpenMode modeOf(const QByteArray& message);
 
 private:
     void accept();

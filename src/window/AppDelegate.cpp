@@ -45,7 +45,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     // Queued, so open requests that arrive just after launch are served before a window is made.
     QTimer::singleShot(0, this, [this] {
         drainExternalRequests();
-        if (windows.empty()) newWindow();
+        if (windows.empty() && openFirstWindow) newWindow();
         if (!windows.empty()) windows.back()->activateWindow();
         emit firstWindowDecided();
     });
@@ -73,8 +73,8 @@ BrowserWindow* AppDelegate::openWindow(const std::optional<QUrl>& initialURL) {
     return newWindow(initialURL);
 }
 
-void AppDelegate::receiveExternalURLs(const QList<QUrl>& urls, bool reveal) {
-    external->receive(urls, reveal);
+void AppDelegate::receiveExternalURLs(const QList<QUrl>& urls, ExternalOpenMode mode) {
+    external->receive(urls, mode);
 }
 
 void AppDelegate::drainExternalRequests() {
@@ -172,9 +172,11 @@ void AppDelegate::makeMenu(QMenuBar* bar, Explorer* window) {
         CustomizationWindow::present(shared->updates(), shared->settings(), window);
         shared->updates().checkForUpdates();
     });
-    QAction* defaults = appMenu->addAction(QStringLiteral("Default File Browser…"));
+    QAction* defaults = appMenu->addAction(QStringLiteral("Default File Browser…"), this, [this] {
+        if (showDefaultBrowserSettings) showDefaultBrowserSettings();
+    });
     defaults->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Comma));
-    defaults->setEnabled(false);
+    defaults->setEnabled(bool(showDefaultBrowserSettings));
     if (const QString access = Platform::instance().word(PlatformWord::FullDiskAccess); !access.isEmpty())
         appMenu->addAction(access)->setEnabled(false);
     appMenu->addSeparator();

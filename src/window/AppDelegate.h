@@ -31,13 +31,18 @@ public:
     // The only owner of windows: a window lives exactly as long as it is listed here.
     std::vector<std::unique_ptr<Explorer>> windows;
     bool didFinishLaunching = false;
+    // Started by the session bus for a request, which decides the first window itself.
+    bool openFirstWindow = true;
     // Answers whether a change of the system's default folder browser is still under way.
     std::function<bool()> defaultBrowserChanging = [] { return false; };
+    // Opens the default-browser window; empty where the desktop has none.
+    std::function<void()> showDefaultBrowserSettings;
 
     void applicationDidFinishLaunching();
     Explorer* newWindow(const std::optional<QUrl>& initialURL = std::nullopt);
     // Requests from outside to open folders and files; they wait until launching is over.
-    void receiveExternalURLs(const QList<QUrl>& urls, bool reveal = false) override;
+    void receiveExternalURLs(const QList<QUrl>& urls,
+                             ExternalOpenMode mode = ExternalOpenMode::Open) override;
     QObject* object() override { return this; }
     std::vector<BrowserWindow*> browserWindows() const override;
     BrowserWindow* openWindow(const std::optional<QUrl>& initialURL = std::nullopt) override;

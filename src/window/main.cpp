@@ -1,5 +1,7 @@
 #include "batteries/SelfTest.h"
 #include "kit/Palette.h"
+#include "system/DefaultBrowserSettings.h"
+#include "system/DesktopIntegration.h"
 #include "system/ExternalOpenRequests.h"
 #include "system/InstanceChannel.h"
 #include "window/AppDelegate.h"
@@ -18,7 +20,11 @@ int main(int argc, char** argv) {
     const QList<QUrl> urls = orvane::ExternalOpenRequests::fromArguments(argc, argv);
     if (!urls.isEmpty() && orvane::InstanceChannel::forward(urls)) return 0; // a running Orvane shows them
     orvane::AppDelegate delegate;
-    new orvane::InstanceChannel(delegate);
+    delegate.openFirstWindow = !args.contains(QStringLiteral("--gapplication-service"));
+    auto* channel = new orvane::InstanceChannel(delegate);
+    auto* desktop = new orvane::DesktopIntegration(delegate, channel);
+    delegate.defaultBrowserChanging = [desktop] { return desktop->defaults().isChanging(); };
+    delegate.showDefaultBrowserSettings = [desktop] { desktop->presentSettingsWindow(); };
     if (!urls.isEmpty()) delegate.receiveExternalURLs(urls);
     delegate.applicationDidFinishLaunching();
     return app.exec();

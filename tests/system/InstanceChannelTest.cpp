@@ -78,6 +78,13 @@ private slots:
         QCOMPARE(urls.size(), 2);
         QCOMPARE(NativePath::encode(urls[0].toLocalFile()), NativePath::encode(raw));
         QCOMPARE(urls[1], web);
+        // What the request asks for travels with it and is no item.
+        for (const ExternalOpenMode mode :
+             {ExternalOpenMode::Open, ExternalOpenMode::Reveal, ExternalOpenMode::Properties}) {
+            const QByteArray message = InstanceChannel::encode({web}, mode);
+            QCOMPARE(InstanceChannel::modeOf(message), mode);
+            QCOMPARE(InstanceChannel::decode(message), QList<QUrl>{web});
+        }
     }
 
     // A later launch of the real program hands its folder over and ends; the running one shows it.
@@ -169,7 +176,7 @@ private slots:
         QLocalSocket client;
         client.connectToServer(InstanceChannel::socketPath());
         QVERIFY(client.waitForConnected(2000));
-        client.write(QByteArray(2 << 20, 'x'));
+        client.write(QByteArray((1 << 24) + 4096, 'x'));
         QTRY_COMPARE(client.state(), QLocalSocket::UnconnectedState);
         QVERIFY(app->windows.empty());
     }
