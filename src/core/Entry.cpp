@@ -50,7 +50,7 @@ ForeignNames foreign;
 
 bool sameShown(const Entry& a, const Entry& b) {
     return a.size == b.size && a.modified == b.modified && a.created == b.created && a.kind == b.kind &&
-           a.directory == b.directory && a.package == b.package && a.added == b.added;
+           a.directory == b.directory && a.package == b.package && a.added == b.added && a.origin == b.origin;
 }
 
 void setForeignNames(ForeignNames names) {

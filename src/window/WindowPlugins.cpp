@@ -2,6 +2,7 @@
 
 #include "fileops/CutMarks.h"
 #include "fileops/FileDrag.h"
+#include "fileops/TrashContent.h"
 #include "navigation/NavigationPane.h"
 #include "phone/AndroidContent.h"
 #include "phone/PhoneConnectionWatch.h"
@@ -24,6 +25,7 @@ void WindowPlugins::attach(Explorer& window) {
     window.addContent(phones);
     new PhoneDrop(window, *phones);
     new FileDrag(window);
+    window.addContent(new TrashContent(window, window.fileOps()));
     // The pane shows the phone while the watch finds one.
     QObject::connect(&phones->watch(), &PhoneConnectionWatch::presenceChanged, pane,
                      &NavigationPane::setPhoneConnected);
