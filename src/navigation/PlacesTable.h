@@ -5,6 +5,7 @@
 #include "platform/PhysicalKeys.h"
 
 #include <QAbstractScrollArea>
+#include <QFileSystemWatcher>
 #include <QHash>
 #include <QIcon>
 #include <functional>
@@ -89,6 +90,7 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    void watchTrash();
     void treeRebuilt();
     void layoutRows();
     void layoutDisclosures();
@@ -112,6 +114,8 @@ private:
     mutable QHash<QString, QIcon> icons;
     std::vector<QToolButton*> disclosures;
     QList<SidebarPlace> lastLocations;
+    // The Trash's folders: its row shows whether anything is in it.
+    QFileSystemWatcher trashWatch;
     int hovered = -1;
     int pressed = -1;
     QPoint pressPos;
