@@ -9,6 +9,7 @@
 #include "phone/PhoneDrop.h"
 #include "properties/PropertiesCommands.h"
 #include "search/WindowSearch.h"
+#include "system/FolderAccessPanel.h"
 #include "views/ExplorerViewModes.h"
 #include "window/Explorer.h"
 #include "window/PointerNavigation.h"
@@ -26,6 +27,7 @@ void WindowPlugins::attach(Explorer& window) {
     new PhoneDrop(window, *phones);
     new FileDrag(window);
     window.addContent(new TrashContent(window, window.fileOps()));
+    new FolderAccessPanel(window);
     // The pane shows the phone while the watch finds one.
     QObject::connect(&phones->watch(), &PhoneConnectionWatch::presenceChanged, pane,
                      &NavigationPane::setPhoneConnected);
