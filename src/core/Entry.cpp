@@ -69,6 +69,7 @@ QString Entry::name() const {
 QString folderName(const QUrl& url) {
     if (url.scheme() == QLatin1String("android"))
         return foreign.folder ? foreign.folder(url) : url.toString();
+    if (url.scheme() == QLatin1String("trash")) return QStringLiteral("Trash");
     const QString path = url.toLocalFile();
     const QString last = path.section(u'/', -1, -1, QString::SectionSkipEmpty);
     if (path == QLatin1String("/") || last.isEmpty())

@@ -202,7 +202,7 @@ void trash(QPainter& p) {
 void trashFull(QPainter& p) {
     trash(p);
     QColor fill = p.pen().color();
-    fill.setAlphaF(fill.alphaF() * 0.45);
+    fill.setAlphaF(fill.alphaF() * 0.6);
     QPainterPath body;
     body.moveTo(6.6, 9);
     body.lineTo(7.2, 18.2);

@@ -61,6 +61,7 @@ private slots:
         w->widgets().pathBox->addressField()->setText(QStringLiteral("trash:///"));
         emit w->widgets().pathBox->addressEntered();
         QTRY_COMPARE(w->entries().size(), size_t(2));
+        QCOMPARE(w->windowTitle(), QStringLiteral("Trash — Orvane"));
         QCOMPARE(cell(QStringLiteral("b.txt"), "origin"), tree->path(QStringLiteral("Old")));
         QCOMPARE(cell(QStringLiteral("a.txt"), "origin"), tree->path());
         QVERIFY(cell(QStringLiteral("a.txt"), "deleted").endsWith(QLatin1String("M")));
