@@ -10,6 +10,7 @@
 #include "navigation/SidebarRowPainter.h"
 #include "navigation/SidebarTreeBuilder.h"
 #include "platform/DesktopTrash.h"
+#include "platform/NativePath.h"
 #include "platform/VolumeWatch.h"
 #include <QStandardPaths>
 
@@ -48,7 +49,10 @@ PlacesTable::PlacesTable(PinnedStore& pins, QWidget* parent)
         if (SidebarLocations::current(phone, phoneState).places() != lastLocations) setupPlaces();
     };
     connect(&VolumeWatch::shared(), &VolumeWatch::changed, this, locationsChanged);
-    connect(&trashWatch, &QFileSystemWatcher::directoryChanged, this, locationsChanged);
+    connect(&trashWatch, &QFileSystemWatcher::directoryChanged, this, [this, locationsChanged] {
+        watchTrash();
+        locationsChanged();
+    });
     setupPlaces();
 }
 
@@ -70,9 +74,13 @@ void PlacesTable::watchTrash() {
     QStringList folders;
     for (const DesktopTrash::Folder& folder : DesktopTrash::folders())
         folders << folder.trash + QStringLiteral("/files");
-    // Until the home Trash is made, the folder it will be made in.
-    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    if (folders.isEmpty() || !folders.front().startsWith(data + u'/')) folders.prepend(data);
+    // Until the home Trash is made, the nearest folder on the way to it.
+    QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    if (folders.isEmpty() || !folders.front().startsWith(data + u'/')) {
+        while (!NativePath::isDir(data) && data.lastIndexOf(u'/') > 0)
+            data.truncate(data.lastIndexOf(u'/'));
+        folders.prepend(data);
+    }
     const QStringList watched = trashWatch.directories();
     if (watched == folders) return;
     if (!watched.isEmpty()) trashWatch.removePaths(watched);
@@ -365,6 +373,12 @@ QMenu* PlacesTable::sidebarMenu(int row) {
                            : QStringLiteral("Pin to Quick access"),
                     this, [this, url, pinned] { pinned ? store.unpin(url) : store.pin(url); });
     if (addColourMenu) addColourMenu(menu, url);
+    if (emptyTrash && url.scheme() == QLatin1String("trash")) {
+        menu->addSeparator();
+        menu->addAction(QStringLiteral("Empty Trash"), this, [this] { emptyTrash(); })
+            ->setEnabled(lastLocations.contains(SidebarPlace{
+                QStringLiteral("Trash"), QStringLiteral("trash:///"), QStringLiteral("trash.full")}));
+    }
     return menu;
 }
 

@@ -68,6 +68,8 @@ public:
     // Hooks for folder colours: a coloured folder icon (null for none), and the colour submenu.
     std::function<QIcon(const QUrl& url)> folderColourIcon;
     std::function<void(QMenu* menu, const QUrl& url)> addColourMenu;
+    // The Trash row's menu offers to empty it, through the window's command.
+    std::function<void()> emptyTrash;
 
 signals:
     void openRequested(const QUrl& url);

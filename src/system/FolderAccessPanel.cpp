@@ -70,7 +70,7 @@ void FolderAccessPanel::build() {
 // A failed read leaves the listing empty; only then is the folder asked why.
 void FolderAccessPanel::update() {
     const QUrl url = w.current();
-    const bool denied = url.isLocalFile() && w.listing().entries().empty() && !w.listing().query().size() &&
+    const bool denied = url.isLocalFile() && w.listing().entries().empty() &&
                         FolderAccess::isPermissionError(FolderAccess::readFailure(url.toLocalFile()));
     blocked = denied ? url.toLocalFile() : QString();
     frame->setVisible(denied);
