@@ -50,7 +50,7 @@ ForeignNames foreign;
 
 bool sameShown(const Entry& a, const Entry& b) {
     return a.size == b.size && a.modified == b.modified && a.created == b.created && a.kind == b.kind &&
-           a.directory == b.directory && a.package == b.package && a.added == b.added;
+           a.directory == b.directory && a.package == b.package && a.added == b.added && a.origin == b.origin;
 }
 
 void setForeignNames(ForeignNames names) {
@@ -69,6 +69,7 @@ QString Entry::name() const {
 QString folderName(const QUrl& url) {
     if (url.scheme() == QLatin1String("android"))
         return foreign.folder ? foreign.folder(url) : url.toString();
+    if (url.scheme() == QLatin1String("trash")) return QStringLiteral("Trash");
     const QString path = url.toLocalFile();
     const QString last = path.section(u'/', -1, -1, QString::SectionSkipEmpty);
     if (path == QLatin1String("/") || last.isEmpty())

@@ -17,7 +17,8 @@ struct Entry {
     qint64 size = 0; // bytes, 0 when unknown
     QDateTime modified;
     QDateTime created;
-    QDateTime added;
+    QDateTime added;        // for an item in the Trash, when it was deleted
+    QString origin;         // for an item in the Trash, the path it was deleted from
     bool directory = false; // packages count as directories
     bool package = false;
 

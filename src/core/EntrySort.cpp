@@ -12,10 +12,12 @@ namespace orvane {
 
 namespace {
 
-enum class Key { Name, Modified, Kind, Size, Created, Folder };
+enum class Key { Name, Modified, Kind, Size, Created, Folder, Origin, Deleted };
 
 Key keyOf(const QString& key) {
     if (key == QLatin1String("folder")) return Key::Folder;
+    if (key == QLatin1String("origin")) return Key::Origin;
+    if (key == QLatin1String("deleted")) return Key::Deleted;
     switch (sortKeys().indexOf(key)) {
     case 1:
         return Key::Modified;
@@ -33,6 +35,19 @@ Key keyOf(const QString& key) {
 // An absent date counts as the distant past.
 qint64 stamp(const QDateTime& date) {
     return date.isValid() ? date.toMSecsSinceEpoch() : std::numeric_limits<qint64>::min();
+}
+
+qint64 valueOf(const Entry& e, Key key) {
+    switch (key) {
+    case Key::Size:
+        return e.size;
+    case Key::Modified:
+        return stamp(e.modified);
+    case Key::Created:
+        return stamp(e.created);
+    default:
+        return stamp(e.added);
+    }
 }
 
 template <typename T> int threeWay(const T& a, const T& b) {
@@ -78,14 +93,13 @@ SortKeys buildKeys(const std::vector<Entry>& entries, Key key, bool group) {
     for (const Entry& e : entries)
         keys.names.push_back(order.key(e.name()));
     if (group || key == Key::Kind) keys.kinds = kindRanks(entries);
-    if (key == Key::Folder)
+    if (key == Key::Folder || key == Key::Origin)
         for (const Entry& e : entries)
-            keys.folders.push_back(order.key(folderOf(e)));
-    if (key == Key::Size || key == Key::Modified || key == Key::Created) {
+            keys.folders.push_back(order.key(key == Key::Folder ? folderOf(e) : originFolderOf(e)));
+    if (key == Key::Size || key == Key::Modified || key == Key::Created || key == Key::Deleted) {
         keys.values.reserve(entries.size());
         for (const Entry& e : entries)
-            keys.values.push_back(key == Key::Size ? e.size
-                                                   : stamp(key == Key::Modified ? e.modified : e.created));
+            keys.values.push_back(valueOf(e, key));
     }
     return keys;
 }
@@ -134,15 +148,13 @@ bool entryBefore(const Entry& lhs, const Entry& rhs, const SortState& state) {
     const NaturalOrder& order = NaturalOrder::shared();
     if (state.groupByType && lhs.kind != rhs.kind) return order.compare(lhs.kind, rhs.kind) < 0;
     int v = 0;
-    switch (keyOf(state.key)) {
+    const Key key = keyOf(state.key);
+    switch (key) {
     case Key::Size:
-        v = threeWay(lhs.size, rhs.size);
-        break;
     case Key::Created:
-        v = threeWay(stamp(lhs.created), stamp(rhs.created));
-        break;
     case Key::Modified:
-        v = threeWay(stamp(lhs.modified), stamp(rhs.modified));
+    case Key::Deleted:
+        v = threeWay(valueOf(lhs, key), valueOf(rhs, key));
         break;
     case Key::Kind:
         v = order.compare(lhs.kind, rhs.kind);
@@ -152,6 +164,9 @@ bool entryBefore(const Entry& lhs, const Entry& rhs, const SortState& state) {
         break;
     case Key::Folder:
         v = order.compare(folderOf(lhs), folderOf(rhs));
+        break;
+    case Key::Origin:
+        v = order.compare(originFolderOf(lhs), originFolderOf(rhs));
         break;
     }
     if (v == 0) v = order.compare(lhs.name(), rhs.name());

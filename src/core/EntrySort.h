@@ -8,7 +8,8 @@ namespace orvane {
 
 // The window's sort state; shared by all tabs of a window.
 struct SortState {
-    // "name", "modified", "kind", "size", "created", or "folder" while search results show
+    // "name", "modified", "kind", "size", "created"; "folder" while search results show; "origin" and
+    // "deleted" in the Trash
     QString key = QStringLiteral("name");
     bool ascending = true;
     bool groupByType = false;

@@ -1,5 +1,7 @@
 #include "core/EntryText.h"
 
+#include "platform/NativePath.h"
+
 #include <QLocale>
 #include <cmath>
 
@@ -48,6 +50,8 @@ QString columnText(const QString& key, const Entry& entry) {
     if (key == QLatin1String("kind")) return entry.kind;
     if (key == QLatin1String("size")) return entry.directory ? QString() : byteCountText(entry.size);
     if (key == QLatin1String("folder")) return folderOf(entry);
+    if (key == QLatin1String("origin")) return NativePath::display(originFolderOf(entry));
+    if (key == QLatin1String("deleted")) return dateText(entry.added);
     return {};
 }
 
@@ -55,6 +59,11 @@ QString folderOf(const Entry& entry) {
     if (entry.isPhone()) return {};
     const qsizetype slash = entry.location.lastIndexOf(u'/');
     return slash <= 0 ? QStringLiteral("/") : entry.location.left(slash);
+}
+
+QString originFolderOf(const Entry& entry) {
+    const qsizetype slash = entry.origin.lastIndexOf(u'/');
+    return slash < 0 ? QString() : slash == 0 ? QStringLiteral("/") : entry.origin.left(slash);
 }
 
 } // namespace orvane

@@ -13,5 +13,7 @@ QString dateText(const QDateTime& date);
 QString columnText(const QString& key, const Entry& entry);
 // The folder a local entry lies in, as its path; empty for a phone item.
 QString folderOf(const Entry& entry);
+// The folder an item in the Trash was deleted from, as its path; empty when unknown.
+QString originFolderOf(const Entry& entry);
 
 } // namespace orvane

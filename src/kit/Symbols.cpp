@@ -198,6 +198,21 @@ void trash(QPainter& p) {
     line(p, 10, 10.5, 10, 16.25);
     line(p, 14, 10.5, 14, 16.25);
 }
+// The same can with something in it: its body tinted with the stroke's colour.
+void trashFull(QPainter& p) {
+    trash(p);
+    QColor fill = p.pen().color();
+    fill.setAlphaF(fill.alphaF() * 0.6);
+    QPainterPath body;
+    body.moveTo(6.6, 9);
+    body.lineTo(7.2, 18.2);
+    body.quadTo(7.3, 19.8, 9, 19.8);
+    body.lineTo(15, 19.8);
+    body.quadTo(16.7, 19.8, 16.8, 18.2);
+    body.lineTo(17.4, 9);
+    body.closeSubpath();
+    p.fillPath(body, fill);
+}
 void arrowUpArrowDown(QPainter& p) {
     line(p, 8, 19, 8, 5);
     polyline(p, {{4.5, 8.5}, {8, 5}, {11.5, 8.5}});
@@ -428,6 +443,7 @@ const Symbol symbols[] = {
     {"doc.on.clipboard", docOnClipboard},
     {"character.cursor.ibeam", characterCursorIbeam},
     {"trash", trash},
+    {"trash.full", trashFull},
     {"arrow.up.arrow.down", arrowUpArrowDown},
     {"list.bullet", listBullet},
     {"square.grid.2x2", squareGrid2x2},

@@ -28,6 +28,7 @@ NavigationPane::NavigationPane(BrowserWindow& window)
     pane->setFocusProxy(places);
     places->setShowHidden(w.listing().showHidden());
     connect(places, &PlacesTable::openRequested, this, &NavigationPane::open);
+    places->emptyTrash = [this] { w.commands().run(QStringLiteral("emptyTrash")); };
     connect(places, &PlacesTable::openInNewTabRequested, this, [this](const QUrl& url) {
         w.newTab();
         w.navigate(url);

@@ -9,7 +9,10 @@
 #include "navigation/SidebarRoots.h"
 #include "navigation/SidebarRowPainter.h"
 #include "navigation/SidebarTreeBuilder.h"
+#include "platform/DesktopTrash.h"
+#include "platform/NativePath.h"
 #include "platform/VolumeWatch.h"
+#include <QStandardPaths>
 
 #include <QApplication>
 #include <QDir>
@@ -42,8 +45,13 @@ PlacesTable::PlacesTable(PinnedStore& pins, QWidget* parent)
         store.reload();
         setupPlaces();
     });
-    connect(&VolumeWatch::shared(), &VolumeWatch::changed, this, [this] {
+    const auto locationsChanged = [this] {
         if (SidebarLocations::current(phone, phoneState).places() != lastLocations) setupPlaces();
+    };
+    connect(&VolumeWatch::shared(), &VolumeWatch::changed, this, locationsChanged);
+    connect(&trashWatch, &QFileSystemWatcher::directoryChanged, this, [this, locationsChanged] {
+        watchTrash();
+        locationsChanged();
     });
     setupPlaces();
 }
@@ -54,10 +62,29 @@ PlacesTable::~PlacesTable() = default;
 
 void PlacesTable::setupPlaces() {
     lastLocations = SidebarLocations::current(phone, phoneState).places();
+    watchTrash();
     pinnedKeys.clear();
     for (const QUrl& url : store.urls())
         pinnedKeys.insert(placeKey(url));
     model->setRoots(SidebarRoots::roots(QDir::homePath(), store.urls(), lastLocations));
+}
+
+// A Trash appears on a volume with its first deletion there, so the list is renewed with the places.
+void PlacesTable::watchTrash() {
+    QStringList folders;
+    for (const DesktopTrash::Folder& folder : DesktopTrash::folders())
+        folders << folder.trash + QStringLiteral("/files");
+    // Until the home Trash is made, the nearest folder on the way to it.
+    QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    if (folders.isEmpty() || !folders.front().startsWith(data + u'/')) {
+        while (!NativePath::isDir(data) && data.lastIndexOf(u'/') > 0)
+            data.truncate(data.lastIndexOf(u'/'));
+        folders.prepend(data);
+    }
+    const QStringList watched = trashWatch.directories();
+    if (watched == folders) return;
+    if (!watched.isEmpty()) trashWatch.removePaths(watched);
+    if (!folders.isEmpty()) trashWatch.addPaths(folders);
 }
 
 void PlacesTable::setPhoneConnected(bool on, const QString& state) {
@@ -346,6 +373,12 @@ QMenu* PlacesTable::sidebarMenu(int row) {
                            : QStringLiteral("Pin to Quick access"),
                     this, [this, url, pinned] { pinned ? store.unpin(url) : store.pin(url); });
     if (addColourMenu) addColourMenu(menu, url);
+    if (emptyTrash && url.scheme() == QLatin1String("trash")) {
+        menu->addSeparator();
+        menu->addAction(QStringLiteral("Empty Trash"), this, [this] { emptyTrash(); })
+            ->setEnabled(lastLocations.contains(SidebarPlace{
+                QStringLiteral("Trash"), QStringLiteral("trash:///"), QStringLiteral("trash.full")}));
+    }
     return menu;
 }
 

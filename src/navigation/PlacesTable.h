@@ -5,6 +5,7 @@
 #include "platform/PhysicalKeys.h"
 
 #include <QAbstractScrollArea>
+#include <QFileSystemWatcher>
 #include <QHash>
 #include <QIcon>
 #include <functional>
@@ -67,6 +68,8 @@ public:
     // Hooks for folder colours: a coloured folder icon (null for none), and the colour submenu.
     std::function<QIcon(const QUrl& url)> folderColourIcon;
     std::function<void(QMenu* menu, const QUrl& url)> addColourMenu;
+    // The Trash row's menu offers to empty it, through the window's command.
+    std::function<void()> emptyTrash;
 
 signals:
     void openRequested(const QUrl& url);
@@ -89,6 +92,7 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    void watchTrash();
     void treeRebuilt();
     void layoutRows();
     void layoutDisclosures();
@@ -112,6 +116,8 @@ private:
     mutable QHash<QString, QIcon> icons;
     std::vector<QToolButton*> disclosures;
     QList<SidebarPlace> lastLocations;
+    // The Trash's folders: its row shows whether anything is in it.
+    QFileSystemWatcher trashWatch;
     int hovered = -1;
     int pressed = -1;
     QPoint pressPos;

@@ -1,4 +1,5 @@
 #include "navigation/SidebarLocations.h"
+#include "platform/DesktopTrash.h"
 #include "platform/NativePath.h"
 
 #include "platform/Platform.h"
@@ -93,6 +94,7 @@ SidebarLocations SidebarLocations::current(bool phoneConnected, const QString& p
     }
     l.phoneConnected = phoneConnected;
     l.phoneState = phoneState;
+    l.trashFull = !DesktopTrash::isEmpty();
     return l;
 }
 
@@ -116,6 +118,8 @@ QList<SidebarPlace> SidebarLocations::places() const {
         seen.insert(root);
         places.append({lastComponent(root), root, QStringLiteral("externaldrive")});
     }
+    places.append({QStringLiteral("Trash"), QStringLiteral("trash:///"),
+                   trashFull ? QStringLiteral("trash.full") : QStringLiteral("trash")});
     if (phoneConnected)
         places.append({phoneState.isEmpty() ? QStringLiteral("Android USB")
                                             : QStringLiteral("Android USB (") + phoneState + u')',

@@ -18,12 +18,13 @@ struct SidebarLocations {
     QStringList volumeFolders; // where the desktop mounts removable volumes for this user
     QList<Mount> mounts;       // in mount order
     bool phoneConnected = false;
+    bool trashFull = false;
     QString phoneState; // why a phone on the cable can't be read, shown with its row
 
     static SidebarLocations current(bool phoneConnected, const QString& phoneState = {});
 
-    // Applications, the root file system, the user's volumes, then "Android USB" while a phone is
-    // connected. A volume is a mount directly inside a volume folder, or any other real file
+    // Applications, the root file system, the user's volumes, the Trash, then "Android USB" while a
+    // phone is connected. A volume is a mount directly inside a volume folder, or any other real file
     // system the user can write to outside the system's own folders.
     QList<SidebarPlace> places() const;
 

@@ -17,4 +17,21 @@ bool DesktopTrash::moveIn(const QString& path, QString& trashed, QString& error)
 
 void DesktopTrash::forget(const QString&) {}
 
+// Finder keeps no records a program may read; the Mac build lists no Trash of its own.
+std::vector<DesktopTrash::Folder> DesktopTrash::folders() {
+    return {};
+}
+
+std::vector<DesktopTrash::Record> DesktopTrash::read(const QString&, const QString&) {
+    return {};
+}
+
+std::vector<DesktopTrash::Record> DesktopTrash::contents() {
+    return {};
+}
+
+bool DesktopTrash::isEmpty() {
+    return true;
+}
+
 } // namespace orvane

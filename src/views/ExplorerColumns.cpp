@@ -12,6 +12,9 @@ const QList<ExplorerColumn>& explorerColumns() {
         {QStringLiteral("created"), QStringLiteral("Date created"), 200, 180, true},
         // Shown only while search results stand in for a folder's listing.
         {QStringLiteral("folder"), QStringLiteral("Folder"), 260, 120, true},
+        // Shown only in the Trash.
+        {QStringLiteral("origin"), QStringLiteral("Original location"), 260, 120, true},
+        {QStringLiteral("deleted"), QStringLiteral("Date deleted"), 200, 180, true},
     };
     return columns;
 }

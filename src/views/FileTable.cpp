@@ -103,13 +103,21 @@ void FileTable::configureColumns() {
 }
 
 bool FileTable::isColumnVisible(const QString& key) const {
-    return key == QLatin1String("folder") ? folderColumn : columns->isVisible(key);
+    return isPlaceColumn(key) ? placeColumns.contains(key) : columns->isVisible(key);
 }
 
-void FileTable::setFolderColumn(bool shown) {
-    if (folderColumn == shown) return;
-    folderColumn = shown;
-    const int column = explorerColumnIndex(QStringLiteral("folder"));
+bool FileTable::isPlaceColumn(const QString& key) {
+    return key == QLatin1String("folder") || key == QLatin1String("origin") ||
+           key == QLatin1String("deleted");
+}
+
+void FileTable::setPlaceColumn(const QString& key, bool shown) {
+    if (placeColumns.contains(key) == shown) return;
+    if (shown)
+        placeColumns << key;
+    else
+        placeColumns.removeAll(key);
+    const int column = explorerColumnIndex(key);
     if (column < 0 || column >= headerView->count()) return;
     preferred.remove(column);
     setColumnHidden(column, !shown);
@@ -148,7 +156,7 @@ void FileTable::applyColumnVisibility(const QString& key, bool visible) {
 QMenu* FileTable::columnsMenu(QWidget* parent) {
     auto* menu = new QMenu(QStringLiteral("Columns"), parent);
     for (const ExplorerColumn& column : explorerColumns()) {
-        if (column.key == QLatin1String("folder")) continue;
+        if (isPlaceColumn(column.key)) continue;
         QAction* item = menu->addAction(column.title);
         item->setCheckable(true);
         item->setChecked(isColumnVisible(column.key));

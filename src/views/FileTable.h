@@ -34,7 +34,11 @@ public:
     // --- columns ---
     bool isColumnVisible(const QString& key) const;
     // The folder column is no choice of the person's: it shows while search results do.
-    void setFolderColumn(bool shown);
+    void setFolderColumn(bool shown) { setPlaceColumn(QStringLiteral("folder"), shown); }
+    // A column that only one kind of place shows ("folder" for search results, "origin" and "deleted"
+    // in the Trash): not offered in the columns menu, not kept in the preferences.
+    void setPlaceColumn(const QString& key, bool shown);
+    static bool isPlaceColumn(const QString& key);
     // Whether a chosen column is on show now; a narrow table leaves some out for the time being.
     bool columnShown(const QString& key) const;
     // The width below which the table starts to leave columns out.
@@ -132,7 +136,7 @@ private:
     bool toggleClickInProgress = false;
     bool suppressContextMenu = false;
     bool adjustingColumns = false;
-    bool folderColumn = false;
+    QStringList placeColumns; // shown now
     // Columns narrowed or left out for want of room, with the width they come back to.
     QHash<int, int> preferred;
 };

@@ -54,6 +54,7 @@ public:
     WindowListing& listing() const override { return *listed; }
     KeyHooks& keyHooks() override;
     InlineRename* inlineRename() const override;
+    ExplorerFileOps& fileOps() const { return *fileCommands; }
     Services& services() const override;
     Jobs& jobs() const override;
     ExplorerKeyboard& keyboard() const { return *keys; }

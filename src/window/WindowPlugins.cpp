@@ -2,12 +2,14 @@
 
 #include "fileops/CutMarks.h"
 #include "fileops/FileDrag.h"
+#include "fileops/TrashContent.h"
 #include "navigation/NavigationPane.h"
 #include "phone/AndroidContent.h"
 #include "phone/PhoneConnectionWatch.h"
 #include "phone/PhoneDrop.h"
 #include "properties/PropertiesCommands.h"
 #include "search/WindowSearch.h"
+#include "system/FolderAccessPanel.h"
 #include "views/ExplorerViewModes.h"
 #include "window/Explorer.h"
 #include "window/PointerNavigation.h"
@@ -24,6 +26,8 @@ void WindowPlugins::attach(Explorer& window) {
     window.addContent(phones);
     new PhoneDrop(window, *phones);
     new FileDrag(window);
+    window.addContent(new TrashContent(window, window.fileOps()));
+    new FolderAccessPanel(window);
     // The pane shows the phone while the watch finds one.
     QObject::connect(&phones->watch(), &PhoneConnectionWatch::presenceChanged, pane,
                      &NavigationPane::setPhoneConnected);

@@ -2,6 +2,8 @@
 #include "core/PinnedStore.h"
 #include "core/Settings.h"
 #include "navigation/SidebarLocations.h"
+#include "platform/DesktopTrash.h"
+#include "platform/NativePath.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 
@@ -189,6 +191,25 @@ private slots:
         QCOMPARE(pinMenu->actions().last()->text(), QStringLiteral("Unpin from Quick access"));
         pinMenu->actions().last()->trigger();
         QCOMPARE(rowOf("B"), -1);
+    }
+
+    // The Trash row's can follows the Trash, filled and emptied by anyone; its menu empties it when full.
+    void theTrashRowShowsWhetherAnythingIsIn() {
+        int emptied = 0;
+        table->emptyTrash = [&emptied] { ++emptied; };
+        const auto symbol = [this] { return table->tree().snapshot().places[rowOf("Trash")].symbol; };
+        const auto emptyItem = [this] { return table->sidebarMenu(rowOf("Trash"))->actions().last(); };
+        QCOMPARE(symbol(), QStringLiteral("trash"));
+        QCOMPARE(emptyItem()->text(), QStringLiteral("Empty Trash"));
+        QVERIFY(!emptyItem()->isEnabled());
+        QString trashed, error;
+        QVERIFY2(DesktopTrash::moveIn(tree->file("gone.txt"), trashed, error), qPrintable(error));
+        QTRY_COMPARE(symbol(), QStringLiteral("trash.full"));
+        emptyItem()->trigger();
+        QCOMPARE(emptied, 1);
+        QVERIFY(::unlink(NativePath::encode(trashed).constData()) == 0);
+        DesktopTrash::forget(trashed);
+        QTRY_COMPARE(symbol(), QStringLiteral("trash"));
     }
 
     // The mount table is watched: a volume comes and goes while the pane is open.

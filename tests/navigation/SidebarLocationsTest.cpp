@@ -50,8 +50,9 @@ private slots:
         l.mounts = {{root, type, writable}};
         const QList<SidebarPlace> places = l.places();
         QCOMPARE(places.first(), (SidebarPlace{"File System", "/", "internaldrive"}));
-        QCOMPARE(places.size(), shown ? 2 : 1);
+        QCOMPARE(places.size(), shown ? 3 : 2);
         if (shown) QCOMPARE(places[1], (SidebarPlace{root.section(u'/', -1), root, "externaldrive"}));
+        QCOMPARE(places.last().title, QStringLiteral("Trash"));
     }
 
     void orderApplicationsAndPhone() {
@@ -64,7 +65,10 @@ private slots:
         QStringList titles;
         for (const SidebarPlace& p : l.places())
             titles << p.title;
-        QCOMPARE(titles, QStringList({"Applications", "File System", "b", "A"}));
+        QCOMPARE(titles, QStringList({"Applications", "File System", "b", "A", "Trash"}));
+        QCOMPARE(l.places().last(), (SidebarPlace{"Trash", "trash:///", "trash"}));
+        l.trashFull = true;
+        QCOMPARE(l.places().last(), (SidebarPlace{"Trash", "trash:///", "trash.full"}));
         l.phoneConnected = true;
         QCOMPARE(l.places().last(), (SidebarPlace{"Android USB", "android://phone", "iphone"}));
     }
