@@ -8,6 +8,7 @@
 #include "phone/PhoneDrop.h"
 #include "properties/PropertiesCommands.h"
 #include "search/WindowSearch.h"
+#include "system/StorageOverview.h"
 #include "views/ExplorerViewModes.h"
 #include "window/Explorer.h"
 #include "window/PointerNavigation.h"
@@ -24,6 +25,7 @@ void WindowPlugins::attach(Explorer& window) {
     window.addContent(phones);
     new PhoneDrop(window, *phones);
     new FileDrag(window);
+    new StorageOverview(window);
     // The pane shows the phone while the watch finds one.
     QObject::connect(&phones->watch(), &PhoneConnectionWatch::presenceChanged, pane,
                      &NavigationPane::setPhoneConnected);

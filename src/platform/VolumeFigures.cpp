@@ -1,0 +1,49 @@
+#include "platform/VolumeFigures.h"
+
+#include "platform/NativePath.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <sys/statvfs.h>
+#include <thread>
+
+namespace orvane {
+
+namespace {
+// Shared with the threads, which may outlive the caller when a mount hangs.
+struct Answers {
+    std::mutex lock;
+    std::condition_variable done;
+    std::vector<std::optional<VolumeFigures>> figures;
+    size_t pending = 0;
+};
+
+std::optional<VolumeFigures> ask(const QByteArray& path) {
+    struct statvfs s {};
+    if (statvfs(path.constData(), &s) != 0) return std::nullopt;
+    const qint64 unit = qint64(s.f_frsize ? s.f_frsize : s.f_bsize);
+    return VolumeFigures{qint64(s.f_blocks) * unit, qint64(s.f_bavail) * unit,
+                         (qint64(s.f_blocks) - qint64(s.f_bfree)) * unit};
+}
+} // namespace
+
+std::vector<std::optional<VolumeFigures>> VolumeFigures::read(const std::vector<QString>& paths, int waitMs) {
+    auto answers = std::make_shared<Answers>();
+    answers->figures.resize(paths.size());
+    answers->pending = paths.size();
+    for (size_t i = 0; i < paths.size(); ++i) {
+        std::thread([answers, i, path = NativePath::encode(paths[i])] {
+            const std::optional<VolumeFigures> figures = ask(path);
+            const std::lock_guard<std::mutex> hold(answers->lock);
+            answers->figures[i] = figures;
+            if (--answers->pending == 0) answers->done.notify_all();
+        }).detach();
+    }
+    std::unique_lock<std::mutex> hold(answers->lock);
+    answers->done.wait_for(hold, std::chrono::milliseconds(waitMs), [&] { return answers->pending == 0; });
+    return answers->figures;
+}
+
+} // namespace orvane
