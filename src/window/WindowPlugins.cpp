@@ -1,5 +1,6 @@
 #include "window/WindowPlugins.h"
 
+#include "chrome/WindowSnapping.h"
 #include "fileops/CutMarks.h"
 #include "fileops/FileDrag.h"
 #include "navigation/NavigationPane.h"
@@ -26,6 +27,7 @@ void WindowPlugins::attach(Explorer& window) {
     new PhoneDrop(window, *phones);
     new FileDrag(window);
     new StorageOverview(window);
+    new WindowSnapping(window);
     // The pane shows the phone while the watch finds one.
     QObject::connect(&phones->watch(), &PhoneConnectionWatch::presenceChanged, pane,
                      &NavigationPane::setPhoneConnected);
