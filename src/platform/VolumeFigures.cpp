@@ -22,7 +22,7 @@ struct Answers {
 
 std::optional<VolumeFigures> ask(const QByteArray& path) {
     struct statvfs s {};
-    if (statvfs(path.constData(), &s) != 0) return std::nullopt;
+    if (statvfs(path.constData(), &s) != 0) return VolumeFigures{0, 0, 0, true};
     const qint64 unit = qint64(s.f_frsize ? s.f_frsize : s.f_bsize);
     return VolumeFigures{qint64(s.f_blocks) * unit, qint64(s.f_bavail) * unit,
                          (qint64(s.f_blocks) - qint64(s.f_bfree)) * unit};

@@ -138,14 +138,18 @@ std::vector<StorageVolume> StorageVolume::read(int waitMs) {
     for (const StorageVolume& v : volumes)
         paths.push_back(v.path);
     const auto figures = VolumeFigures::read(paths, waitMs);
+    std::vector<StorageVolume> readable;
     for (size_t i = 0; i < volumes.size(); ++i) {
-        if (!figures[i]) continue;
-        volumes[i].total = figures[i]->total;
-        volumes[i].free = figures[i]->available;
-        volumes[i].inUse = figures[i]->used;
+        if (figures[i] && figures[i]->unreadable) continue;
+        if (figures[i]) {
+            volumes[i].total = figures[i]->total;
+            volumes[i].free = figures[i]->available;
+            volumes[i].inUse = figures[i]->used;
+        }
+        readable.push_back(std::move(volumes[i]));
     }
-    sort(volumes);
-    return volumes;
+    sort(readable);
+    return readable;
 }
 
 } // namespace orvane

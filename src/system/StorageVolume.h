@@ -29,7 +29,8 @@ struct StorageVolume {
     QString symbol() const;
 
     // The volumes a person would recognise, the root first and once. Slow: it asks every volume for
-    // its figures, giving up on one that does not answer within `waitMs`.
+    // its figures, giving up on one that does not answer within `waitMs`; one the system refuses at
+    // once is left out.
     static std::vector<StorageVolume> read(int waitMs = 2000);
     // The same from a given table, without figures.
     static std::vector<StorageVolume> fromMounts(const std::vector<MountPoint>& mounts);

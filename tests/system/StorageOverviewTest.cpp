@@ -239,17 +239,28 @@ private slots:
         QVERIFY(*find(volumes, plain.path())->used() >= 300000);
     }
 
-    // A mount whose server stopped answering is listed without figures, and the read still ends.
-    void hungVolumeHasNoFigures() {
+    // A mount whose server stopped answering is listed without figures, and the read still ends; one
+    // whose server has gone is refused by the system at once and left out.
+    void volumeWhoseServerFails_data() {
+        QTest::addColumn<int>("signal");
+        QTest::addColumn<bool>("listed");
+        QTest::newRow("hung") << int(SIGSTOP) << true;
+        QTest::newRow("gone") << int(SIGKILL) << false;
+    }
+    void volumeWhoseServerFails() {
+        QFETCH(int, signal);
+        QFETCH(bool, listed);
         FatMount fat;
         ORVANE_REQUIRE_FAT(fat);
         const pid_t server = fuseServer(fat.path());
         QVERIFY(server > 0);
-        kill(server, SIGSTOP);
+        kill(server, signal);
+        if (signal == SIGKILL) QTRY_VERIFY(!QDir(QStringLiteral("/proc/%1").arg(server)).exists());
         const std::vector<StorageVolume> volumes = StorageVolume::read(300);
         kill(server, SIGCONT);
         const StorageVolume* v = find(volumes, fat.path());
-        QVERIFY(v);
+        QCOMPARE(bool(v), listed);
+        if (!v) return;
         QVERIFY(!v->total && !v->free && !v->used());
         QCOMPARE(StorageCard::figuresText(*v), QStringLiteral("Storage information unavailable"));
     }
