@@ -1,6 +1,8 @@
 #include "system/StorageCard.h"
 
 #include "core/EntryText.h"
+#include "kit/ExplorerCorners.h"
+#include "kit/GlassSurfaces.h"
 #include "kit/Palette.h"
 #include "kit/Symbols.h"
 #include "platform/NativePath.h"
@@ -41,8 +43,9 @@ QString StorageCard::figuresText(const StorageVolume& v) {
 
 StorageCard::StorageCard(const StorageVolume& volume, QWidget* parent) : QFrame(parent), shown(volume) {
     setObjectName(QStringLiteral("storageCard"));
-    setStyleSheet(
-        QStringLiteral("#storageCard { background: rgba(255, 255, 255, 14); border-radius: 10px; }"));
+    setStyleSheet(QStringLiteral("#storageCard { background: %1; border-radius: %2px; }")
+                      .arg(GlassSurfaces::css(GlassSurfaces::fill(QStringLiteral("#storageCard"))))
+                      .arg(ExplorerCorners::surface));
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(14, 12, 14, 12);
     column->addWidget(buildTop());

@@ -1,5 +1,6 @@
 #include "window/WindowPlugins.h"
 
+#include "chrome/GlassAppearance.h"
 #include "chrome/WindowSnapping.h"
 #include "fileops/CutMarks.h"
 #include "fileops/FileDrag.h"
@@ -28,6 +29,7 @@ void WindowPlugins::attach(Explorer& window) {
     new FileDrag(window);
     new StorageOverview(window);
     new WindowSnapping(window);
+    new GlassAppearance(&window);
     // The pane shows the phone while the watch finds one.
     QObject::connect(&phones->watch(), &PhoneConnectionWatch::presenceChanged, pane,
                      &NavigationPane::setPhoneConnected);
