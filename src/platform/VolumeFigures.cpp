@@ -6,6 +6,7 @@
 #include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <sys/statvfs.h>
 #include <thread>
 
@@ -29,20 +30,40 @@ std::optional<VolumeFigures> ask(const QByteArray& path) {
 }
 } // namespace
 
+// A volume whose question outlived its read is not asked again until that question ends, so a
+// hung mount holds one thread however often the list is read.
 std::vector<std::optional<VolumeFigures>> VolumeFigures::read(const std::vector<QString>& paths, int waitMs) {
+    static std::mutex stuckLock;
+    static std::set<QByteArray> stuck;
     auto answers = std::make_shared<Answers>();
     answers->figures.resize(paths.size());
-    answers->pending = paths.size();
+    std::vector<bool> asked(paths.size());
     for (size_t i = 0; i < paths.size(); ++i) {
-        std::thread([answers, i, path = NativePath::encode(paths[i])] {
+        const QByteArray path = NativePath::encode(paths[i]);
+        {
+            const std::lock_guard<std::mutex> hold(stuckLock);
+            if (stuck.count(path)) continue;
+        }
+        asked[i] = true;
+        const std::lock_guard<std::mutex> hold(answers->lock);
+        ++answers->pending;
+        std::thread([answers, i, path] {
             const std::optional<VolumeFigures> figures = ask(path);
-            const std::lock_guard<std::mutex> hold(answers->lock);
-            answers->figures[i] = figures;
-            if (--answers->pending == 0) answers->done.notify_all();
+            {
+                const std::lock_guard<std::mutex> hold(answers->lock);
+                answers->figures[i] = figures;
+                if (--answers->pending == 0) answers->done.notify_all();
+            }
+            // After the answer: a read that gave up marks the path while it holds the answers.
+            const std::lock_guard<std::mutex> release(stuckLock);
+            stuck.erase(path);
         }).detach();
     }
     std::unique_lock<std::mutex> hold(answers->lock);
     answers->done.wait_for(hold, std::chrono::milliseconds(waitMs), [&] { return answers->pending == 0; });
+    const std::lock_guard<std::mutex> mark(stuckLock);
+    for (size_t i = 0; i < paths.size(); ++i)
+        if (asked[i] && !answers->figures[i]) stuck.insert(NativePath::encode(paths[i]));
     return answers->figures;
 }
 

@@ -53,7 +53,10 @@ StorageOverviewController::StorageOverviewController(QWidget* owner) : QWidget(o
     list->addStretch(1);
     scroll->setWidget(stack);
     column->addWidget(scroll, 1);
-    connect(&VolumeWatch::shared(), &VolumeWatch::changed, this, &StorageOverviewController::reload);
+    // A closed overview is read again when it is shown.
+    connect(&VolumeWatch::shared(), &VolumeWatch::changed, this, [this] {
+        if (isVisible()) reload();
+    });
 }
 
 QWidget* StorageOverviewController::buildHeading() {
