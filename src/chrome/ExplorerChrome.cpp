@@ -10,7 +10,6 @@
 #include "chrome/ExplorerMenus.h"
 #include "chrome/ExplorerSidebarSplit.h"
 #include "chrome/ShortcutGuideWindow.h"
-#include "chrome/TitleRow.h"
 #include "core/BrowserWindow.h"
 #include "core/EntryText.h"
 #include "core/ExplorerEvents.h"
@@ -86,11 +85,6 @@ void ExplorerChrome::followJobs() {
 void ExplorerChrome::connectButtons() {
     const WindowWidgets& ui = w.widgets();
     connect(ui.minimizeButton, &QToolButton::clicked, w.widget(), &QWidget::showMinimized);
-    auto zoom = [this] {
-        w.widget()->isMaximized() ? w.widget()->showNormal() : w.widget()->showMaximized();
-    };
-    connect(ui.zoomButton, &QToolButton::clicked, this, zoom);
-    connect(ui.titleRow, &TitleRow::zoomRequested, this, zoom);
     connect(ui.closeButton, &QToolButton::clicked, w.widget(), &QWidget::close);
     ui.editAddressButton->setToolTip(QStringLiteral("Recent places"));
     ui.editAddressButton->setAccessibleName(QStringLiteral("Recent places"));
@@ -156,8 +150,6 @@ void ExplorerChrome::registerCommands() {
     c.add(QStringLiteral("copyPathAction"), QStringLiteral("Copy as path"), [this] { copyPathAction(); });
     c.add(QStringLiteral("helpAction"), QStringLiteral("Keyboard shortcuts"),
           [this] { showShortcutGuide(); });
-    c.add(QStringLiteral("zoomWindow"), QStringLiteral("Zoom"),
-          [this] { w.widget()->isMaximized() ? w.widget()->showNormal() : w.widget()->showMaximized(); });
     c.add(QStringLiteral("autosizeColumns"), QStringLiteral("Size columns to fit"),
           [this] { w.table()->autosizeColumns(); });
     c.add(QStringLiteral("selectAll"), QStringLiteral("Select all"), [this] { w.table()->selectAll(); });

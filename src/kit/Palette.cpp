@@ -1,5 +1,7 @@
 #include "kit/Palette.h"
 
+#include "kit/GlassSurfaces.h"
+
 #include <QApplication>
 #include <QPalette>
 #include <QStyleFactory>
@@ -31,37 +33,32 @@ void Palette::apply(QApplication& app) {
 }
 
 QString Palette::styleSheet() {
-    return QStringLiteral(R"(
-#explorerShell { background: rgb(22, 23, 31); }
+    return GlassSurfaces::styleSheet() + QStringLiteral(R"(
 QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
-#titleRow { background: rgb(38, 27, 33); }
-#navigationRow, #actionRow { background: rgba(255, 255, 255, 6); border-bottom: 1px solid rgba(255, 255, 255, 10); }
-#navigationPane { background: rgba(0, 0, 0, 40); }
+#navigationRow, #actionRow { border-bottom: 1px solid rgba(255, 255, 255, 10); }
 #navigationPane #placesTable { background: transparent; }
 #placesTable QToolButton { padding: 0; border-radius: 4px; }
-#detailsPane, #previewPane { background: rgba(255, 255, 255, 5); border-left: 1px solid rgba(255, 255, 255, 12); }
-#statusRow { background: rgba(0, 0, 0, 30); color: rgb(189, 189, 189); }
+#detailsPane, #previewPane { border-left: 1px solid rgba(255, 255, 255, 12); }
+#statusRow { color: rgb(189, 189, 189); }
 QToolButton { border: none; border-radius: 6px; padding: 4px 7px; color: rgb(240, 240, 240); }
-QToolButton:hover { background: rgba(255, 255, 255, 22); }
-QToolButton:pressed, QToolButton:checked { background: rgba(166, 161, 255, 50); }
+QToolButton:pressed { background: rgba(166, 161, 255, 50); }
 QToolButton:disabled { color: rgba(240, 240, 240, 90); }
 QToolButton::menu-indicator { image: none; width: 0; }
 #closeWindowButton:hover { background: rgb(196, 43, 28); }
 #pathBox, #searchField, #pathBox QLineEdit {
-  background: rgba(255, 255, 255, 14); border: 1px solid rgba(255, 255, 255, 18); border-radius: 10px;
+  border: 1px solid rgba(255, 255, 255, 18); border-radius: 10px;
   color: rgb(240, 240, 240); padding: 0 6px; }
 #searchField:focus, #pathBox QLineEdit:focus { border: 1px solid rgba(166, 161, 255, 160); }
 #pathBox QToolButton { padding: 3px 5px; }
 QLineEdit { selection-background-color: rgba(166, 161, 255, 110); }
-QMenu { background: rgb(30, 31, 40); border: 1px solid rgba(255, 255, 255, 28); padding: 5px; }
+QMenu { border: 1px solid rgba(255, 255, 255, 28); padding: 5px; }
 QMenu::item { padding: 6px 26px 6px 22px; border-radius: 5px; color: rgb(240, 240, 240); }
-QMenu::item:selected { background: rgba(166, 161, 255, 60); }
 QMenu::item:disabled { color: rgba(240, 240, 240, 90); }
 QMenu::separator { height: 1px; background: rgba(255, 255, 255, 20); margin: 4px 8px; }
 QMenuBar { background: transparent; color: rgb(189, 189, 189); }
 QMenuBar::item:selected { background: rgba(255, 255, 255, 22); }
 QTableView { background: transparent; border: none; outline: 0; }
-QHeaderView::section { background: rgba(255, 255, 255, 6); color: rgb(189, 189, 189); border: none;
+QHeaderView::section { color: rgb(189, 189, 189); border: none;
   border-right: 1px solid rgba(255, 255, 255, 25); padding-left: 8px; height: 34px; }
 QSplitter::handle { background: rgba(255, 255, 255, 14); }
 QScrollBar:vertical { background: transparent; width: 10px; margin: 2px; }

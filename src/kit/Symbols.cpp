@@ -371,6 +371,11 @@ void externaldrive(QPainter& p) {
     dot(p, 17, 14.4, 1);
     line(p, 7, 4.25, 17, 4.25);
 }
+void network(QPainter& p) {
+    circle(p, 12, 12, 9);
+    p.drawEllipse(QRectF(8, 3, 8, 18));
+    line(p, 3, 12, 21, 12);
+}
 void iphone(QPainter& p) {
     p.drawRoundedRect(QRectF(6.5, 2.5, 11, 19), 2.5, 2.5);
     line(p, 10.5, 5, 13.5, 5);
@@ -467,6 +472,7 @@ const Symbol symbols[] = {
     {"desktopcomputer", desktopcomputer},
     {"arrow.down.circle", arrowDownCircle},
     {"externaldrive", externaldrive},
+    {"network", network},
     {"iphone", iphone},
     {"pin.fill", pinFill},
 };

@@ -1,6 +1,7 @@
 #include "views/ExplorerIconPainter.h"
 
 #include "core/EntryText.h"
+#include "kit/ExplorerCorners.h"
 #include "kit/ExplorerFont.h"
 #include "kit/Palette.h"
 #include "views/FileIcons.h"
@@ -13,7 +14,7 @@
 namespace orvane {
 
 namespace {
-constexpr qreal itemRadius = 6;
+constexpr qreal itemRadius = ExplorerCorners::item;
 
 QFont fontOfSize(int pixels) {
     QFont font = explorerFont();

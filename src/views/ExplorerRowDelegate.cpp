@@ -1,5 +1,6 @@
 #include "views/ExplorerRowDelegate.h"
 
+#include "kit/ExplorerCorners.h"
 #include "kit/ExplorerFont.h"
 #include "kit/Palette.h"
 
@@ -11,8 +12,8 @@ namespace orvane {
 namespace {
 
 // Radii of a plain row and of a row on glass.
-constexpr qreal itemRadius = 6;
-constexpr qreal surfaceRadius = 10;
+constexpr qreal itemRadius = ExplorerCorners::item;
+constexpr qreal surfaceRadius = ExplorerCorners::surface;
 
 QColor white(int alpha) {
     return QColor(255, 255, 255, alpha);

@@ -1,4 +1,6 @@
 #include "window/AppDelegate.h"
+
+#include "chrome/WindowSnapping.h"
 #include "kit/CommandBinding.h"
 
 #include "core/Job.h"
@@ -210,10 +212,12 @@ void AppDelegate::makeMenu(QMenuBar* bar, Explorer* window) {
 
     QMenu* arrange = bar->addMenu(QStringLiteral("Window"));
     int tag = 0;
+    // Where windows cannot place themselves (Wayland), the menu offers only what the compositor does.
     for (const char* title : {"Left half", "Right half", "Maximize", "Restore size", "Top left quarter",
                               "Top right quarter", "Bottom left quarter", "Bottom right quarter"})
-        CommandBinding::addTo(window->commands(), arrange, QStringLiteral("arrangeWindow"), tag++,
-                              QLatin1String(title));
+        if (const int t = tag++; WindowSnapping::canPlaceWindows() || t == 2 || t == 3)
+            CommandBinding::addTo(window->commands(), arrange, QStringLiteral("arrangeWindow"), t,
+                                  QLatin1String(title));
 }
 
 } // namespace orvane

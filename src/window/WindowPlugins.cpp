@@ -1,5 +1,7 @@
 #include "window/WindowPlugins.h"
 
+#include "chrome/GlassAppearance.h"
+#include "chrome/WindowSnapping.h"
 #include "fileops/CutMarks.h"
 #include "fileops/FileDrag.h"
 #include "fileops/TrashContent.h"
@@ -10,6 +12,7 @@
 #include "properties/PropertiesCommands.h"
 #include "search/WindowSearch.h"
 #include "system/FolderAccessPanel.h"
+#include "system/StorageOverview.h"
 #include "views/ExplorerViewModes.h"
 #include "window/Explorer.h"
 #include "window/PointerNavigation.h"
@@ -28,6 +31,9 @@ void WindowPlugins::attach(Explorer& window) {
     new FileDrag(window);
     window.addContent(new TrashContent(window, window.fileOps()));
     new FolderAccessPanel(window);
+    new StorageOverview(window);
+    new WindowSnapping(window);
+    new GlassAppearance(&window);
     // The pane shows the phone while the watch finds one.
     QObject::connect(&phones->watch(), &PhoneConnectionWatch::presenceChanged, pane,
                      &NavigationPane::setPhoneConnected);

@@ -1,5 +1,7 @@
 #include "kit/Palette.h"
 
+#include "kit/GlassSurfaces.h"
+
 #include "support/TestEnvironment.h"
 #include "views/ExplorerRowDelegate.h"
 
@@ -76,6 +78,34 @@ private slots:
         QVERIFY(selected.hsvSaturationF() > hovered.hsvSaturationF() + 0.15);
         // Focused and unfocused differ too, so the focus shows.
         QVERIFY(paintedRow(true, true, false) != paintedRow(true, false, false));
+    }
+
+    // Every text on every surface of the glass stays readable, whether the window is opaque or a
+    // black or a white page shines through its translucent backdrop.
+    void glassTextPassesAA_data() {
+        QTest::addColumn<QColor>("seen");
+        QTest::addColumn<QColor>("text");
+        const struct {
+            const char* name;
+            QColor window;
+        } cases[] = {{"opaque", GlassSurfaces::backdrop(false)},
+                     {"glass over black", GlassSurfaces::over(GlassSurfaces::backdrop(true), Qt::black)},
+                     {"glass over white", GlassSurfaces::over(GlassSurfaces::backdrop(true), Qt::white)}};
+        for (const auto& c : cases) {
+            for (const GlassSurface& s : GlassSurfaces::all()) {
+                // Menus and secondary windows are opaque windows of their own.
+                const QColor own = GlassSurfaces::fill(QStringLiteral("#auxiliaryWindow"));
+                const QColor seen = GlassSurfaces::over(s.fill, s.onWindow ? c.window : own);
+                for (const QColor& text : s.texts)
+                    QTest::addRow("%s, %s, %s", c.name, qPrintable(s.selector), qPrintable(text.name()))
+                        << seen << text;
+            }
+        }
+    }
+    void glassTextPassesAA() {
+        QFETCH(QColor, seen);
+        QFETCH(QColor, text);
+        QVERIFY2(contrast(text, seen) >= 4.5, qPrintable(QString::number(contrast(text, seen))));
     }
 };
 
