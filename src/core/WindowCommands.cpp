@@ -44,9 +44,9 @@ bool WindowCommands::run(const QString& name, const QVariant& arg) {
 
 const QStringList& WindowCommands::notYetBuilt() {
     static const QStringList names = {
-        QStringLiteral("quickLook"),     QStringLiteral("revealAction"), QStringLiteral("compressAction"),
-        QStringLiteral("arrangeWindow"), QStringLiteral("makeAlias"),    QStringLiteral("moveTabToNewWindow"),
-        QStringLiteral("dropFiles"),
+        QStringLiteral("quickLook"),          QStringLiteral("revealAction"),
+        QStringLiteral("compressAction"),     QStringLiteral("arrangeWindow"),
+        QStringLiteral("moveTabToNewWindow"),
     };
     return names;
 }

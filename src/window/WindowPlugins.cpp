@@ -2,6 +2,7 @@
 
 #include "fileops/CutMarks.h"
 #include "fileops/FileDrag.h"
+#include "fileops/FileDrop.h"
 #include "navigation/NavigationPane.h"
 #include "phone/AndroidContent.h"
 #include "phone/PhoneConnectionWatch.h"
@@ -20,6 +21,7 @@ void WindowPlugins::attach(Explorer& window) {
     new PropertiesCommands(window);
     new PointerNavigation(window);
     new WindowSearch(window);
+    new FileDrop(window); // before the phone's drop, which stands in front of it
     auto* phones = new AndroidContent(window);
     window.addContent(phones);
     new PhoneDrop(window, *phones);
