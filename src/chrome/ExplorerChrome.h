@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kit/FolderDropTarget.h"
+
 #include "core/ActionState.h"
 
 #include <QObject>
@@ -45,6 +47,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void acceptTabDrops();
     void connectButtons();
     void followJobs();
     void connectMenus();
@@ -53,6 +56,7 @@ private:
     void updateDetails();
 
     BrowserWindow& w;
+    FolderDropTarget tabFiles;
     QPointer<ShortcutGuideWindow> guide;
     QList<QUrl> recent;
 };
