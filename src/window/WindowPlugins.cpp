@@ -12,6 +12,7 @@
 #include "views/ExplorerViewModes.h"
 #include "window/Explorer.h"
 #include "window/PointerNavigation.h"
+#include "window/TabDragging.h"
 
 namespace orvane {
 
@@ -26,6 +27,7 @@ void WindowPlugins::attach(Explorer& window) {
     window.addContent(phones);
     new PhoneDrop(window, *phones);
     new FileDrag(window);
+    new TabDragging(window);
     // The pane shows the phone while the watch finds one.
     QObject::connect(&phones->watch(), &PhoneConnectionWatch::presenceChanged, pane,
                      &NavigationPane::setPhoneConnected);
