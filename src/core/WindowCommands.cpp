@@ -44,9 +44,10 @@ bool WindowCommands::run(const QString& name, const QVariant& arg) {
 
 const QStringList& WindowCommands::notYetBuilt() {
     static const QStringList names = {
-        QStringLiteral("quickLook"),          QStringLiteral("revealAction"),
-        QStringLiteral("compressAction"),     QStringLiteral("arrangeWindow"),
-        QStringLiteral("moveTabToNewWindow"),
+        QStringLiteral("quickLook"),
+        QStringLiteral("revealAction"),
+        QStringLiteral("compressAction"),
+        QStringLiteral("arrangeWindow"),
     };
     return names;
 }

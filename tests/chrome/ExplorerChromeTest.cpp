@@ -100,14 +100,15 @@ private slots:
         QTest::addColumn<QStringList>("selection");
         QTest::addColumn<bool>("busy");
         QTest::addColumn<QString>("enabled");
-        const QString always = "Copy as path,Properties", pin = ",Pin to Quick access";
+        const QString always = "Copy as path,Properties", pin = ",Pin to Quick access",
+                      link = "Create a symbolic link,";
         QTest::newRow("folder") << QStringList{"Folder"} << false
-                                << "Open,Open in new tab,Cut,Copy,Rename,Move to Trash,New folder," + always +
-                                       pin;
+                                << "Open,Open in new tab,Cut,Copy,Rename,Move to Trash,New folder," + link +
+                                       always + pin;
         QTest::newRow("folder, busy")
             << QStringList{"Folder"} << true << "Open,Open in new tab," + always + pin;
         QTest::newRow("two files") << QStringList{"one.txt", "two.txt"} << false
-                                   << "Open,Cut,Copy,Move to Trash,New folder," + always;
+                                   << "Open,Cut,Copy,Move to Trash,New folder," + link + always;
         QTest::newRow("two files, busy") << QStringList{"one.txt", "two.txt"} << true << "Open," + always;
         QTest::newRow("nothing") << QStringList{} << false << "New folder," + always + pin;
     }
