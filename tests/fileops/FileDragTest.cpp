@@ -177,6 +177,28 @@ private slots:
         QVERIFY(QDir(tree->path(QStringLiteral("docs"))).isEmpty());
     }
 
+    // Thousands of files are one job with one progress and one undo step.
+    void aLargeDropIsOneJobAndOneUndo() {
+        TempTree outside;
+        QList<QUrl> urls;
+        for (int i = 0; i < 2000; ++i)
+            urls << QUrl::fromLocalFile(outside.file(QStringLiteral("f%1").arg(i)));
+        QMimeData data;
+        UriList::write(data, urls);
+        int jobs = 0;
+        connect(&w->jobs(), &Jobs::started, this, [&jobs] { ++jobs; });
+        QDropEvent drop(pointOver(QStringLiteral("docs")), Qt::CopyAction | Qt::MoveAction, &data,
+                        Qt::LeftButton, shift);
+        deliver(&drop);
+        QVERIFY(drop.isAccepted());
+        QTRY_VERIFY_WITH_TIMEOUT(!w->busy(), 60000);
+        QCOMPARE(jobs, 1);
+        QCOMPARE(QDir(tree->path(QStringLiteral("docs"))).count(), 2002u);
+        QVERIFY(w->commands().run(QStringLiteral("undoAction")));
+        QCOMPARE(QDir(outside.path()).count(), 2002u);
+        QVERIFY(QDir(tree->path(QStringLiteral("docs"))).isEmpty());
+    }
+
     // Make Alias names by the rule, numbers a taken name, and one undo removes only the last.
     void makeAliasNumbersAndUndoesOneStep() {
         for (int round = 0; round < 2; ++round) {
