@@ -95,6 +95,23 @@ private slots:
         QCOMPARE(w->tabs().count(), 1);
     }
 
+    // Onto another window's strip: the tab joins it there, and the source keeps its other tab.
+    void aTabDroppedOnAnotherWindowsStrip() {
+        Explorer* first = w;
+        first->newTab();
+        const QUuid id = first->tabs().at(1).id;
+        Explorer* second = openWindow(tree->path(QStringLiteral("other")), true);
+        place(*second, QPoint(0, 420));
+        ExplorerTabView* tab = first->widgets().tabStrip->orderedTabViews().back();
+        ExplorerTabView* onto = second->widgets().tabStrip->orderedTabViews().front();
+        const QPoint to = onto->mapToGlobal(QPoint(onto->width() - 10, onto->height() / 2));
+        dragHolding(tab->mapToGlobal(tab->rect().center()), to, {}, [] { return true; });
+        QTRY_COMPARE(second->tabs().count(), 2);
+        QCOMPARE(second->tabs().current().id, id);
+        QCOMPARE(second->tabs().active(), 1);
+        QCOMPARE(first->tabs().count(), 1);
+    }
+
 private:
     static void place(Explorer& window, const QPoint& at) {
         window.resize(900, 380);
