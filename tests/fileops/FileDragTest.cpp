@@ -6,6 +6,8 @@
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
 #include "support/WindowFixture.h"
+#include "views/ExplorerIconView.h"
+#include "views/ExplorerViewModes.h"
 #include "views/FileTable.h"
 #include "window/AppDelegate.h"
 #include "window/Explorer.h"
@@ -177,6 +179,21 @@ private slots:
         QVERIFY(QDir(tree->path(QStringLiteral("docs"))).isEmpty());
     }
 
+    // The icon views' one drop hook holds the phone's drop in front of the file drop; files get through.
+    void folderTilesTakeFilesPastThePhoneDrop() {
+        ExplorerIconView* icons = w->findChild<ExplorerViewModes*>()->iconView();
+        TempTree outside;
+        QMimeData data;
+        UriList::write(data, {QUrl::fromLocalFile(outside.file(QStringLiteral("y.txt")))});
+        const Qt::DropActions offered = Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
+        QDragMoveEvent over(QPoint(1, 1), offered, &data, Qt::LeftButton, alt);
+        QCOMPARE(icons->onDropOperation(rowOf(QStringLiteral("a.txt")), over), Qt::IgnoreAction);
+        QCOMPARE(icons->onDropOperation(rowOf(QStringLiteral("docs")), over), Qt::LinkAction);
+        QDropEvent drop(QPoint(1, 1), offered, &data, Qt::LeftButton, alt);
+        QVERIFY(icons->onPerformDrop(rowOf(QStringLiteral("docs")), drop));
+        QTRY_VERIFY(isLink(tree->path(QStringLiteral("docs/y.txt - Shortcut.alias"))));
+    }
+
     // Thousands of files are one job with one progress and one undo step.
     void aLargeDropIsOneJobAndOneUndo() {
         TempTree outside;
@@ -221,6 +238,12 @@ private:
     void deliver(QDropEvent* event) {
         QObject* drop = w->findChild<FileDrop*>();
         drop->eventFilter(w->table()->viewport(), event);
+    }
+
+    std::optional<int> rowOf(const QString& name) const {
+        for (int row = 0; row < int(w->entries().size()); ++row)
+            if (w->entries()[size_t(row)].name() == name) return row;
+        return std::nullopt;
     }
 
     QPoint pointOver(const QString& name) const {
