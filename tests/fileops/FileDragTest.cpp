@@ -194,11 +194,11 @@ private slots:
         QTRY_VERIFY(isLink(tree->path(QStringLiteral("docs/y.txt - Shortcut.alias"))));
     }
 
-    // Thousands of files are one job with one progress and one undo step.
+    // Ten thousand files are one job with one progress and one undo step.
     void aLargeDropIsOneJobAndOneUndo() {
         TempTree outside;
         QList<QUrl> urls;
-        for (int i = 0; i < 2000; ++i)
+        for (int i = 0; i < 10000; ++i)
             urls << QUrl::fromLocalFile(outside.file(QStringLiteral("f%1").arg(i)));
         QMimeData data;
         UriList::write(data, urls);
@@ -210,9 +210,9 @@ private slots:
         QVERIFY(drop.isAccepted());
         QTRY_VERIFY_WITH_TIMEOUT(!w->busy(), 60000);
         QCOMPARE(jobs, 1);
-        QCOMPARE(QDir(tree->path(QStringLiteral("docs"))).count(), 2002u);
+        QCOMPARE(QDir(tree->path(QStringLiteral("docs"))).count(), 10002u);
         QVERIFY(w->commands().run(QStringLiteral("undoAction")));
-        QCOMPARE(QDir(outside.path()).count(), 2002u);
+        QCOMPARE(QDir(outside.path()).count(), 10002u);
         QVERIFY(QDir(tree->path(QStringLiteral("docs"))).isEmpty());
     }
 
