@@ -10,6 +10,7 @@ packages+=(qt6-pdf-dev)
 packages+=(libarchive-dev libarchive-tools p7zip-full zstd xz-utils bzip2 desktop-file-utils)
 packages+=(dbus libglib2.0-bin xdg-utils desktop-file-utils appstream)
 packages+=(openbox x11-utils libxcb1-dev)
+packages+=(xdotool) # the end-to-end drags
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

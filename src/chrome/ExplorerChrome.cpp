@@ -1,7 +1,9 @@
 #include "chrome/ExplorerChrome.h"
+#include "chrome/ExplorerTabStrip.h"
 #include "core/Job.h"
 #include "core/Jobs.h"
 #include "core/ShortcutRows.h"
+#include "core/TabList.h"
 #include "kit/CommandBinding.h"
 #include "kit/TransferProgressEdge.h"
 #include "kit/WindowWidgets.h"
@@ -37,8 +39,10 @@
 
 namespace orvane {
 
-ExplorerChrome::ExplorerChrome(BrowserWindow& window) : QObject(window.widget()), w(window) {
+ExplorerChrome::ExplorerChrome(BrowserWindow& window)
+    : QObject(window.widget()), w(window), tabFiles(window) {
     connectButtons();
+    acceptTabDrops();
     connectMenus();
     registerCommands();
     followJobs();
@@ -57,6 +61,21 @@ ExplorerChrome::ExplorerChrome(BrowserWindow& window) : QObject(window.widget())
     ui.action("new")->parentWidget()->installEventFilter(this);
     fitActionRow();
     ui.split->setNavigationPreferred(sidebarWidth());
+}
+
+// Files dropped on a tab go into the folder it shows; a phone tab takes none here.
+void ExplorerChrome::acceptTabDrops() {
+    ExplorerTabStrip* strip = w.widgets().tabStrip;
+    strip->fileDropOperation = [this](const QDropEvent& event, const QUuid& id) {
+        const int index = w.tabs().indexOf(id);
+        return index < 0 ? Qt::IgnoreAction : tabFiles.hover(event, w.tabs().at(index).url);
+    };
+    strip->performFileDrop = [this](QDropEvent& event, const QUuid& id) {
+        const int index = w.tabs().indexOf(id);
+        return index >= 0 && tabFiles.drop(event, w.tabs().at(index).url);
+    };
+    strip->fileDropExit = [this] { tabFiles.leave(); };
+    strip->takesTabs = [this] { return !w.busy(); };
 }
 
 // The edge shows the jobs that hold this window: a fall to 0 is the next part (a phone's next file).

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kit/FolderDropTarget.h"
+
 #include "core/ActionState.h"
 
 #include <QObject>
@@ -49,6 +51,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void acceptTabDrops();
     void connectButtons();
     void followJobs();
     void connectMenus();
@@ -57,6 +60,7 @@ private:
     void updateDetails();
 
     BrowserWindow& w;
+    FolderDropTarget tabFiles;
     QPointer<ShortcutGuideWindow> guide;
     QPointer<QuickLookPanel> panel;
     QList<QUrl> recent;

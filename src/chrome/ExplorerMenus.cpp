@@ -101,6 +101,7 @@ void ExplorerMenus::fillContextMenu(QMenu* menu, BrowserWindow* w) {
     item(menu, w, "copyAction", QStringLiteral("Copy"));
     item(menu, w, "pasteAction", QStringLiteral("Paste"));
     item(menu, w, "copyPathAction", QStringLiteral("Copy as path"));
+    item(menu, w, "makeAlias", Platform::instance().word(PlatformWord::MakeAlias));
     contextItem(menu, w, "compressAction", M::compress(f), QStringLiteral("Compress"));
     if (w->commands().isEnabled(QStringLiteral("extractHere"))) item(menu, w, "extractHere");
     menu->addSeparator();

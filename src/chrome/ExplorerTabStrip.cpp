@@ -10,8 +10,11 @@
 
 #include <QApplication>
 #include <QCursor>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QSet>
 #include <QStyle>
+#include <QTimer>
 #include <QToolButton>
 #include <QVariantAnimation>
 #include <QWheelEvent>
@@ -48,7 +51,18 @@ ExplorerTabStrip::ExplorerTabStrip(QWidget* parent)
       plusButton(stripButton(
           this, "plus", toolTipWithKey(QStringLiteral("New tab"), QStringLiteral("newTab"), PhysicalKey::T),
           buttonHeight)),
-      scrollAnimation(new QVariantAnimation(this)), folderIcon(symbolIcon(QStringLiteral("folder"))) {
+      scrollAnimation(new QVariantAnimation(this)), folderIcon(symbolIcon(QStringLiteral("folder"))),
+      insertionMarker(new QWidget(this)), springTimer(new QTimer(this)) {
+    setAcceptDrops(true);
+    insertionMarker->setFixedSize(3, TabStripLayout::tabHeight - 10);
+    insertionMarker->setAutoFillBackground(true);
+    insertionMarker->setStyleSheet(QStringLiteral("background: palette(highlight);"));
+    insertionMarker->hide();
+    springTimer->setSingleShot(true);
+    springTimer->setInterval(600);
+    connect(springTimer, &QTimer::timeout, this, [this] {
+        if (tabViews.contains(springTab) && springTab != activeID) emit activateRequested(springTab);
+    });
     setObjectName(QStringLiteral("tabStrip"));
     clip->setObjectName(QStringLiteral("tabViewport"));
     tabBar->setObjectName(QStringLiteral("tabBar"));
@@ -93,6 +107,8 @@ ExplorerTabView* ExplorerTabStrip::makeTabView(const QUuid& id) {
     connect(view, &ExplorerTabView::activateRequested, this, &ExplorerTabStrip::activateRequested);
     connect(view, &ExplorerTabView::closeRequested, this, &ExplorerTabStrip::closeRequested);
     connect(view, &ExplorerTabView::hoverChanged, this, &ExplorerTabStrip::updateSeparators);
+    connect(view, &ExplorerTabView::dragRequested, this, &ExplorerTabStrip::tabDragRequested);
+    connect(view, &ExplorerTabView::contextMenuRequested, this, &ExplorerTabStrip::tabMenuRequested);
     view->show();
     tabViews.insert(id, view);
     return view;
@@ -237,6 +253,82 @@ QSize ExplorerTabStrip::sizeHint() const {
 // Tabs never widen the window: the strip asks for no more than the narrowest layout needs.
 QSize ExplorerTabStrip::minimumSizeHint() const {
     return QSize(TabStripLayout::minimumAvailable + plusSlot, TabStripLayout::tabHeight);
+}
+
+// ---------------------------------------------------------------- drops
+
+QUuid ExplorerTabStrip::tabAt(const QPoint& pos) const {
+    for (ExplorerTabView* view : orderedTabViews())
+        if (view->rect().contains(view->mapFrom(this, pos))) return view->tabID();
+    return {};
+}
+
+int ExplorerTabStrip::insertionAt(const QPoint& pos) const {
+    int slot = 0;
+    for (ExplorerTabView* view : orderedTabViews())
+        if (view->mapTo(this, view->rect().center()).x() < pos.x()) ++slot;
+    return slot;
+}
+
+// A tab shows where it would go; files show what a drop into the tab's folder would do.
+Qt::DropAction ExplorerTabStrip::dragOver(QDropEvent* event) {
+    const QPoint at = event->position().toPoint();
+    if (event->mimeData()->hasFormat(tabMimeType())) {
+        if (takesTabs && !takesTabs()) return Qt::IgnoreAction;
+        const int slot = insertionAt(at);
+        const QList<ExplorerTabView*> views = orderedTabViews();
+        const int x = views.isEmpty()       ? 0
+                      : slot < views.size() ? views[slot]->mapTo(this, QPoint(0, 0)).x()
+                                            : views.back()->mapTo(this, QPoint(views.back()->width(), 0)).x();
+        insertionMarker->move(qBound(0, x - 1, width() - 3), 5);
+        insertionMarker->show();
+        insertionMarker->raise();
+        return Qt::MoveAction;
+    }
+    const QUuid tab = tabAt(at);
+    if (tab != springTab) {
+        springTab = tab;
+        springTimer->start();
+    }
+    return fileDropOperation && !tab.isNull() ? fileDropOperation(*event, tab) : Qt::IgnoreAction;
+}
+
+void ExplorerTabStrip::endDrag() {
+    insertionMarker->hide();
+    springTimer->stop();
+    springTab = QUuid();
+    if (fileDropExit) fileDropExit();
+}
+
+void ExplorerTabStrip::dragEnterEvent(QDragEnterEvent* event) {
+    event->setDropAction(dragOver(event));
+    // Taken while it may still come over a tab that would take it.
+    event->setAccepted(event->mimeData()->hasFormat(tabMimeType()) || event->mimeData()->hasUrls());
+}
+
+void ExplorerTabStrip::dragMoveEvent(QDragMoveEvent* event) {
+    const Qt::DropAction action = dragOver(event);
+    event->setDropAction(action);
+    event->setAccepted(action != Qt::IgnoreAction);
+}
+
+void ExplorerTabStrip::dragLeaveEvent(QDragLeaveEvent*) {
+    endDrag();
+}
+
+void ExplorerTabStrip::dropEvent(QDropEvent* event) {
+    const QPoint at = event->position().toPoint();
+    const bool tab = event->mimeData()->hasFormat(tabMimeType());
+    endDrag();
+    if (tab && (!takesTabs || takesTabs())) {
+        event->setDropAction(Qt::MoveAction);
+        event->accept();
+        emit tabDropped(event->mimeData(), insertionAt(at));
+        return;
+    }
+    const QUuid onto = tabAt(at);
+    if (!tab && performFileDrop && !onto.isNull() && performFileDrop(*event, onto)) return;
+    event->ignore();
 }
 
 } // namespace orvane

@@ -8,7 +8,11 @@
 #include <QList>
 #include <QUuid>
 #include <QWidget>
+#include <functional>
 
+class QDropEvent;
+class QMimeData;
+class QTimer;
 class QToolButton;
 class QVariantAnimation;
 
@@ -45,6 +49,21 @@ public:
     QToolButton* tabForwardButton() const { return forwardButton; }
     QToolButton* newTabButton() const { return plusButton; }
 
+    // The tab under a point of the strip, or none.
+    QUuid tabAt(const QPoint& pos) const;
+    // Where a tab dropped at this point of the strip goes: the number of tabs whose middle is left of it.
+    int insertionAt(const QPoint& pos) const;
+
+    // Files dragged over a tab: what a drop into its folder would do (IgnoreAction refuses), the
+    // drop, and the drag leaving. A drag that rests on a tab opens it.
+    std::function<Qt::DropAction(const QDropEvent& event, const QUuid& tabID)> fileDropOperation;
+    std::function<bool(QDropEvent& event, const QUuid& tabID)> performFileDrop;
+    std::function<void()> fileDropExit;
+    // Whether the window takes a dragged tab now.
+    std::function<bool()> takesTabs;
+
+    static QString tabMimeType() { return QStringLiteral("local.tevrin.quilland.tab"); }
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
@@ -52,10 +71,18 @@ signals:
     void activateRequested(const QUuid& tabID);
     void closeRequested(const QUuid& tabID);
     void newTabRequested();
+    void tabDragRequested(const QUuid& tabID);
+    void tabMenuRequested(const QUuid& tabID, const QPoint& globalPos);
+    // A dragged tab was let go over the strip at `insertion`.
+    void tabDropped(const QMimeData* data, int insertion);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     ExplorerTabView* makeTabView(const QUuid& id);
@@ -67,6 +94,8 @@ private:
     void scheduleHoverRefresh();
     void refreshHover();
     bool animateTabs() const;
+    Qt::DropAction dragOver(QDropEvent* event);
+    void endDrag();
 
     QHash<QUuid, ExplorerTabView*> tabViews;
     QList<QUuid> order;
@@ -82,6 +111,9 @@ private:
     QToolButton* plusButton;
     QVariantAnimation* scrollAnimation;
     QIcon folderIcon;
+    QWidget* insertionMarker;
+    QTimer* springTimer; // a file drag resting on a tab opens it
+    QUuid springTab;
 };
 
 } // namespace orvane

@@ -1,5 +1,7 @@
 #include "chrome/ExplorerTabView.h"
+
 #include "core/ShortcutRows.h"
+#include <QContextMenuEvent>
 
 #include "chrome/TabStripLayout.h"
 #include "kit/Palette.h"
@@ -131,6 +133,7 @@ void ExplorerTabView::paintEvent(QPaintEvent*) {
 
 void ExplorerTabView::mousePressEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton) {
+        dragStart = event->position().toPoint();
         emit activateRequested(id);
         event->accept();
     } else if (event->button() == Qt::MiddleButton) {
@@ -140,8 +143,20 @@ void ExplorerTabView::mousePressEvent(QMouseEvent* event) {
     }
 }
 
+void ExplorerTabView::mouseMoveEvent(QMouseEvent* event) {
+    if (!dragStart || !(event->buttons() & Qt::LeftButton)) return QWidget::mouseMoveEvent(event);
+    if ((event->position().toPoint() - *dragStart).manhattanLength() < 5) return;
+    dragStart.reset();
+    emit dragRequested(id);
+}
+
+void ExplorerTabView::contextMenuEvent(QContextMenuEvent* event) {
+    emit contextMenuRequested(id, event->globalPos());
+}
+
 // A middle click closes only when it is let go over the tab, so a slip aside cancels it.
 void ExplorerTabView::mouseReleaseEvent(QMouseEvent* event) {
+    dragStart.reset();
     if (event->button() == Qt::MiddleButton && rect().contains(event->position().toPoint())) {
         event->accept();
         emit closeRequested(id);

@@ -3,6 +3,7 @@
 #include <QIcon>
 #include <QUuid>
 #include <QWidget>
+#include <optional>
 
 class QToolButton;
 
@@ -32,11 +33,16 @@ signals:
     void activateRequested(const QUuid& tabID);
     void closeRequested(const QUuid& tabID);
     void hoverChanged();
+    // The pointer moved far enough from a press on the tab to drag it.
+    void dragRequested(const QUuid& tabID);
+    void contextMenuRequested(const QUuid& tabID, const QPoint& globalPos);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
@@ -49,6 +55,7 @@ private:
     void paintBackground(QPainter& painter) const;
 
     QUuid id;
+    std::optional<QPoint> dragStart;
     bool active = false;
     bool hovered = false;
     bool separator = false;

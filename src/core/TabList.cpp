@@ -13,6 +13,22 @@ int TabList::append(const TabState& tab) {
     return int(list.size()) - 1;
 }
 
+int TabList::insert(int slot, const TabState& tab) {
+    const int at = qBound(0, slot, int(list.size()));
+    list.insert(at, tab);
+    if (at <= activeIndex && list.size() > 1) ++activeIndex;
+    return at;
+}
+
+int TabList::move(int index, int slot) {
+    if (!contains(index)) return index;
+    const QUuid active = list[activeIndex].id;
+    const int to = qBound(0, slot > index ? slot - 1 : slot, int(list.size()) - 1);
+    list.move(index, to);
+    activeIndex = indexOf(active);
+    return to;
+}
+
 void TabList::setActive(int index) {
     if (contains(index)) activeIndex = index;
 }

@@ -19,6 +19,11 @@ public:
     int indexOf(const QUuid& id) const;
 
     int append(const TabState& tab);
+    // Puts the tab before `slot` (clamped), the active tab staying active; answers where it went.
+    int insert(int slot, const TabState& tab);
+    // Takes the tab out and puts it back before `slot`, a slot counted with the tab still in place;
+    // the active tab stays the same tab. Answers the tab's new index.
+    int move(int index, int slot);
     void setActive(int index);
     // Removes a tab that is not the only one; answers the index that should become active.
     int remove(int index);

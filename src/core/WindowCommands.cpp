@@ -44,8 +44,7 @@ bool WindowCommands::run(const QString& name, const QVariant& arg) {
 
 const QStringList& WindowCommands::notYetBuilt() {
     static const QStringList names = {
-        QStringLiteral("revealAction"), QStringLiteral("makeAlias"), QStringLiteral("moveTabToNewWindow"),
-        QStringLiteral("dropFiles"),
+        QStringLiteral("revealAction"),
     };
     return names;
 }

@@ -3,6 +3,7 @@
 #include "core/ActionState.h"
 #include "core/BrowserWindow.h"
 #include "core/ExplorerEvents.h"
+#include "core/FileDropPlan.h"
 #include "core/Job.h"
 #include "core/Jobs.h"
 #include "core/PinnedStore.h"
@@ -10,6 +11,7 @@
 #include "core/TabContent.h"
 #include "core/WindowCommands.h"
 #include "fileops/ArchiveCommands.h"
+#include "fileops/FileAliases.h"
 #include "fileops/FileClipboard.h"
 #include "fileops/FileCommands.h"
 #include "fileops/FileNames.h"
@@ -33,6 +35,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QStyleHints>
+#include <QThreadPool>
 
 namespace orvane {
 
@@ -105,6 +108,7 @@ void ExplorerFileOps::registerOperations() {
         {"newFolder", "New folder", &ExplorerFileOps::newFolder, ActionState::create},
         {"newTextDocument", "New text document", &ExplorerFileOps::newTextDocument, ActionState::create},
         {"renameAction", "Rename", &ExplorerFileOps::renameAction, ActionState::rename},
+        {"makeAlias", "Make Alias", &ExplorerFileOps::makeAlias, ActionState::copy},
         {"trashAction", "Move to Trash", &ExplorerFileOps::trashAction, ActionState::trash},
         {"permanentlyDeleteAction", "Delete permanently", &ExplorerFileOps::permanentlyDeleteAction,
          ActionState::trash},
@@ -116,6 +120,11 @@ void ExplorerFileOps::registerOperations() {
             QLatin1String(c.name), QLatin1String(c.title), [this, method = c.method] { (this->*method)(); },
             enabled);
     }
+    w.commands().add(Command{QStringLiteral("dropFiles"),
+                             QStringLiteral("Drop files"),
+                             [this](const QVariant& plan) { dropFiles(plan); },
+                             [this] { return !w.busy(); },
+                             {}});
     w.commands().add(QStringLiteral("cancelInlineRename"), QStringLiteral("Cancel rename"),
                      [this] { finishInlineRename(false); });
     w.commands().add(QStringLiteral("cancelPendingRename"), QStringLiteral("Cancel rename"),
@@ -234,6 +243,52 @@ void ExplorerFileOps::undoAction() {
     fileUndo = nullptr;
     w.refresh();
     w.setStatus(QStringLiteral("Last file operation undone"));
+}
+
+// ---------------------------------------------------------------- shortcuts and drops
+
+void ExplorerFileOps::makeAlias() {
+    if (w.busy() || !w.current().isLocalFile()) return;
+    createAliases(paths(w.selected()));
+}
+
+void ExplorerFileOps::createAliases(const QStringList& items, const QString& into) {
+    const QString folder = into.isEmpty() && w.current().isLocalFile() ? w.current().toLocalFile() : into;
+    if (w.busy() || items.isEmpty() || folder.isEmpty()) return;
+    QPointer<Job> job = w.jobs().start(FileAliases::busyText(), w.widget());
+    w.commands().refresh();
+    w.setStatus(FileAliases::busyText());
+    QPointer<ExplorerFileOps> self(this);
+    QThreadPool::globalInstance()->start([items, folder, self, job] {
+        const FileAliases::Result result = FileAliases::create(items, folder);
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(),
+            [self, job, result] {
+                if (job) job->finish();
+                if (self) self->finishAliases(result);
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void ExplorerFileOps::finishAliases(const FileAliases::Result& result) {
+    if (!result.created.isEmpty()) fileUndo = FileAliases::undoStep(result.created);
+    w.refresh();
+    w.setStatus(FileAliases::doneText(result.created.size()));
+    if (!result.failures.isEmpty()) w.showError(FileAliases::failureTitle(), result.failures.join(u'\n'));
+    emit jobFinished();
+}
+
+void ExplorerFileOps::dropFiles(const QVariant& value) {
+    const std::optional<FileDropPlan> plan = FileDropPlan::fromVariant(value);
+    if (!plan || w.busy()) return;
+    QStringList sources;
+    for (const QUrl& url : plan->urls)
+        sources << url.toLocalFile();
+    if (plan->operation == Qt::LinkAction)
+        createAliases(sources, plan->folder.toLocalFile());
+    else
+        transfer(sources, plan->operation == Qt::MoveAction, plan->folder.toLocalFile());
 }
 
 // ---------------------------------------------------------------- create

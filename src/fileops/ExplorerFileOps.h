@@ -2,6 +2,7 @@
 
 #include "core/Entry.h"
 #include "core/InlineRename.h"
+#include "fileops/FileAliases.h"
 #include "fileops/FileUndo.h"
 #include "fileops/TransferResult.h"
 
@@ -39,6 +40,11 @@ public:
     // Starts a transfer into `into`, or into the current folder.
     void transfer(const QStringList& sources, bool moving, const QString& into = {});
     void undoAction();
+    // Shortcuts to these items in `into`, or in the current folder; one Job, one undo step.
+    void createAliases(const QStringList& items, const QString& into = {});
+    void makeAlias();
+    // Carries out a drop's plan: shortcuts for a link, a transfer otherwise.
+    void dropFiles(const QVariant& plan);
 
     void newFolder();
     void newTextDocument();
@@ -70,6 +76,7 @@ private:
     void finishTransfer(const TransferResult& result);
     void selectArrived(const TransferResult& result);
     void adopt(const FileUndo& step);
+    void finishAliases(const FileAliases::Result& result);
     QRect renamePlacement(int row) const;
     void reopenAfterAlert(const QUrl& item, const QString& typed);
     void pointerPressed(QMouseEvent* event);

@@ -35,7 +35,7 @@ bool FileDrag::eventFilter(QObject*, QEvent* event) {
     if (InlineRename* ops = w.inlineRename()) ops->cancelPendingRename();
     auto* drag = new QDrag(w.table()->viewport());
     drag->setMimeData(data);
-    drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::CopyAction);
+    drag->exec(Qt::CopyAction | Qt::MoveAction | Qt::LinkAction, Qt::CopyAction);
     return true;
 }
 

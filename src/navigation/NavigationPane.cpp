@@ -19,7 +19,7 @@
 namespace orvane {
 
 NavigationPane::NavigationPane(BrowserWindow& window)
-    : QObject(window.widget()), w(window), store(window.services().pins()) {
+    : QObject(window.widget()), w(window), store(window.services().pins()), files(window) {
     QWidget* pane = w.widgets().navigationPane;
     places = new PlacesTable(store, pane);
     auto* column = static_cast<QBoxLayout*>(pane->layout());
@@ -48,6 +48,13 @@ NavigationPane::NavigationPane(BrowserWindow& window)
     w.keyHooks().sidebarKey = [this](PhysicalKey key) {
         return places->hasFocus() && places->handleKey(key);
     };
+    places->fileDropOperation = [this](const QDropEvent& event, const QUrl& place) {
+        return files.hover(event, place);
+    };
+    places->performFileDrop = [this](QDropEvent& event, const QUrl& place) {
+        return files.drop(event, place);
+    };
+    places->fileDropExit = [this] { files.leave(); };
     registerCommands();
     places->syncSelection(w.current());
     updatePinCommand();

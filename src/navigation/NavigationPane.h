@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kit/FolderDropTarget.h"
+
 #include <QObject>
 #include <QUrl>
 #include <memory>
@@ -40,6 +42,7 @@ private:
     BrowserWindow& w;
     PinnedStore& store;
     PlacesTable* places;
+    FolderDropTarget files;
 };
 
 } // namespace orvane

@@ -479,11 +479,28 @@ bool PlacesTable::dropPin(const QString& path, const QPoint& pos) {
     return true;
 }
 
+QUrl PlacesTable::placeAt(const QPoint& pos) const {
+    const SidebarTreeSnapshot& tree = model->snapshot();
+    const int row = rowAt(pos);
+    return tree.inRange(row) && !tree.places[row].isSection() ? tree.places[row].url() : QUrl();
+}
+
+// Files over a row: the row lights up while its place would take them.
+Qt::DropAction PlacesTable::fileDragOver(QDropEvent* event) {
+    const QPoint at = event->position().toPoint();
+    const QUrl place = placeAt(at);
+    const Qt::DropAction action =
+        fileDropOperation && !place.isEmpty() ? fileDropOperation(*event, place) : Qt::IgnoreAction;
+    hovered = action == Qt::IgnoreAction ? -1 : rowAt(at);
+    viewport()->update();
+    return action;
+}
+
 void PlacesTable::dragEnterEvent(QDragEnterEvent* event) {
-    if (draggedPin(event))
-        event->acceptProposedAction();
-    else
-        event->ignore();
+    if (draggedPin(event)) return event->acceptProposedAction();
+    // Taken even where no row would hold the files, so the moves go on to the rows that would.
+    event->setDropAction(fileDragOver(event));
+    event->setAccepted(fileDropOperation != nullptr && event->mimeData()->hasUrls());
 }
 
 void PlacesTable::dragMoveEvent(QDragMoveEvent* event) {
@@ -491,28 +508,30 @@ void PlacesTable::dragMoveEvent(QDragMoveEvent* event) {
     const QPoint at = event->position().toPoint();
     dropLine = path ? proposePinDrop(*path, at) : std::nullopt;
     viewport()->update();
-    if (dropLine) {
-        event->setDropAction(Qt::MoveAction);
-        event->accept();
-    } else {
-        event->ignore();
-    }
+    const Qt::DropAction action = path ? (dropLine ? Qt::MoveAction : Qt::IgnoreAction) : fileDragOver(event);
+    event->setDropAction(action);
+    event->setAccepted(action != Qt::IgnoreAction);
 }
 
 void PlacesTable::dragLeaveEvent(QDragLeaveEvent*) {
     dropLine.reset();
+    hovered = -1;
     viewport()->update();
+    if (fileDropExit) fileDropExit();
 }
 
 void PlacesTable::dropEvent(QDropEvent* event) {
     const std::optional<QString> path = draggedPin(event);
     const QPoint at = event->position().toPoint();
+    hovered = -1;
     if (path && dropPin(*path, at)) {
         event->setDropAction(Qt::MoveAction);
         event->accept();
-    } else {
-        event->ignore();
+        return;
     }
+    const QUrl place = placeAt(at);
+    if (!path && performFileDrop && !place.isEmpty() && performFileDrop(*event, place)) return;
+    event->ignore();
 }
 
 } // namespace orvane

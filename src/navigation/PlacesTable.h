@@ -70,6 +70,11 @@ public:
     std::function<void(QMenu* menu, const QUrl& url)> addColourMenu;
     // The Trash row's menu offers to empty it, through the window's command.
     std::function<void()> emptyTrash;
+    // Files dragged over a row: what a drop into its place would do (IgnoreAction refuses), the drop
+    // itself, and the drag leaving.
+    std::function<Qt::DropAction(const QDropEvent& event, const QUrl& place)> fileDropOperation;
+    std::function<bool(QDropEvent& event, const QUrl& place)> performFileDrop;
+    std::function<void()> fileDropExit;
 
 signals:
     void openRequested(const QUrl& url);
@@ -102,6 +107,8 @@ private:
     void startPinDrag(int row);
     QPixmap dragImage(int row);
     std::optional<QString> draggedPin(const QDropEvent* event) const;
+    QUrl placeAt(const QPoint& pos) const;
+    Qt::DropAction fileDragOver(QDropEvent* event);
     int pinSlot(const SidebarPinLayout& layout, const QString& path) const;
     void selectAndReveal(int row);
     void stepSelection(int delta);

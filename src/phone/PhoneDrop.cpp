@@ -40,16 +40,20 @@ PhoneDrop::PhoneDrop(BrowserWindow& window, AndroidContent& phones)
         const QList<PhoneItem> items = browser->itemsOf(entries);
         return items.isEmpty() ? nullptr : new PhoneDragData(items);
     };
-    icons->onDropOperation = [this](std::optional<int> index, const QMimeData* data, Qt::DropActions) {
-        if (AndroidBrowser* browser = this->phones.active()) return browser->dropOperation(data, index);
-        return target(data, index) ? Qt::CopyAction : Qt::IgnoreAction;
-    };
-    icons->onPerformDrop = [this](std::optional<int> index, QDropEvent* event) {
+    // In front of the file drop: what is not the phone's goes on to it.
+    icons->onDropOperation = [this, files = icons->onDropOperation](std::optional<int> index,
+                                                                    const QDropEvent& event) {
         if (AndroidBrowser* browser = this->phones.active())
-            return browser->performDrop(event->mimeData(), index);
-        const std::optional<QString> folder = target(event->mimeData(), index);
-        if (folder) perform(PhoneClipboard::read(event->mimeData()), *folder);
-        return folder.has_value();
+            return browser->dropOperation(event.mimeData(), index);
+        if (target(event.mimeData(), index)) return Qt::CopyAction;
+        return files ? files(index, event) : Qt::IgnoreAction;
+    };
+    icons->onPerformDrop = [this, files = icons->onPerformDrop](std::optional<int> index, QDropEvent& event) {
+        if (AndroidBrowser* browser = this->phones.active())
+            return browser->performDrop(event.mimeData(), index);
+        const std::optional<QString> folder = target(event.mimeData(), index);
+        if (folder) perform(PhoneClipboard::read(event.mimeData()), *folder);
+        return folder.has_value() || (files && files(index, event));
     };
 }
 
@@ -144,7 +148,7 @@ bool PhoneDrop::dragOut(QEvent* event) {
     auto* data = new PhoneDragData(items);
     auto* drag = new QDrag(w.table()->viewport());
     drag->setMimeData(data);
-    drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::CopyAction);
+    drag->exec(Qt::CopyAction | Qt::MoveAction | Qt::LinkAction, Qt::CopyAction);
     return true;
 }
 

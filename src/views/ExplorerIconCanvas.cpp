@@ -385,7 +385,7 @@ void ExplorerIconCanvas::dragSelection() {
     drag->setMimeData(data.release());
     drag->setPixmap(cue);
     drag->setHotSpot(QPoint(20, 20));
-    drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::CopyAction);
+    drag->exec(Qt::CopyAction | Qt::MoveAction | Qt::LinkAction, Qt::CopyAction);
     draggingFiles = false;
     mouseDownLocation.reset();
 }
@@ -417,11 +417,11 @@ void ExplorerIconCanvas::dragEnterEvent(QDragEnterEvent* event) {
 void ExplorerIconCanvas::dragMoveEvent(QDragMoveEvent* event) {
     if (!owner->onDropOperation) return event->ignore();
     const std::optional<int> item = itemAt(event->position().toPoint());
-    const Qt::DropAction action = owner->onDropOperation(item, event->mimeData(), event->possibleActions());
+    const Qt::DropAction action = owner->onDropOperation(item, *event);
     showDropTarget(action == Qt::IgnoreAction ? std::nullopt : item);
-    if (action == Qt::IgnoreAction) return event->ignore();
     event->setDropAction(action);
-    event->accept();
+    // A refused enter would end the moves, and a folder further on could no longer take it.
+    event->setAccepted(action != Qt::IgnoreAction || event->type() == QEvent::DragEnter);
 }
 
 void ExplorerIconCanvas::dragLeaveEvent(QDragLeaveEvent*) {
@@ -432,7 +432,7 @@ void ExplorerIconCanvas::dragLeaveEvent(QDragLeaveEvent*) {
 void ExplorerIconCanvas::dropEvent(QDropEvent* event) {
     const std::optional<int> item = itemAt(event->position().toPoint());
     showDropTarget(std::nullopt);
-    if (owner->onPerformDrop && owner->onPerformDrop(item, event))
+    if (owner->onPerformDrop && owner->onPerformDrop(item, *event))
         event->accept();
     else
         event->ignore();

@@ -55,10 +55,10 @@ public:
     // The data of a drag of phone items, made by the phone browser; null leaves them out.
     std::function<QMimeData*(const std::vector<int>& indexes)> remoteDragData;
     // What a drop over an item (or the folder, for nothing) would do; IgnoreAction refuses it.
-    std::function<Qt::DropAction(std::optional<int> index, const QMimeData* data, Qt::DropActions offered)>
-        onDropOperation;
+    // The event carries the data, the keys held, the actions offered and whether the drag is ours.
+    std::function<Qt::DropAction(std::optional<int> index, const QDropEvent& event)> onDropOperation;
     std::function<void()> onDropExit;
-    std::function<bool(std::optional<int> index, QDropEvent* event)> onPerformDrop;
+    std::function<bool(std::optional<int> index, QDropEvent& event)> onPerformDrop;
 
 private:
     ExplorerIconScrollView* scroller;

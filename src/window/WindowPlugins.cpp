@@ -5,6 +5,7 @@
 #include "fileops/CutMarks.h"
 #include "fileops/FileDrag.h"
 #include "fileops/TrashContent.h"
+#include "fileops/FileDrop.h"
 #include "navigation/NavigationPane.h"
 #include "phone/AndroidContent.h"
 #include "phone/PhoneConnectionWatch.h"
@@ -16,6 +17,7 @@
 #include "views/ExplorerViewModes.h"
 #include "window/Explorer.h"
 #include "window/PointerNavigation.h"
+#include "window/TabDragging.h"
 
 namespace orvane {
 
@@ -25,6 +27,7 @@ void WindowPlugins::attach(Explorer& window) {
     new PropertiesCommands(window);
     new PointerNavigation(window);
     new WindowSearch(window);
+    new FileDrop(window); // before the phone's drop, which stands in front of it
     auto* phones = new AndroidContent(window);
     window.addContent(phones);
     new PhoneDrop(window, *phones);
@@ -34,6 +37,7 @@ void WindowPlugins::attach(Explorer& window) {
     new StorageOverview(window);
     new WindowSnapping(window);
     new GlassAppearance(&window);
+    new TabDragging(window);
     // The pane shows the phone while the watch finds one.
     QObject::connect(&phones->watch(), &PhoneConnectionWatch::presenceChanged, pane,
                      &NavigationPane::setPhoneConnected);

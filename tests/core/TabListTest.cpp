@@ -48,6 +48,39 @@ private slots:
         QCOMPARE(tabs.active(), expected);
     }
 
+    // Slots count the tabs as they stand, the dragged one among them.
+    void movingATabToASlot_data() {
+        QTest::addColumn<int>("from");
+        QTest::addColumn<int>("slot");
+        QTest::addColumn<QString>("order");
+        QTest::addColumn<int>("active"); // "b" was active
+        QTest::newRow("to the last slot appends") << 0 << 3 << "bca" << 0;
+        QTest::newRow("past the end is clamped") << 0 << 9 << "bca" << 0;
+        QTest::newRow("upward inserts before") << 2 << 0 << "cab" << 2;
+        QTest::newRow("downward adjusts for the removed tab") << 0 << 2 << "bac" << 0;
+        QTest::newRow("the slot before itself changes nothing") << 1 << 1 << "abc" << 1;
+        QTest::newRow("the slot after itself changes nothing") << 1 << 2 << "abc" << 1;
+        QTest::newRow("the active tab itself") << 1 << 0 << "bac" << 0;
+    }
+    void movingATabToASlot() {
+        QFETCH(int, from);
+        QFETCH(int, slot);
+        QFETCH(QString, order);
+        QFETCH(int, active);
+        TabList tabs(at("/a"));
+        tabs.append(TabState::at(at("/b")));
+        tabs.append(TabState::at(at("/c")));
+        tabs.setActive(1);
+        tabs.move(from, slot);
+        QString names;
+        for (const TabState& tab : tabs.all())
+            names += tab.url.fileName();
+        QCOMPARE(names, order);
+        QCOMPARE(tabs.active(), active);
+        tabs.insert(0, TabState::at(at("/d")));
+        QCOMPARE(tabs.current().url, at("/b")); // an insertion keeps the active tab
+    }
+
     void lastTabIsNeverRemoved() {
         TabList tabs(at("/a"));
         QCOMPARE(tabs.remove(0), 0);
