@@ -108,12 +108,13 @@ private slots:
         const QString always = "Copy as path,Properties", pin = ",Pin to Quick access",
                       link = "Create a symbolic link,";
         QTest::newRow("folder") << QStringList{"Folder"} << false
-                                << "Open,Open in new tab,Cut,Copy,Compress,Rename,Move to Trash,New folder," + link +
-                                       always + pin;
+                                << "Open,Open in new tab,Cut,Copy,Compress,Rename,Move to Trash,New folder," +
+                                       link + always + pin;
         QTest::newRow("folder, busy")
             << QStringList{"Folder"} << true << "Open,Open in new tab," + always + pin;
         QTest::newRow("two files") << QStringList{"one.txt", "two.txt"} << false
-                                   << "Open,Open with,Cut,Copy,Compress,Move to Trash,New folder," + link + always;
+                                   << "Open,Open with,Cut,Copy,Compress,Move to Trash,New folder," + link +
+                                          always;
         QTest::newRow("two files, busy")
             << QStringList{"one.txt", "two.txt"} << true << "Open,Open with," + always;
         QTest::newRow("nothing") << QStringList{} << false << "New folder,Open Terminal Here," + always + pin;
