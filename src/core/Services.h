@@ -5,12 +5,14 @@
 
 namespace orvane {
 
+class AudioPreview;
 class FileClipboard;
 class FileIcons;
 class Jobs;
 class PinnedStore;
 class Settings;
 class TypeIndex;
+class VideoPreview;
 
 // The process-wide objects every window shares, owned by the application object and reached as
 // `window.services()`. A new process-wide object is added here and nowhere else; a test gives the
@@ -32,6 +34,10 @@ public:
     FileClipboard& clipboard() const { return *clip; }
     FileIcons& icons() const { return *iconSet; }
     void provide(FileClipboard& clipboard, FileIcons& icons);
+    // The two players; null until the application object hands them in.
+    AudioPreview* audio() const { return audioPlayer; }
+    VideoPreview* video() const { return videoPlayer; }
+    void provideMedia(AudioPreview& audio, VideoPreview& video);
 
 private:
     Jobs* jobList;
@@ -39,6 +45,8 @@ private:
     std::unique_ptr<PinnedStore> pinList;
     FileClipboard* clip = nullptr;
     FileIcons* iconSet = nullptr;
+    AudioPreview* audioPlayer = nullptr;
+    VideoPreview* videoPlayer = nullptr;
 };
 
 } // namespace orvane

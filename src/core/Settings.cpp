@@ -93,4 +93,13 @@ void Settings::setDetailsHeader(const QByteArray& state) {
     if (write(detailsHeaderKey, state)) emit detailsHeaderChanged();
 }
 
+bool Settings::audioWaveform() const {
+    const QVariant value = read(audioWaveformKey);
+    return !value.isValid() || value.toBool();
+}
+
+void Settings::setAudioWaveform(bool shown) {
+    if (write(audioWaveformKey, shown)) emit audioWaveformChanged(shown);
+}
+
 } // namespace orvane

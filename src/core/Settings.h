@@ -21,6 +21,7 @@ public:
     static constexpr const char* visibleColumnsKey = "details.visibleColumns.v1";
     static constexpr const char* dimensionsIntroducedKey = "details.dimensionsIntroduced.v1";
     static constexpr const char* detailsHeaderKey = "Quilland.DetailsColumns.v1";
+    static constexpr const char* audioWaveformKey = "audio.waveform";
 
     // The user's own preferences.
     explicit Settings(QObject* parent = nullptr);
@@ -48,6 +49,9 @@ public:
     // The details header's own bytes (widths, hidden sections).
     QByteArray detailsHeader() const;
     void setDetailsHeader(const QByteArray& state);
+    // The player bar draws the sound's shape behind its timeline; on unless turned off.
+    bool audioWaveform() const;
+    void setAudioWaveform(bool shown);
 
 signals:
     void lastFolderChanged(const QString& path);
@@ -56,6 +60,7 @@ signals:
     void pinsChanged();
     void visibleColumnsChanged(const QStringList& keys);
     void detailsHeaderChanged();
+    void audioWaveformChanged(bool shown);
 
 private:
     QVariant read(const char* key) const;

@@ -7,6 +7,8 @@
 #include "core/WindowCommands.h"
 #include "fileops/FileClipboard.h"
 #include "kit/ExplorerAlert.h"
+#include "media/AudioPreview.h"
+#include "media/VideoPreview.h"
 #include "platform/Platform.h"
 #include "system/ExternalOpenRequests.h"
 #include "views/FileIcons.h"
@@ -27,6 +29,8 @@ AppDelegate::AppDelegate(Services* services, QObject* parent)
     : QObject(parent), shared(services), external(new ExternalOpenRequests(*this)) {
     shared->setParent(this);
     shared->provide(FileClipboard::shared(), FileIcons::shared());
+    auto* audio = new AudioPreview(shared);
+    shared->provideMedia(*audio, *new VideoPreview(*audio, shared));
     QApplication::setQuitOnLastWindowClosed(false);
 }
 

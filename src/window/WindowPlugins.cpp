@@ -2,6 +2,7 @@
 
 #include "fileops/CutMarks.h"
 #include "fileops/FileDrag.h"
+#include "media/AudioPlayerBar.h"
 #include "navigation/NavigationPane.h"
 #include "phone/AndroidContent.h"
 #include "phone/PhoneConnectionWatch.h"
@@ -9,6 +10,7 @@
 #include "properties/PropertiesCommands.h"
 #include "search/WindowSearch.h"
 #include "views/ExplorerViewModes.h"
+#include "views/MediaButtons.h"
 #include "window/Explorer.h"
 #include "window/PointerNavigation.h"
 
@@ -16,7 +18,10 @@ namespace orvane {
 
 void WindowPlugins::attach(Explorer& window) {
     auto* pane = new NavigationPane(window);
-    new CutMarks(window, *new ExplorerViewModes(window));
+    auto* modes = new ExplorerViewModes(window);
+    new CutMarks(window, *modes);
+    new MediaButtons(window, *modes);
+    new AudioPlayerBar(window);
     new PropertiesCommands(window);
     new PointerNavigation(window);
     new WindowSearch(window);

@@ -194,7 +194,7 @@ private slots:
         QFETCH(bool, withDecoder);
         QFETCH(QString, text);
         writeFile(QStringLiteral("fake.mp3"), QByteArray(20000, 'x'));
-        for (const QString cut : {QStringLiteral("cut.mp3"), QStringLiteral("cut.caf")}) {
+        for (const QString& cut : {QStringLiteral("cut.mp3"), QStringLiteral("cut.caf")}) {
             QFile whole(sine(QStringLiteral("whole.") + cut.section(u'.', -1)));
             QVERIFY(whole.open(QIODevice::ReadOnly));
             writeFile(cut, whole.read(whole.size() / 2));
