@@ -78,8 +78,9 @@ void VideoPreview::toggle(const QString& path, QWidget* view, const QRect& rect)
     url = path;
     surface = new InlineVideoSurface(view);
     surface->setGeometry(rect);
+    // Under the tile's own play button, which stays in reach; over the icon the view paints.
     surface->show();
-    surface->raise();
+    surface->lower();
     connect(surface, &QObject::destroyed, this, [this] {
         // A closed window or a row that went away ends the video, once the dust settles.
         QTimer::singleShot(0, this, &VideoPreview::surfaceGone);
