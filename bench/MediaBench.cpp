@@ -58,6 +58,7 @@ int audioStart(const QStringList& args) {
     const double ms = untilItPlays(preview, args[0]);
     benchOut() << "cold start ms " << cold << "\nstart ms " << ms << "\ndecoded "
                << (preview.waveformPath().contains(QLatin1String("/PaneAudio-"))) << Qt::endl;
+    if (!preview.failure().isEmpty()) benchOut() << "failure " << preview.failure() << Qt::endl;
     preview.stop();
     return ms < 0 ? 1 : 0;
 }
