@@ -11,6 +11,7 @@ packages+=(libarchive-dev libarchive-tools p7zip-full zstd xz-utils bzip2 deskto
 packages+=(dbus libglib2.0-bin xdg-utils desktop-file-utils appstream)
 packages+=(openbox x11-utils libxcb1-dev)
 packages+=(xdotool) # the end-to-end drags
+packages+=(pulseaudio pulseaudio-utils gstreamer1.0-plugins-ugly gstreamer1.0-plugins-bad)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

@@ -27,4 +27,9 @@ void Services::provide(FileClipboard& clipboard, FileIcons& icons) {
     iconSet = &icons;
 }
 
+void Services::provideMedia(AudioPreview& audio, VideoPreview& video) {
+    audioPlayer = &audio;
+    videoPlayer = &video;
+}
+
 } // namespace orvane

@@ -7,12 +7,14 @@ namespace orvane {
 
 class AppUpdates;
 class Applications;
+class AudioPreview;
 class FileClipboard;
 class FileIcons;
 class Jobs;
 class PinnedStore;
 class Settings;
 class TypeIndex;
+class VideoPreview;
 
 // The process-wide objects every window shares, owned by the application object and reached as
 // `window.services()`. A new process-wide object is added here and nowhere else; a test gives the
@@ -38,6 +40,10 @@ public:
     void provide(FileClipboard& clipboard, FileIcons& icons);
     AppUpdates& updates() const { return *updateCheck; }
     void provideUpdates(AppUpdates& updates) { updateCheck = &updates; }
+    // The two players; null until the application object hands them in.
+    AudioPreview* audio() const { return audioPlayer; }
+    VideoPreview* video() const { return videoPlayer; }
+    void provideMedia(AudioPreview& audio, VideoPreview& video);
 
 private:
     Jobs* jobList;
@@ -47,6 +53,8 @@ private:
     FileClipboard* clip = nullptr;
     FileIcons* iconSet = nullptr;
     AppUpdates* updateCheck = nullptr;
+    AudioPreview* audioPlayer = nullptr;
+    VideoPreview* videoPlayer = nullptr;
 };
 
 } // namespace orvane

@@ -9,6 +9,8 @@
 #include "core/WindowCommands.h"
 #include "fileops/FileClipboard.h"
 #include "kit/ExplorerAlert.h"
+#include "media/AudioPreview.h"
+#include "media/VideoPreview.h"
 #include "platform/Platform.h"
 #include "system/AppUpdates.h"
 #include "system/CustomizationWindow.h"
@@ -36,6 +38,8 @@ AppDelegate::AppDelegate(Services* services, QObject* parent)
     updates->setPackaged(AppUpdates::ownedByPackage(QCoreApplication::applicationFilePath().toUtf8()));
     shared->provideUpdates(*updates);
     updates->start();
+    auto* audio = new AudioPreview(shared);
+    shared->provideMedia(*audio, *new VideoPreview(*audio, shared));
     QApplication::setQuitOnLastWindowClosed(false);
 }
 

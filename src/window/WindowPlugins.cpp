@@ -6,6 +6,7 @@
 #include "fileops/FileDrag.h"
 #include "fileops/FileDrop.h"
 #include "fileops/TrashContent.h"
+#include "media/AudioPlayerBar.h"
 #include "navigation/NavigationPane.h"
 #include "phone/AndroidContent.h"
 #include "phone/PhoneConnectionWatch.h"
@@ -15,6 +16,7 @@
 #include "system/FolderAccessPanel.h"
 #include "system/StorageOverview.h"
 #include "views/ExplorerViewModes.h"
+#include "views/MediaButtons.h"
 #include "window/Explorer.h"
 #include "window/PointerNavigation.h"
 #include "window/TabDragging.h"
@@ -23,7 +25,10 @@ namespace orvane {
 
 void WindowPlugins::attach(Explorer& window) {
     auto* pane = new NavigationPane(window);
-    new CutMarks(window, *new ExplorerViewModes(window));
+    auto* modes = new ExplorerViewModes(window);
+    new CutMarks(window, *modes);
+    new MediaButtons(window, *modes);
+    new AudioPlayerBar(window);
     new PropertiesCommands(window);
     new PointerNavigation(window);
     new WindowSearch(window);
