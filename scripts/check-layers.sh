@@ -3,7 +3,7 @@
 # The order, bottom first; a folder may include its own headers and those of folders before it.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
-layers=(platform core kit views fileops navigation phone search properties chrome media system window batteries)
+layers=(platform core kit media views fileops navigation phone search properties chrome system window batteries)
 declare -A rank
 for i in "${!layers[@]}"; do rank[${layers[$i]}]=$i; done
 bad=0

@@ -5,6 +5,7 @@ packages=(cmake ninja-build g++ clang clang-format pkg-config qt6-base-dev qt6-m
           gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav
           ffmpeg xvfb xauth imagemagick zip unzip libgl-dev ccache plocate
           libglib2.0-dev fuse3 fusefat dosfstools adwaita-icon-theme)
+packages+=(libvips-tools ffmpegthumbnailer qt6-image-formats-plugins libavformat-dev libavutil-dev)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

@@ -26,4 +26,9 @@ void Services::provide(FileClipboard& clipboard, FileIcons& icons) {
     iconSet = &icons;
 }
 
+void Services::provideMedia(MediaThumbnails& thumbnails, MediaDimensions& dimensions) {
+    pictures = &thumbnails;
+    sizes = &dimensions;
+}
+
 } // namespace orvane

@@ -8,6 +8,8 @@ namespace orvane {
 class FileClipboard;
 class FileIcons;
 class Jobs;
+class MediaDimensions;
+class MediaThumbnails;
 class PinnedStore;
 class Settings;
 class TypeIndex;
@@ -32,6 +34,9 @@ public:
     FileClipboard& clipboard() const { return *clip; }
     FileIcons& icons() const { return *iconSet; }
     void provide(FileClipboard& clipboard, FileIcons& icons);
+    MediaThumbnails& thumbnails() const { return *pictures; }
+    MediaDimensions& dimensions() const { return *sizes; }
+    void provideMedia(MediaThumbnails& thumbnails, MediaDimensions& dimensions);
 
 private:
     Jobs* jobList;
@@ -39,6 +44,8 @@ private:
     std::unique_ptr<PinnedStore> pinList;
     FileClipboard* clip = nullptr;
     FileIcons* iconSet = nullptr;
+    MediaThumbnails* pictures = nullptr;
+    MediaDimensions* sizes = nullptr;
 };
 
 } // namespace orvane

@@ -1,4 +1,5 @@
 #include "views/ExplorerViewModes.h"
+#include "views/MediaFeed.h"
 
 #include "core/BrowserWindow.h"
 #include "core/ExplorerEvents.h"
@@ -42,6 +43,7 @@ ExplorerViewModes::ExplorerViewModes(BrowserWindow& window)
         if (mode() != ViewModes::initial) syncIconView();
     });
     updateViewSizeSlider();
+    new MediaFeed(w, *icons);
 }
 
 int ExplorerViewModes::mode() const {

@@ -7,6 +7,8 @@
 #include "core/WindowCommands.h"
 #include "fileops/FileClipboard.h"
 #include "kit/ExplorerAlert.h"
+#include "media/MediaDimensions.h"
+#include "media/MediaThumbnails.h"
 #include "platform/Platform.h"
 #include "system/ExternalOpenRequests.h"
 #include "views/FileIcons.h"
@@ -27,6 +29,7 @@ AppDelegate::AppDelegate(Services* services, QObject* parent)
     : QObject(parent), shared(services), external(new ExternalOpenRequests(*this)) {
     shared->setParent(this);
     shared->provide(FileClipboard::shared(), FileIcons::shared());
+    shared->provideMedia(*new MediaThumbnails(shared), *new MediaDimensions(shared));
     QApplication::setQuitOnLastWindowClosed(false);
 }
 
