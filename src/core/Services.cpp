@@ -1,5 +1,6 @@
 #include "core/Services.h"
 
+#include "core/FolderColors.h"
 #include "core/Jobs.h"
 #include "core/PinnedStore.h"
 #include "core/Settings.h"
@@ -9,11 +10,11 @@ namespace orvane {
 
 Services::Services(QObject* parent)
     : QObject(parent), jobList(new Jobs(this)), prefs(new Settings(this)),
-      pinList(std::make_unique<PinnedStore>(*prefs)) {}
+      pinList(std::make_unique<PinnedStore>(*prefs)), colors(new FolderColors(*prefs, this)) {}
 
 Services::Services(const QString& settingsFile, QObject* parent)
     : QObject(parent), jobList(new Jobs(this)), prefs(new Settings(settingsFile, this)),
-      pinList(std::make_unique<PinnedStore>(*prefs)) {}
+      pinList(std::make_unique<PinnedStore>(*prefs)), colors(new FolderColors(*prefs, this)) {}
 
 Services::~Services() = default;
 

@@ -7,6 +7,7 @@ namespace orvane {
 
 class FileClipboard;
 class FileIcons;
+class FolderColors;
 class Jobs;
 class MediaDimensions;
 class MediaThumbnails;
@@ -29,6 +30,7 @@ public:
     Jobs& jobs() const { return *jobList; }
     Settings& settings() const { return *prefs; }
     PinnedStore& pins() const { return *pinList; }
+    FolderColors& folderColors() const { return *colors; }
     const TypeIndex& types() const;
     // Objects of the layers above, handed in by the application object when it starts.
     FileClipboard& clipboard() const { return *clip; }
@@ -42,6 +44,7 @@ private:
     Jobs* jobList;
     Settings* prefs;
     std::unique_ptr<PinnedStore> pinList;
+    FolderColors* colors;
     FileClipboard* clip = nullptr;
     FileIcons* iconSet = nullptr;
     MediaThumbnails* pictures = nullptr;

@@ -93,4 +93,19 @@ void Settings::setDetailsHeader(const QByteArray& state) {
     if (write(detailsHeaderKey, state)) emit detailsHeaderChanged();
 }
 
+QHash<QString, QString> Settings::folderColors() const {
+    QHash<QString, QString> colors;
+    const QVariantMap stored = read(folderColorsKey).toMap();
+    for (auto it = stored.cbegin(); it != stored.cend(); ++it)
+        if (it->typeId() == QMetaType::QString) colors.insert(it.key(), it->toString());
+    return colors;
+}
+
+void Settings::setFolderColors(const QHash<QString, QString>& colors) {
+    QVariantMap stored;
+    for (auto it = colors.cbegin(); it != colors.cend(); ++it)
+        stored.insert(it.key(), *it);
+    write(folderColorsKey, stored);
+}
+
 } // namespace orvane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QHash>
 #include <QObject>
 #include <QSettings>
 #include <QStringList>
@@ -21,6 +22,7 @@ public:
     static constexpr const char* visibleColumnsKey = "details.visibleColumns.v1";
     static constexpr const char* dimensionsIntroducedKey = "details.dimensionsIntroduced.v1";
     static constexpr const char* detailsHeaderKey = "Quilland.DetailsColumns.v1";
+    static constexpr const char* folderColorsKey = "folder.colors.v1";
 
     // The user's own preferences.
     explicit Settings(QObject* parent = nullptr);
@@ -48,6 +50,9 @@ public:
     // The details header's own bytes (widths, hidden sections).
     QByteArray detailsHeader() const;
     void setDetailsHeader(const QByteArray& state);
+    // Folder identity to "#RRGGBB"; anything stored that is not text reads as nothing.
+    QHash<QString, QString> folderColors() const;
+    void setFolderColors(const QHash<QString, QString>& colors);
 
 signals:
     void lastFolderChanged(const QString& path);

@@ -51,6 +51,7 @@ QVariant EntryTableModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant EntryTableModel::icon(const Entry& entry) const {
+    if (folderIcon && entry.directory && (entry.isPhone() || !entry.package)) return folderIcon(entry);
     if (!thumbnail || entry.directory) return FileIcons::shared().icon(entry);
     // Kept here by the media key: the service holds only a few pictures, the table shows more rows.
     const QString key = MediaThumbnails::key(entry);

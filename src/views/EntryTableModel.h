@@ -38,6 +38,7 @@ public:
     // empty text means none yet; the rows are repainted when they arrive.
     std::function<QImage(const Entry&)> thumbnail;
     std::function<QString(const Entry&)> dimensions;
+    std::function<QIcon(const Entry&)> folderIcon; // a plain folder's, coloured or not
 
 private:
     void removeMissing(const QHash<QString, int>& wanted);

@@ -1,5 +1,4 @@
 #include "views/ExplorerViewModes.h"
-#include "views/MediaFeed.h"
 
 #include "core/BrowserWindow.h"
 #include "core/ExplorerEvents.h"
@@ -12,7 +11,9 @@
 #include "views/ExplorerIconCanvas.h"
 #include "views/ExplorerIconView.h"
 #include "views/FileTable.h"
+#include "views/FolderColorIcons.h"
 #include "views/IconGrid.h"
+#include "views/MediaFeed.h"
 #include "views/ViewModes.h"
 
 #include <QGridLayout>
@@ -44,6 +45,7 @@ ExplorerViewModes::ExplorerViewModes(BrowserWindow& window)
     });
     updateViewSizeSlider();
     new MediaFeed(w, *icons);
+    new FolderColorIcons(w, *icons);
 }
 
 int ExplorerViewModes::mode() const {
