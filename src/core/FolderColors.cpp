@@ -44,12 +44,26 @@ std::optional<QString> FolderColors::hexAt(const QString& folderKey) const {
 }
 
 void FolderColors::set(const std::optional<QString>& hex, const QList<QUrl>& urls) {
+    QStringList keys;
+    for (const QUrl& url : urls)
+        keys << key(url);
+    store(hex, keys);
+}
+
+void FolderColors::setAt(const std::optional<QString>& hex, const QStringList& locations) {
+    QStringList keys;
+    for (const QString& location : locations)
+        keys << keyOf(location);
+    store(hex, keys);
+}
+
+void FolderColors::store(const std::optional<QString>& hex, const QStringList& keys) {
     const std::optional<QString> value = hex ? normalize(*hex) : std::nullopt;
-    for (const QUrl& url : urls) {
+    for (const QString& k : keys) {
         if (value)
-            values.insert(key(url), *value);
+            values.insert(k, *value);
         else
-            values.remove(key(url));
+            values.remove(k);
     }
     prefs.setFolderColors(values);
     emit changed();

@@ -4,6 +4,7 @@
 #include <QHash>
 #include <QList>
 #include <QObject>
+#include <QStringList>
 #include <QUrl>
 #include <optional>
 
@@ -34,6 +35,8 @@ public:
     std::optional<QString> hexAt(const QString& folderKey) const;
     // One colour for many folders, written once; no colour removes them.
     void set(const std::optional<QString>& hex, const QList<QUrl>& urls);
+    // The same for entries' locations, which keep a path's exact bytes.
+    void setAt(const std::optional<QString>& hex, const QStringList& locations);
     // A folder renamed or moved (locations, as entries hold them): its colour and those below it go
     // with it.
     void moved(const QString& from, const QString& to);
@@ -42,6 +45,8 @@ signals:
     void changed();
 
 private:
+    void store(const std::optional<QString>& hex, const QStringList& keys);
+
     Settings& prefs;
     QHash<QString, QString> values;
 };

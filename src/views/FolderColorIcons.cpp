@@ -3,6 +3,8 @@
 #include "core/BrowserWindow.h"
 #include "core/FolderColors.h"
 #include "core/Services.h"
+#include "core/WindowCommands.h"
+#include "kit/FolderColorPicker.h"
 #include "kit/FolderTint.h"
 #include "views/EntryTableModel.h"
 #include "views/ExplorerIconCanvas.h"
@@ -18,10 +20,27 @@ FolderColorIcons::FolderColorIcons(BrowserWindow& window, ExplorerIconView& icon
     ExplorerIconPainter& cells = icons.canvas()->cellPainter();
     cells.folderIcon = folderIcon;
     if (auto* model = qobject_cast<EntryTableModel*>(w.table()->model())) model->folderIcon = folderIcon;
+    w.commands().add(
+        QStringLiteral("folderColor"), QStringLiteral("Folder color…"), [this] { choose(); },
+        [this] { return !chosenFolders().isEmpty(); });
     connect(&colors, &FolderColors::changed, this, [this, &icons] {
         icons.canvas()->update();
         w.table()->viewport()->update();
     });
+}
+
+QStringList FolderColorIcons::chosenFolders() const {
+    QStringList folders;
+    for (const Entry& entry : w.selected())
+        if (entry.isPlainFolder() || (entry.directory && entry.isPhone())) folders << entry.location;
+    return folders;
+}
+
+void FolderColorIcons::choose() {
+    const QStringList folders = chosenFolders();
+    if (folders.isEmpty()) return;
+    FolderColorPicker picker(colors.hexAt(FolderColors::keyOf(folders.front())), w.widget());
+    if (picker.pick()) colors.setAt(picker.selectedHex(), folders);
 }
 
 QIcon FolderColorIcons::iconFor(const QString& location) {

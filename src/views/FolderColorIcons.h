@@ -19,6 +19,8 @@ public:
 
 private:
     QIcon iconFor(const QString& location);
+    QStringList chosenFolders() const;
+    void choose();
 
     BrowserWindow& w;
     FolderColors& colors;
