@@ -100,12 +100,13 @@ private slots:
         QTest::addColumn<QStringList>("selection");
         QTest::addColumn<bool>("busy");
         QTest::addColumn<QString>("enabled");
-        const QString always = "Copy as path,Properties", pin = ",Pin to Quick access";
+        const QString always = "Copy as path,Properties", pin = ",Pin to Quick access",
+                      color = ",Folder color…";
         QTest::newRow("folder") << QStringList{"Folder"} << false
                                 << "Open,Open in new tab,Cut,Copy,Rename,Move to Trash,New folder," + always +
-                                       pin;
+                                       pin + color;
         QTest::newRow("folder, busy")
-            << QStringList{"Folder"} << true << "Open,Open in new tab," + always + pin;
+            << QStringList{"Folder"} << true << "Open,Open in new tab," + always + pin + color;
         QTest::newRow("two files") << QStringList{"one.txt", "two.txt"} << false
                                    << "Open,Cut,Copy,Move to Trash,New folder," + always;
         QTest::newRow("two files, busy") << QStringList{"one.txt", "two.txt"} << true << "Open," + always;
