@@ -47,7 +47,7 @@ int main(int argc, char** argv) {
     const bool widgets =
         argc > 1 && (qstrcmp(argv[1], "table-scroll") == 0 || qstrcmp(argv[1], "refresh-one") == 0 ||
                      qstrcmp(argv[1], "icon-paint") == 0 || qstrcmp(argv[1], "phone-list") == 0 ||
-                     qstrcmp(argv[1], "audio-start") == 0);
+                     qstrcmp(argv[1], "audio-start") == 0 || qstrcmp(argv[1], "thumbnails-pass") == 0);
     if (widgets && qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     std::unique_ptr<QCoreApplication> app =

@@ -12,6 +12,7 @@ packages+=(dbus libglib2.0-bin xdg-utils desktop-file-utils appstream)
 packages+=(openbox x11-utils libxcb1-dev)
 packages+=(xdotool) # the end-to-end drags
 packages+=(pulseaudio pulseaudio-utils gstreamer1.0-plugins-ugly gstreamer1.0-plugins-bad)
+packages+=(libvips-tools ffmpegthumbnailer qt6-image-formats-plugins libavformat-dev libavutil-dev)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

@@ -96,6 +96,7 @@ void ExplorerMenus::fillContextMenu(QMenu* menu, BrowserWindow* w) {
     if (f.singlePackage) item(menu, w, "showPackageContents", QStringLiteral("Show Package Contents"));
     contextItem(menu, w, "openNewTabSelected", M::openInNewTab(f), QStringLiteral("Open in new tab"));
     item(menu, w, "pinAction");
+    item(menu, w, "folderColor", QStringLiteral("Folder color…"));
     menu->addSeparator();
     item(menu, w, "cutAction", QStringLiteral("Cut"));
     item(menu, w, "copyAction", QStringLiteral("Copy"));

@@ -1,6 +1,7 @@
 #include "core/Services.h"
 
 #include "core/Applications.h"
+#include "core/FolderColors.h"
 #include "core/Jobs.h"
 #include "core/PinnedStore.h"
 #include "core/Settings.h"
@@ -10,11 +11,13 @@ namespace orvane {
 
 Services::Services(QObject* parent)
     : QObject(parent), jobList(new Jobs(this)), prefs(new Settings(this)),
-      pinList(std::make_unique<PinnedStore>(*prefs)), apps(std::make_unique<Applications>()) {}
+      pinList(std::make_unique<PinnedStore>(*prefs)), apps(std::make_unique<Applications>()),
+      colors(new FolderColors(*prefs, this)) {}
 
 Services::Services(const QString& settingsFile, QObject* parent)
     : QObject(parent), jobList(new Jobs(this)), prefs(new Settings(settingsFile, this)),
-      pinList(std::make_unique<PinnedStore>(*prefs)), apps(std::make_unique<Applications>()) {}
+      pinList(std::make_unique<PinnedStore>(*prefs)), apps(std::make_unique<Applications>()),
+      colors(new FolderColors(*prefs, this)) {}
 
 Services::~Services() = default;
 
@@ -30,6 +33,11 @@ void Services::provide(FileClipboard& clipboard, FileIcons& icons) {
 void Services::provideMedia(AudioPreview& audio, VideoPreview& video) {
     audioPlayer = &audio;
     videoPlayer = &video;
+}
+
+void Services::provideMediaFacts(MediaThumbnails& thumbnails, MediaDimensions& dimensions) {
+    pictures = &thumbnails;
+    sizes = &dimensions;
 }
 
 } // namespace orvane

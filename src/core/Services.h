@@ -10,7 +10,10 @@ class Applications;
 class AudioPreview;
 class FileClipboard;
 class FileIcons;
+class FolderColors;
 class Jobs;
+class MediaDimensions;
+class MediaThumbnails;
 class PinnedStore;
 class Settings;
 class TypeIndex;
@@ -31,6 +34,7 @@ public:
     Jobs& jobs() const { return *jobList; }
     Settings& settings() const { return *prefs; }
     PinnedStore& pins() const { return *pinList; }
+    FolderColors& folderColors() const { return *colors; }
     const TypeIndex& types() const;
     // Which applications open files, and opening with them.
     const Applications& applications() const { return *apps; }
@@ -44,17 +48,23 @@ public:
     AudioPreview* audio() const { return audioPlayer; }
     VideoPreview* video() const { return videoPlayer; }
     void provideMedia(AudioPreview& audio, VideoPreview& video);
+    MediaThumbnails& thumbnails() const { return *pictures; }
+    MediaDimensions& dimensions() const { return *sizes; }
+    void provideMediaFacts(MediaThumbnails& thumbnails, MediaDimensions& dimensions);
 
 private:
     Jobs* jobList;
     Settings* prefs;
     std::unique_ptr<PinnedStore> pinList;
     std::unique_ptr<Applications> apps;
+    FolderColors* colors;
     FileClipboard* clip = nullptr;
     FileIcons* iconSet = nullptr;
     AppUpdates* updateCheck = nullptr;
     AudioPreview* audioPlayer = nullptr;
     VideoPreview* videoPlayer = nullptr;
+    MediaThumbnails* pictures = nullptr;
+    MediaDimensions* sizes = nullptr;
 };
 
 } // namespace orvane

@@ -148,4 +148,19 @@ void Settings::setDefaultBrowserPending(const QVariantMap& state) {
     store->sync();
 }
 
+QHash<QString, QString> Settings::folderColors() const {
+    QHash<QString, QString> colors;
+    const QVariantMap stored = read(folderColorsKey).toMap();
+    for (auto it = stored.cbegin(); it != stored.cend(); ++it)
+        if (it->typeId() == QMetaType::QString) colors.insert(it.key(), it->toString());
+    return colors;
+}
+
+void Settings::setFolderColors(const QHash<QString, QString>& colors) {
+    QVariantMap stored;
+    for (auto it = colors.cbegin(); it != colors.cend(); ++it)
+        stored.insert(it.key(), *it);
+    write(folderColorsKey, stored);
+}
+
 } // namespace orvane

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QDateTime>
+#include <QHash>
 #include <QObject>
 #include <QSettings>
 #include <QStringList>
@@ -28,6 +29,7 @@ public:
     static constexpr const char* lastUpdateCheckKey = "SULastCheckTime";
     static constexpr const char* defaultBrowserSnapshotKey = "defaultBrowser.originalState.v1";
     static constexpr const char* defaultBrowserPendingKey = "defaultBrowser.pendingChange.v1";
+    static constexpr const char* folderColorsKey = "folder.colors.v1";
 
     // The user's own preferences.
     explicit Settings(QObject* parent = nullptr);
@@ -72,6 +74,9 @@ public:
     // The state before a change still under way; empty once it ended, so a crash leaves it behind.
     QVariantMap defaultBrowserPending() const;
     void setDefaultBrowserPending(const QVariantMap& state);
+    // Folder identity to "#RRGGBB"; anything stored that is not text reads as nothing.
+    QHash<QString, QString> folderColors() const;
+    void setFolderColors(const QHash<QString, QString>& colors);
 
 signals:
     void lastFolderChanged(const QString& path);

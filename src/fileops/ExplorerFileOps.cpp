@@ -4,6 +4,7 @@
 #include "core/BrowserWindow.h"
 #include "core/ExplorerEvents.h"
 #include "core/FileDropPlan.h"
+#include "core/FolderColors.h"
 #include "core/Job.h"
 #include "core/Jobs.h"
 #include "core/PinnedStore.h"
@@ -53,11 +54,14 @@ QString subject(const std::vector<Entry>& items, bool quoted) {
 }
 } // namespace
 
-// Pins follow renamed and moved folders in every window, through the one stored list.
+// Pins and folder colours follow renamed and moved folders in every window, through the one stored
+// list and the one map.
 PathMoved ExplorerFileOps::followPin() const {
     PinnedStore* pins = &w.services().pins();
-    return [pins](const QString& from, const QString& to) {
+    FolderColors* colors = &w.services().folderColors();
+    return [pins, colors](const QString& from, const QString& to) {
         pins->replace(QUrl::fromLocalFile(from), QUrl::fromLocalFile(to));
+        colors->moved(from, to);
     };
 }
 

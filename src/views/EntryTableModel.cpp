@@ -1,6 +1,7 @@
 #include "views/EntryTableModel.h"
 
 #include "core/EntryText.h"
+#include "media/MediaThumbnails.h"
 #include "platform/NativePath.h"
 #include "views/ExplorerColumns.h"
 #include "views/FileIcons.h"
@@ -31,13 +32,15 @@ QVariant EntryTableModel::data(const QModelIndex& index, int role) const {
                        ? NativePath::display(folder.mid(folderBase.size() + 1))
                        : QString();
         }
+        if (key == QLatin1String("dimensions")) return dimensions ? dimensions(entry) : QString();
         return columnText(key, entry);
     case Qt::DecorationRole:
-        return key == QLatin1String("name") ? QVariant(FileIcons::shared().icon(entry)) : QVariant();
+        return key == QLatin1String("name") ? icon(entry) : QVariant();
     case Qt::TextAlignmentRole:
         return key == QLatin1String("size") ? QVariant(int(Qt::AlignRight | Qt::AlignVCenter))
                                             : QVariant(int(Qt::AlignLeft | Qt::AlignVCenter));
     case Qt::ToolTipRole:
+        if (key == QLatin1String("dimensions")) return dimensionsTip(entry);
         return key == QLatin1String("name") ? QVariant(entry.name()) : QVariant();
     case EntryLocationRole:
         return entry.location;
@@ -45,6 +48,25 @@ QVariant EntryTableModel::data(const QModelIndex& index, int role) const {
         return entry.directory;
     }
     return {};
+}
+
+QVariant EntryTableModel::icon(const Entry& entry) const {
+    if (folderIcon && entry.directory && (entry.isPhone() || !entry.package)) return folderIcon(entry);
+    if (!thumbnail || entry.directory) return FileIcons::shared().icon(entry);
+    // Kept here by the media key: the service holds only a few pictures, the table shows more rows.
+    const QString key = MediaThumbnails::key(entry);
+    if (const auto made = thumbnailIcons.constFind(key); made != thumbnailIcons.constEnd()) return *made;
+    const QImage image = thumbnail(entry);
+    if (image.isNull()) return FileIcons::shared().icon(entry);
+    // Started over rather than aged: the rows on show come back at once.
+    if (thumbnailIcons.size() >= 1024) thumbnailIcons.clear();
+    return *thumbnailIcons.insert(key, QIcon(QPixmap::fromImage(image)));
+}
+
+QVariant EntryTableModel::dimensionsTip(const Entry& entry) const {
+    const QString text = dimensions ? dimensions(entry) : QString();
+    if (text.isEmpty() || text == QStringLiteral("—")) return text;
+    return text + QStringLiteral(" pixels");
 }
 
 void EntryTableModel::setFolderBase(const QString& base) {

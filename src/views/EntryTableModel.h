@@ -4,6 +4,9 @@
 #include "core/ListingRows.h"
 
 #include <QAbstractTableModel>
+#include <QHash>
+#include <QIcon>
+#include <functional>
 #include <vector>
 
 namespace orvane {
@@ -31,12 +34,22 @@ public:
     // The folder column names each row's folder from beneath `base`; empty names it in full.
     void setFolderBase(const QString& base);
 
+    // Pictures and sizes read from the files, when the media services are there. A null image or an
+    // empty text means none yet; the rows are repainted when they arrive.
+    std::function<QImage(const Entry&)> thumbnail;
+    std::function<QString(const Entry&)> dimensions;
+    std::function<QIcon(const Entry&)> folderIcon; // a plain folder's, coloured or not
+
 private:
     void removeMissing(const QHash<QString, int>& wanted);
     void replaceInOneLayout(std::vector<Entry> next, const QHash<QString, int>& wanted);
     void insertNew(std::vector<Entry>& next);
 
+    QVariant icon(const Entry& entry) const;
+    QVariant dimensionsTip(const Entry& entry) const;
+
     std::vector<Entry> rows;
+    mutable QHash<QString, QIcon> thumbnailIcons; // made from thumbnails, by their media key
     QString folderBase;
 };
 

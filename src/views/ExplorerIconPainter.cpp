@@ -232,15 +232,19 @@ QPixmap ExplorerIconPainter::icon(const Entry& entry, int side, qreal ratio) {
     if (cached != iconCache.constEnd()) return *cached;
     // Emptied in one go rather than aged item by item: the icons on show come back at once.
     if (iconCache.size() >= cacheLimit) iconCache.clear();
-    return *iconCache.insert(entry.location, freshIcon(entry, side, ratio));
+    bool keep = true;
+    QPixmap pixmap = freshIcon(entry, side, ratio, keep);
+    if (keep) iconCache.insert(entry.location, pixmap);
+    return pixmap;
 }
 
-QPixmap ExplorerIconPainter::freshIcon(const Entry& entry, int side, qreal ratio) {
+QPixmap ExplorerIconPainter::freshIcon(const Entry& entry, int side, qreal ratio, bool& keep) {
     // A phone item is drawn from what the listing said of it; its file is never opened here.
     const auto& source = entry.isPhone() ? remoteThumbnail : thumbnail;
     if (source) {
         const QImage image = source(entry);
         if (!image.isNull()) return fittedImage(image, side, ratio);
+        keep = entry.isPhone() || !thumbnailPending || !thumbnailPending(entry);
     }
     return iconPixmap(FileIcons::shared().icon(entry), side, ratio);
 }

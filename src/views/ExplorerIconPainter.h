@@ -47,6 +47,9 @@ public:
     // Thumbnails and folder colours come from the media and folder-colour parts when they are there;
     // until then the type icon stands in. A null image means "none".
     std::function<QImage(const Entry&)> thumbnail;
+    // True while an entry's thumbnail is being made: its stand-in is drawn but not kept, so each
+    // repaint asks again and the items on show move ahead of those scrolled past.
+    std::function<bool(const Entry&)> thumbnailPending;
     std::function<QImage(const Entry&)> remoteThumbnail;
     std::function<QIcon(const Entry&)> folderIcon;
 
@@ -64,7 +67,7 @@ private:
                           const IconGridLayout& layout);
     QPixmap fittedImage(const QImage& image, int side, qreal ratio) const;
     QPixmap iconPixmap(const QIcon& icon, int side, qreal ratio);
-    QPixmap freshIcon(const Entry& entry, int side, qreal ratio);
+    QPixmap freshIcon(const Entry& entry, int side, qreal ratio, bool& keep);
 
     QFont nameFont;
     QFont titleFont;

@@ -11,7 +11,9 @@
 #include "views/ExplorerIconCanvas.h"
 #include "views/ExplorerIconView.h"
 #include "views/FileTable.h"
+#include "views/FolderColorIcons.h"
 #include "views/IconGrid.h"
+#include "views/MediaFeed.h"
 #include "views/ViewModes.h"
 
 #include <QGridLayout>
@@ -42,6 +44,8 @@ ExplorerViewModes::ExplorerViewModes(BrowserWindow& window)
         if (mode() != ViewModes::initial) syncIconView();
     });
     updateViewSizeSlider();
+    new MediaFeed(w, *icons);
+    new FolderColorIcons(w, *icons);
 }
 
 int ExplorerViewModes::mode() const {

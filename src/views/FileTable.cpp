@@ -190,7 +190,7 @@ void FileTable::autosizeColumns(const std::function<QStringList(const QString& k
     const auto& all = explorerColumns();
     for (int column = 0; column < all.size() && column < headerView->count(); ++column) {
         if (isColumnHidden(column)) continue;
-        // "dimensions" has no text of its own yet, so only its title counts.
+        // Sizes are read from the files as rows show; asking for all would read every file.
         const QStringList texts =
             all[column].key == QLatin1String("dimensions") ? QStringList() : textsForColumn(all[column].key);
         setColumnWidth(column, fittedWidth(all[column].key, texts));

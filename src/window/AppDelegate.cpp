@@ -10,6 +10,8 @@
 #include "fileops/FileClipboard.h"
 #include "kit/ExplorerAlert.h"
 #include "media/AudioPreview.h"
+#include "media/MediaDimensions.h"
+#include "media/MediaThumbnails.h"
 #include "media/VideoPreview.h"
 #include "platform/Platform.h"
 #include "system/AppUpdates.h"
@@ -40,6 +42,7 @@ AppDelegate::AppDelegate(Services* services, QObject* parent)
     updates->start();
     auto* audio = new AudioPreview(shared);
     shared->provideMedia(*audio, *new VideoPreview(*audio, shared));
+    shared->provideMediaFacts(*new MediaThumbnails(shared), *new MediaDimensions(shared));
     QApplication::setQuitOnLastWindowClosed(false);
 }
 

@@ -106,12 +106,12 @@ private slots:
         QTest::addColumn<bool>("busy");
         QTest::addColumn<QString>("enabled");
         const QString always = "Copy as path,Properties", pin = ",Pin to Quick access",
-                      link = "Create a symbolic link,";
+                      link = "Create a symbolic link,", color = ",Folder color…";
         QTest::newRow("folder") << QStringList{"Folder"} << false
                                 << "Open,Open in new tab,Cut,Copy,Compress,Rename,Move to Trash,New folder," +
-                                       link + always + pin;
+                                       link + always + pin + color;
         QTest::newRow("folder, busy")
-            << QStringList{"Folder"} << true << "Open,Open in new tab," + always + pin;
+            << QStringList{"Folder"} << true << "Open,Open in new tab," + always + pin + color;
         QTest::newRow("two files") << QStringList{"one.txt", "two.txt"} << false
                                    << "Open,Open with,Cut,Copy,Compress,Move to Trash,New folder," + link +
                                           always;

@@ -1,13 +1,17 @@
 #include "views/ExplorerViewModes.h"
 #include "chrome/ExplorerMenus.h"
+#include "core/FolderColors.h"
 #include "core/InlineRename.h"
+#include "core/Services.h"
 #include "fileops/ExplorerFileOps.h"
 #include "support/TempTree.h"
 #include "support/TestEnvironment.h"
 #include "support/WindowDriver.h"
 #include "support/WindowFixture.h"
+#include "views/ExplorerColumns.h"
 #include "views/ExplorerIconCanvas.h"
 #include "views/ExplorerIconView.h"
+#include "views/FileIcons.h"
 #include "views/FileTable.h"
 #include "window/AppDelegate.h"
 #include "window/Explorer.h"
@@ -68,6 +72,34 @@ private slots:
         QVERIFY(modes && slider);
     }
     void cleanup() { stopProgram(); }
+
+    // Pictures, sizes and folder colours reach the table from the process-wide services.
+    void picturesSizesAndColoursReachTheTable() {
+        QImage picture(64, 32, QImage::Format_RGB32);
+        picture.fill(Qt::red);
+        QVERIFY(picture.save(tree->path(QStringLiteral("photo.png"))));
+        QTRY_COMPARE(w->entries().size(), size_t(6));
+        const QAbstractItemModel* model = w->table()->model();
+        const auto rowOf = [&](const QString& name) {
+            for (int row = 0; row < model->rowCount(); ++row)
+                if (model->index(row, 0).data().toString() == name) return row;
+            return -1;
+        };
+        const int dimensions = explorerColumnIndex(QStringLiteral("dimensions"));
+        const int photo = rowOf(QStringLiteral("photo.png"));
+        QTRY_COMPARE(model->index(photo, dimensions).data().toString(), QStringLiteral("64 × 32"));
+        QCOMPARE(model->index(photo, dimensions).data(Qt::ToolTipRole).toString(),
+                 QStringLiteral("64 × 32 pixels"));
+        QCOMPARE(model->index(rowOf(QStringLiteral("apple.txt")), dimensions).data().toString(),
+                 QStringLiteral("—"));
+        const qint64 typeIcon = FileIcons::shared().icon(w->entries()[size_t(photo)]).cacheKey();
+        QTRY_VERIFY(model->index(photo, 0).data(Qt::DecorationRole).value<QIcon>().cacheKey() != typeIcon);
+        const int folder = rowOf(QStringLiteral("Folder"));
+        const qint64 plain = FileIcons::shared().folder().cacheKey();
+        QCOMPARE(model->index(folder, 0).data(Qt::DecorationRole).value<QIcon>().cacheKey(), plain);
+        w->services().folderColors().setAt(QStringLiteral("#EF6B73"), {tree->path(QStringLiteral("Folder"))});
+        QVERIFY(model->index(folder, 0).data(Qt::DecorationRole).value<QIcon>().cacheKey() != plain);
+    }
 
     void menuSliderAndModeStayInStep_data() {
         QTest::addColumn<int>("position");
