@@ -58,8 +58,11 @@ QIcon glyph(const char* name) {
     return QIcon(pixmap);
 }
 
-QToolButton* barButton(QWidget* parent, const char* symbol) {
+// Named from the start: a hidden bar is still in the tree assistive tools walk.
+QToolButton* barButton(QWidget* parent, const char* symbol, const QString& name) {
     auto* button = new QToolButton(parent);
+    button->setAccessibleName(name);
+    button->setToolTip(name);
     button->setAutoRaise(true);
     button->setFixedWidth(28);
     button->setIcon(glyph(symbol));
@@ -72,9 +75,10 @@ AudioPlayerBar::AudioPlayerBar(BrowserWindow& window)
       video(*window.services().video()), title(new QLabel(this)),
       currentTime(new QLabel(QStringLiteral("0:00"), this)),
       totalTime(new QLabel(QStringLiteral("0:00"), this)),
-      slider(new WaveformSlider(window.jobs(), window.widget(), this)), play(barButton(this, "play")),
-      previous(barButton(this, "backward")), next(barButton(this, "forward")),
-      animation(new QVariantAnimation(this)) {
+      slider(new WaveformSlider(window.jobs(), window.widget(), this)),
+      play(barButton(this, "play", QStringLiteral("Play audio"))),
+      previous(barButton(this, "backward", QStringLiteral("Previous audio"))),
+      next(barButton(this, "forward", QStringLiteral("Next audio"))), animation(new QVariantAnimation(this)) {
     setObjectName(QStringLiteral("playerBar"));
     setAccessibleName(QStringLiteral("Player"));
     QFont font = title->font();

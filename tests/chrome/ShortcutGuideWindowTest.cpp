@@ -75,25 +75,28 @@ private slots:
         QCOMPARE(accessibilityFaults(guide), QStringList());
     }
 
-    // A row whose command has not arrived yet says so, and stops saying so once it is there.
+    // A row whose command is missing says so; in a whole window none is missing.
     void absentCommandsAreMarked() {
+        const auto available = [this](const QString& name) {
+            return name != QLatin1String("makeAlias") && w->commands().contains(name);
+        };
         int absent = 0;
         for (const ShortcutRow& row : explorerShortcutRows())
-            absent += !row.command.isEmpty() && !w->commands().contains(row.command);
+            absent += !row.command.isEmpty() && !available(row.command);
         QVERIFY(absent > 0);
-        QPointer<ShortcutGuideWindow> guide = openGuide();
+        QPointer<ShortcutGuideWindow> guide = new ShortcutGuideWindow(w, available);
+        guide->show();
         QCOMPARE(countOf(guide, ShortcutGuideWindow::unavailableText()), absent);
-        const auto isProperties = [](const QLabel* l) { return l->text() == "Create a symbolic link"; };
+        const auto isAlias = [](const QLabel* l) { return l->text() == "Create a symbolic link"; };
         const QList<QLabel*> labels = guide->findChildren<QLabel*>();
-        const auto properties = std::find_if(labels.begin(), labels.end(), isProperties);
-        QVERIFY(properties != labels.end());
-        QVERIFY((*properties)->accessibleName().endsWith(QLatin1String("not available yet")));
+        const auto alias = std::find_if(labels.begin(), labels.end(), isAlias);
+        QVERIFY(alias != labels.end());
+        QVERIFY((*alias)->accessibleName().endsWith(QLatin1String("not available yet")));
         guide->close();
         QTRY_VERIFY(!guide);
 
-        w->commands().add(QStringLiteral("makeAlias"), QStringLiteral("Make alias"), [] {});
         guide = openGuide();
-        QCOMPARE(countOf(guide, ShortcutGuideWindow::unavailableText()), absent - 1);
+        QCOMPARE(countOf(guide, ShortcutGuideWindow::unavailableText()), 0);
     }
 
     // What only a Mac has is said in this desktop's words, or left out.

@@ -43,6 +43,8 @@ private slots:
                   {QStringLiteral("-pix_fmt"), QStringLiteral("yuv420p")});
         tree->file(QStringLiteral("notes.txt"), "words");
         openWindow({}, true);
+        // Off until a person turns it on; these tests watch it drawn.
+        w->services().settings().setShowsWaveform(true);
     }
     void cleanup() {
         app->services().audio()->stop();
