@@ -1,22 +1,14 @@
 #include "chrome/ShortcutGuideWindow.h"
 
-#include "chrome/TitleRow.h"
 #include "core/ShortcutRows.h"
 #include "kit/AuxiliaryStyle.h"
 #include "kit/Palette.h"
-#include "kit/Symbols.h"
-#include "platform/PhysicalKeys.h"
 
 #include <QFrame>
 #include <QGridLayout>
-#include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
-#include <QPainter>
 #include <QScrollArea>
 #include <QSizeGrip>
-#include <QStyleOption>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace orvane {
@@ -41,11 +33,9 @@ QColor faded(QColor color) {
 } // namespace
 
 ShortcutGuideWindow::ShortcutGuideWindow(QWidget* owner, std::function<bool(const QString&)> available)
-    : QWidget(owner, Qt::Window), available(std::move(available)) {
-    setAttribute(Qt::WA_DeleteOnClose);
-    AuxiliaryStyle::apply(this);
-    setWindowTitle(QStringLiteral("Keyboard shortcuts — Orvane"));
-    setAccessibleName(QStringLiteral("Keyboard shortcuts"));
+    : AuxiliaryWindow(owner, QStringLiteral("Keyboard shortcuts — Orvane"),
+                      QStringLiteral("Keyboard shortcuts")),
+      available(std::move(available)) {
     resize(650, 600);
     setMinimumSize(590, 380);
     scroll = new QScrollArea(this);
@@ -57,33 +47,10 @@ ShortcutGuideWindow::ShortcutGuideWindow(QWidget* owner, std::function<bool(cons
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(1, 1, 1, 1);
     layout->setSpacing(0);
-    layout->addWidget(buildTitleRow());
+    layout->addWidget(titleRow(QStringLiteral("Keyboard shortcuts")));
     layout->addWidget(scroll, 1);
     layout->addWidget(new QSizeGrip(this), 0, Qt::AlignRight | Qt::AlignBottom);
     AuxiliaryStyle::centreOn(this, owner);
-}
-
-QWidget* ShortcutGuideWindow::buildTitleRow() {
-    auto* row = new TitleRow(this);
-    row->setFixedHeight(40);
-    auto* layout = new QHBoxLayout(row);
-    layout->setContentsMargins(24, 0, 8, 0);
-    QLabel* title = label(QStringLiteral("Keyboard shortcuts"), Palette::ink(), 12, row);
-    QFont bold = title->font();
-    bold.setBold(true);
-    title->setFont(bold);
-    auto* close = new QToolButton(row);
-    close->setIcon(symbolIcon(QStringLiteral("xmark")));
-    close->setIconSize(QSize(16, 16));
-    close->setAutoRaise(true);
-    close->setToolTip(QStringLiteral("Close · Escape"));
-    close->setAccessibleName(QStringLiteral("Close"));
-    close->setObjectName(QStringLiteral("closeWindowButton"));
-    connect(close, &QToolButton::clicked, this, &QWidget::close);
-    layout->addWidget(title);
-    layout->addStretch(1);
-    layout->addWidget(close);
-    return row;
 }
 
 QWidget* ShortcutGuideWindow::buildList() {
@@ -126,23 +93,6 @@ QWidget* ShortcutGuideWindow::buildList() {
     }
     grid->setRowStretch(line, 1);
     return list;
-}
-
-void ShortcutGuideWindow::keyPressEvent(QKeyEvent* event) {
-    if (physicalKey(*event) == PhysicalKey::Escape) {
-        close();
-        return;
-    }
-    QWidget::keyPressEvent(event);
-}
-
-// A plain QWidget draws its style sheet's background only when asked to.
-void ShortcutGuideWindow::paintEvent(QPaintEvent*) {
-    QStyleOption option;
-    option.initFrom(this);
-    QPainter painter(this);
-    style()->drawPrimitive(QStyle::PE_Widget, &option, &painter, this);
-    AuxiliaryStyle::paintRim(painter, rect());
 }
 
 } // namespace orvane

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QWidget>
+#include "chrome/AuxiliaryWindow.h"
+
 #include <functional>
 
 class QScrollArea;
@@ -9,7 +10,7 @@ namespace orvane {
 
 // The list of keyboard shortcuts, in an auxiliary window of its own over the browser window it
 // belongs to, that Escape closes. Rows whose command has not arrived yet say so.
-class ShortcutGuideWindow : public QWidget {
+class ShortcutGuideWindow : public AuxiliaryWindow {
     Q_OBJECT
 public:
     // `available` answers whether the window has a command of that name yet.
@@ -18,12 +19,7 @@ public:
     static QString unavailableText() { return QStringLiteral("Not available yet"); }
     QScrollArea* scrollArea() const { return scroll; }
 
-protected:
-    void keyPressEvent(QKeyEvent* event) override;
-    void paintEvent(QPaintEvent* event) override;
-
 private:
-    QWidget* buildTitleRow();
     QWidget* buildList();
 
     std::function<bool(const QString&)> available;

@@ -1,24 +1,17 @@
 #include "system/CustomizationWindow.h"
 
-#include "chrome/TitleRow.h"
 #include "core/Settings.h"
 #include "kit/AuxiliaryStyle.h"
 #include "kit/LiveStatusLabel.h"
 #include "kit/Palette.h"
-#include "kit/Symbols.h"
-#include "platform/PhysicalKeys.h"
 #include "system/AppUpdates.h"
 
 #include <QCheckBox>
 #include <QCoreApplication>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLocale>
-#include <QPainter>
 #include <QPushButton>
-#include <QStyleOption>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace orvane {
@@ -68,11 +61,8 @@ CustomizationWindow* CustomizationWindow::present(AppUpdates& updates, Settings&
 }
 
 CustomizationWindow::CustomizationWindow(AppUpdates& updates, Settings& settings, QWidget* owner)
-    : QWidget(owner, Qt::Window), updates(updates), settings(settings) {
-    setAttribute(Qt::WA_DeleteOnClose);
-    AuxiliaryStyle::apply(this);
-    setWindowTitle(QStringLiteral("Orvane Settings"));
-    setAccessibleName(QStringLiteral("Orvane Settings"));
+    : AuxiliaryWindow(owner, QStringLiteral("Orvane Settings"), QStringLiteral("Orvane Settings")),
+      updates(updates), settings(settings) {
     resize(610, 540);
     auto* column = new QVBoxLayout;
     column->setContentsMargins(24, 16, 24, 24);
@@ -83,29 +73,11 @@ CustomizationWindow::CustomizationWindow(AppUpdates& updates, Settings& settings
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(1, 1, 1, 1);
     layout->setSpacing(0);
-    layout->addWidget(buildTitleRow());
+    layout->addWidget(titleRow(windowTitle()));
     layout->addLayout(column, 1);
     connect(&updates, &AppUpdates::changed, this, &CustomizationWindow::refresh);
     connect(&settings, &Settings::waveformChanged, this, [this](bool shows) { wave->setChecked(shows); });
     AuxiliaryStyle::centreOn(this, owner);
-}
-
-QWidget* CustomizationWindow::buildTitleRow() {
-    auto* row = new TitleRow(this);
-    row->setFixedHeight(40);
-    auto* layout = new QHBoxLayout(row);
-    layout->setContentsMargins(24, 0, 8, 0);
-    auto* close = new QToolButton(row);
-    close->setIcon(symbolIcon(QStringLiteral("xmark")));
-    close->setIconSize(QSize(16, 16));
-    close->setAutoRaise(true);
-    close->setToolTip(QStringLiteral("Close · Escape"));
-    close->setAccessibleName(QStringLiteral("Close"));
-    connect(close, &QToolButton::clicked, this, &QWidget::close);
-    layout->addWidget(label(windowTitle(), Palette::ink(), 12, row, true));
-    layout->addStretch(1);
-    layout->addWidget(close);
-    return row;
 }
 
 QWidget* CustomizationWindow::playbackCard() {
@@ -169,23 +141,6 @@ void CustomizationWindow::refresh() {
     lastCheck->setText(last.isValid()
                            ? QStringLiteral("Last checked: ") + QLocale().toString(last, QLocale::LongFormat)
                            : QStringLiteral("No checks yet"));
-}
-
-void CustomizationWindow::keyPressEvent(QKeyEvent* event) {
-    if (physicalKey(*event) == PhysicalKey::Escape) {
-        close();
-        return;
-    }
-    QWidget::keyPressEvent(event);
-}
-
-// A plain QWidget draws its style sheet's background only when asked to.
-void CustomizationWindow::paintEvent(QPaintEvent*) {
-    QStyleOption option;
-    option.initFrom(this);
-    QPainter painter(this);
-    style()->drawPrimitive(QStyle::PE_Widget, &option, &painter, this);
-    AuxiliaryStyle::paintRim(painter, rect());
 }
 
 } // namespace orvane

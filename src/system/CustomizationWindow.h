@@ -1,7 +1,8 @@
 #pragma once
 
+#include "chrome/AuxiliaryWindow.h"
+
 #include <QPointer>
-#include <QWidget>
 
 class QCheckBox;
 class QLabel;
@@ -14,19 +15,14 @@ class LiveStatusLabel;
 class Settings;
 
 // The settings window, one for the whole program: the playback card and the update card.
-class CustomizationWindow : public QWidget {
+class CustomizationWindow : public AuxiliaryWindow {
     Q_OBJECT
 public:
     // Shows the one window, made at the first call, in front.
     static CustomizationWindow* present(AppUpdates& updates, Settings& settings, QWidget* owner);
 
-protected:
-    void keyPressEvent(QKeyEvent* event) override;
-    void paintEvent(QPaintEvent* event) override;
-
 private:
     CustomizationWindow(AppUpdates& updates, Settings& settings, QWidget* owner);
-    QWidget* buildTitleRow();
     QWidget* playbackCard();
     QWidget* updatesCard();
     void refresh();
