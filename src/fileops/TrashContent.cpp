@@ -104,7 +104,7 @@ void TrashContent::reload() {
     ui.pathBox->addressField()->setText(place().toString());
     ui.emptyLabel->setText(QStringLiteral("Trash is empty"));
     ui.emptyLabel->setVisible(entries.empty());
-    w.setStatus(QString::number(entries.size()) + QStringLiteral(" items"));
+    w.setStatus(reported.isEmpty() ? QString::number(entries.size()) + QStringLiteral(" items") : reported);
     w.listing().setSource(std::move(entries));
     watch();
     emit w.events().listingChanged();
@@ -123,10 +123,17 @@ void TrashContent::watch() {
 
 void TrashContent::leave() {
     burst.stop();
+    reported.clear();
     for (const QString& key : placeColumns())
         w.table()->setPlaceColumn(key, false);
     const QStringList watched = watcher.directories();
     if (!watched.isEmpty()) watcher.removePaths(watched);
+}
+
+// A job's report outlives the re-reads its own changes to the Trash set off, until the place is left.
+void TrashContent::report(const QString& text) {
+    reported = text;
+    w.setStatus(text);
 }
 
 QUrl TrashContent::parent(const QUrl&) const {
@@ -181,14 +188,14 @@ void TrashContent::restoreSelection() {
         return;
     }
     QPointer<Job> job = w.jobs().start(QStringLiteral("Restoring items…"), w.widget());
-    w.setStatus(QStringLiteral("Restoring items…"));
+    report(QStringLiteral("Restoring items…"));
     aside(
         this, [items] { return TrashItems::restore(items); },
         [this, job](const TrashItems::Outcome& outcome) {
             if (job) job->finish();
             if (!outcome.restored.empty()) ops.fileUndo = TrashItems::undoStep(outcome.restored);
             w.refresh();
-            w.setStatus(QString::number(outcome.restored.size()) + QStringLiteral(" items restored"));
+            report(QString::number(outcome.restored.size()) + QStringLiteral(" items restored"));
             if (!outcome.failures.isEmpty())
                 w.showError(TrashItems::restoreFailureTitle(), outcome.failures.join(u'\n'));
         });
@@ -227,14 +234,14 @@ void TrashContent::erase(const std::vector<DesktopTrash::Record>& items, const Q
     for (const DesktopTrash::Record& record : items)
         paths << record.trashed;
     QPointer<Job> job = w.jobs().start(title, w.widget());
-    w.setStatus(title);
+    report(title);
     aside(
         this, [paths] { return TrashItems::erase(paths); },
         [this, job](const PermanentDelete::Result& result) {
             if (job) job->finish();
             if (result.deleted > 0) ops.fileUndo = nullptr;
             w.refresh();
-            w.setStatus(result.statusText());
+            report(result.statusText());
             if (!result.failures.isEmpty())
                 w.showError(PermanentDelete::Result::failureTitle(), result.failureDetail());
         });

@@ -40,12 +40,14 @@ private:
     bool shown() const;
     std::vector<DesktopTrash::Record> chosen() const;
     void registerCommands();
+    void report(const QString& text);
     void watch();
     void erase(const std::vector<DesktopTrash::Record>& items, const QString& title);
 
     BrowserWindow& w;
     ExplorerFileOps& ops;
     QHash<QString, DesktopTrash::Record> records; // by the item's path in the Trash, from the last read
+    QString reported;
     QFileSystemWatcher watcher;
     QTimer burst;
 };
