@@ -91,17 +91,8 @@ QString Compression::pack(const QString& folder, const QStringList& paths, const
 QString Compression::place(const QString& staged, const QString& folder, const QString& stem,
                            QString& error) {
     const QByteArray from = NativePath::encode(staged) + "/archive.zip";
-    for (int n = 1;; ++n) {
-        const QString target = folder + u'/' + candidate(stem, n);
-        struct stat seen;
-        if (::lstat(NativePath::encode(target).constData(), &seen) == 0) continue;
-        const int failed = renameNoReplace(from.constData(), NativePath::encode(target).constData());
-        if (failed == 0) return target;
-        if (failed != EEXIST) {
-            error = FileTree::systemText(failed);
-            return {};
-        }
-    }
+    return FileTree::placeNumbered(
+        from, folder, [&](int n) { return candidate(stem, n); }, error);
 }
 
 } // namespace orvane

@@ -318,16 +318,8 @@ QString Extraction::place(const QString& staged, const QString& into, const QStr
     const bool folder = !single || (::lstat(from.constData(), &facts) == 0 && S_ISDIR(facts.st_mode));
     const QString base = single ? NativePath::decode(only) : stem(archiveName);
     if (!single) ::chmod(from.constData(), 0755);
-    for (int n = 1;; ++n) {
-        const QString target = into + u'/' + numbered(base, n, folder);
-        if (::lstat(NativePath::encode(target).constData(), &facts) == 0) continue;
-        const int failed = renameNoReplace(from.constData(), NativePath::encode(target).constData());
-        if (failed == 0) return target;
-        if (failed != EEXIST) {
-            error = FileTree::systemText(failed);
-            return {};
-        }
-    }
+    return FileTree::placeNumbered(
+        from, into, [&](int n) { return numbered(base, n, folder); }, error);
 }
 
 } // namespace orvane

@@ -111,6 +111,21 @@ FileTree::Outcome FileTree::copyItem(const QString& source, const QString& desti
     return outcomeOf(copy, arrived);
 }
 
+QString FileTree::placeNumbered(const QByteArray& from, const QString& folder,
+                                const std::function<QString(int)>& candidate, QString& error) {
+    for (int n = 1;; ++n) {
+        const QString target = folder + u'/' + candidate(n);
+        struct stat seen;
+        if (::lstat(NativePath::encode(target).constData(), &seen) == 0) continue;
+        const int failed = renameNoReplace(from.constData(), NativePath::encode(target).constData());
+        if (failed == 0) return target;
+        if (failed != EEXIST) {
+            error = systemText(failed);
+            return {};
+        }
+    }
+}
+
 FileTree::Outcome FileTree::moveItem(const QString& source, const QString& destination) {
     const QByteArray from = NativePath::encode(source);
     const int code = renameNoReplace(from.constData(), NativePath::encode(destination).constData());

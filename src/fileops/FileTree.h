@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <vector>
 
 namespace orvane {
@@ -38,6 +39,10 @@ public:
     static bool remove(const QString& path, QString& error);
     // The system's text for an errno value.
     static QString systemText(int code);
+    // Renames `from` to the first free name of `folder` that `candidate` gives for 1, 2, …; the kernel
+    // decides at the rename itself, so a name taken meanwhile moves on to the next. Empty on failure.
+    static QString placeNumbered(const QByteArray& from, const QString& folder,
+                                 const std::function<QString(int n)>& candidate, QString& error);
 };
 
 } // namespace orvane

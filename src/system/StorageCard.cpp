@@ -15,8 +15,7 @@
 
 namespace orvane {
 
-namespace {
-QLabel* textLabel(const QString& text, int size, bool semibold, QWidget* parent) {
+QLabel* StorageCard::textLabel(const QString& text, int size, bool semibold, QWidget* parent) {
     auto* label = new QLabel(text, parent);
     QFont font = label->font();
     font.setPixelSize(size);
@@ -24,7 +23,6 @@ QLabel* textLabel(const QString& text, int size, bool semibold, QWidget* parent)
     label->setFont(font);
     return label;
 }
-} // namespace
 
 int StorageCard::percentUsed(const StorageVolume& v) {
     const std::optional<qint64> used = v.used();

@@ -7,6 +7,8 @@
 class QProgressBar;
 class QPushButton;
 
+class QLabel;
+
 namespace orvane {
 
 // One volume of the storage overview: its kind, name, a bar of its use and the figures, with Open
@@ -23,6 +25,8 @@ public:
     // The bar's value, 0 to 100, and the line under it.
     static int percentUsed(const StorageVolume& volume);
     static QString figuresText(const StorageVolume& volume);
+    // The overview's lines of text: a pixel size, semibold for headings.
+    static QLabel* textLabel(const QString& text, int size, bool semibold, QWidget* parent);
 
 signals:
     void openRequested(const QUrl& url);

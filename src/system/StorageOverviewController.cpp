@@ -17,17 +17,6 @@
 
 namespace orvane {
 
-namespace {
-QLabel* textLabel(const QString& text, int size, bool semibold, QWidget* parent) {
-    auto* label = new QLabel(text, parent);
-    QFont font = label->font();
-    font.setPixelSize(size);
-    if (semibold) font.setWeight(QFont::DemiBold);
-    label->setFont(font);
-    return label;
-}
-} // namespace
-
 StorageOverviewController::StorageOverviewController(QWidget* owner) : QWidget(owner, Qt::Window) {
     setObjectName(QStringLiteral("auxiliaryWindow"));
     setStyleSheet(AuxiliaryStyle::styleSheet());
@@ -38,9 +27,9 @@ StorageOverviewController::StorageOverviewController(QWidget* owner) : QWidget(o
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(22, 18, 22, 18);
     column->addWidget(buildHeading());
-    column->addWidget(textLabel(
+    column->addWidget(StorageCard::textLabel(
         QStringLiteral("Mounted volumes • APFS volumes may share the same disk space."), 11, false, this));
-    state = textLabel(QString(), 12, false, this);
+    state = StorageCard::textLabel(QString(), 12, false, this);
     state->setObjectName(QStringLiteral("storageState"));
     column->addWidget(state);
     auto* scroll = new QScrollArea(this);
@@ -63,7 +52,7 @@ QWidget* StorageOverviewController::buildHeading() {
     auto* heading = new QWidget(this);
     auto* row = new QHBoxLayout(heading);
     row->setContentsMargins(0, 0, 0, 0);
-    row->addWidget(textLabel(QStringLiteral("Storage"), 24, true, heading), 1);
+    row->addWidget(StorageCard::textLabel(QStringLiteral("Storage"), 24, true, heading), 1);
     auto* refresh = new QPushButton(QStringLiteral("Refresh"), heading);
     refresh->setAccessibleName(QStringLiteral("Refresh"));
     connect(refresh, &QPushButton::clicked, this, &StorageOverviewController::reload);

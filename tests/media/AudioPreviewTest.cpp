@@ -118,7 +118,7 @@ private slots:
         preview->toggle(file);
         QVERIFY(!preview->playing());
         const double at = preview->elapsed();
-        QTest::qWait(400);
+        QTest::qWait(400); // UNAVOIDABLE: a paused position must stay still; only time can show it
         QVERIFY(qAbs(preview->elapsed() - at) < 0.1);
         preview->toggle(file);
         QVERIFY(preview->playing());
@@ -213,7 +213,7 @@ private slots:
         QCOMPARE(preview->failure(), text);
         QVERIFY(!preview->playing());
         QCOMPARE(preview->current(), file);
-        QTest::qWait(200);
+        QTest::qWait(200); // UNAVOIDABLE: proves no second failure follows; no event marks its absence
         QCOMPARE(failed.size(), 1);
     }
 };
